@@ -1,0 +1,199 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace fonklav {
+
+class FormView;
+
+/// The controls of the window, in reading order, which is the tab order.
+enum class ControlId {
+  Frame2,
+  lstTAPI,
+  lbLineIDActive,
+  labTAPIConfig1,
+  txtSettVW,
+  labTAPIConfig0,
+  cmdInfo0,
+  cmdInfo1,
+  cmdSave,
+  cmdExit,
+  frmInfo0,
+  txtLineInfo,
+  frmInfo1,
+  Label1,
+  txtNumber,
+  cmdWahl,
+  cmdHangUp,
+  txtTestStatus,
+  cmdLogClear,
+};
+inline constexpr std::size_t kControlCount = 19;
+
+/// The form's timers. The first three are the start timer's control array; the last one watches the conversation.
+enum class TimerId { Start0, Start1, Start2, Link };
+inline constexpr std::size_t kTimerCount = 4;
+
+/// Where a changed control makes itself known: the window that shows the form, once there is one.
+struct ViewSlot {
+  FormView* view{nullptr};  ///< not owned
+};
+
+/// A label, button, frame or text box: the properties that the program reads and writes. A change made by the program
+/// is shown by the window and notifies as a change made by the user does.
+class Control {
+ public:
+  Control(ControlId id, ViewSlot& slot, bool enabled = true) : id_(id), slot_(slot), enabled_(enabled) {}
+
+  [[nodiscard]] ControlId Id() const { return id_; }
+  /// Caption or content, UTF-8. Line breaks are CR LF; an "&" in the caption of a button, label or frame marks the
+  /// access key.
+  [[nodiscard]] const std::string& Text() const { return text_; }
+  void Text(std::string text);
+  [[nodiscard]] bool Enabled() const { return enabled_; }
+  void Enabled(bool enabled);
+  [[nodiscard]] bool Visible() const { return visible_; }
+  void Visible(bool visible);
+  [[nodiscard]] const std::string& ToolTip() const { return toolTip_; }
+  void ToolTip(std::string toolTip);
+
+  /// The user has edited the text: as Text, but the window already shows it.
+  void Edited(std::string text);
+  /// Called after each change of the text, whoever made it; not for a text that stays the same.
+  void OnChange(std::function<void()> handler) { onChange_ = std::move(handler); }
+
+ private:
+  void Show();
+
+  ControlId id_;
+  ViewSlot& slot_;
+  std::string text_;
+  std::string toolTip_;
+  bool enabled_;
+  bool visible_{true};
+  std::function<void()> onChange_;
+};
+
+/// The list with a check box before each entry.
+class CheckList {
+ public:
+  explicit CheckList(ViewSlot& slot) : slot_(slot) {}
+
+  struct Entry {
+    std::string text;
+    bool ticked{false};
+  };
+
+  [[nodiscard]] const std::vector<Entry>& Entries() const { return entries_; }
+  [[nodiscard]] std::size_t Count() const { return entries_.size(); }
+  [[nodiscard]] std::size_t TickedCount() const;
+  [[nodiscard]] const Entry& At(std::size_t index) const { return entries_.at(index); }
+  void Add(std::string text);
+  void Remove(std::size_t index);
+  void Clear();
+  /// Ticks or unticks an entry. A changed tick calls the ItemCheck handler.
+  void Tick(std::size_t index, bool ticked);
+  /// The same without calling anybody: for the handler itself, or two entries would tick each other for ever.
+  void TickQuietly(std::size_t index, bool ticked);
+  void OnItemCheck(std::function<void(std::size_t)> handler) { onItemCheck_ = std::move(handler); }
+
+ private:
+  void Show();
+
+  ViewSlot& slot_;
+  std::vector<Entry> entries_;
+  std::function<void(std::size_t)> onItemCheck_;
+};
+
+/// A timer: ticks every `interval` milliseconds while it is enabled.
+class Timer {
+ public:
+  Timer(TimerId id, ViewSlot& slot, unsigned interval) : id_(id), slot_(slot), interval_(interval) {}
+
+  [[nodiscard]] TimerId Id() const { return id_; }
+  [[nodiscard]] unsigned Interval() const { return interval_; }
+  [[nodiscard]] bool Enabled() const { return enabled_; }
+  void Enabled(bool enabled);
+
+ private:
+  TimerId id_;
+  ViewSlot& slot_;
+  unsigned interval_;
+  bool enabled_{false};
+};
+
+/// The window as a whole. Lengths are twips (1/1440 inch); top and left are screen coordinates, width and height those
+/// of the whole window with its frame and caption.
+class FormWindow {
+ public:
+  explicit FormWindow(ViewSlot& slot) : slot_(slot) {}
+
+  [[nodiscard]] const std::string& Caption() const { return caption_; }
+  void Caption(std::string caption);
+  [[nodiscard]] bool Visible() const { return visible_; }
+  void Visible(bool visible);
+  [[nodiscard]] float Top() const { return top_; }
+  void Top(float top);
+  [[nodiscard]] float Left() const { return left_; }
+  void Left(float left);
+  [[nodiscard]] float Width() const { return width_; }
+  void Width(float width);
+  [[nodiscard]] float Height() const { return height_; }
+  void Height(float height);
+
+  /// The user has moved or resized the window; the window already shows it.
+  void Moved(float top, float left);
+  void Resized(float width, float height);
+
+ private:
+  void Show();
+
+  ViewSlot& slot_;
+  std::string caption_;
+  bool visible_{false};
+  float top_{0};
+  float left_{0};
+  float width_{0};
+  float height_{0};
+};
+
+/// Everything that the window shows. The program owns it; the window reads it.
+struct FormControls {
+  FormControls();
+  FormControls(const FormControls&) = delete;
+  FormControls& operator=(const FormControls&) = delete;
+  ~FormControls() = default;
+
+  ViewSlot slot;
+  FormWindow form{slot};
+  Control Frame2{ControlId::Frame2, slot};
+  CheckList lstTAPI{slot};
+  Control lbLineIDActive{ControlId::lbLineIDActive, slot};
+  std::array<Control, 2> labTAPIConfig{Control{ControlId::labTAPIConfig0, slot},
+                                       Control{ControlId::labTAPIConfig1, slot}};
+  Control txtSettVW{ControlId::txtSettVW, slot};
+  std::array<Control, 2> cmdInfo{Control{ControlId::cmdInfo0, slot}, Control{ControlId::cmdInfo1, slot}};
+  Control cmdSave{ControlId::cmdSave, slot};
+  Control cmdExit{ControlId::cmdExit, slot};
+  std::array<Control, 2> frmInfo{Control{ControlId::frmInfo0, slot}, Control{ControlId::frmInfo1, slot}};
+  Control txtLineInfo{ControlId::txtLineInfo, slot};
+  Control Label1{ControlId::Label1, slot};
+  Control txtNumber{ControlId::txtNumber, slot};
+  Control cmdWahl{ControlId::cmdWahl, slot, false};
+  Control cmdHangUp{ControlId::cmdHangUp, slot, false};
+  Control txtTestStatus{ControlId::txtTestStatus, slot};
+  Control cmdLogClear{ControlId::cmdLogClear, slot};
+  std::array<Timer, 3> tmStart{Timer{TimerId::Start0, slot, 100}, Timer{TimerId::Start1, slot, 100},
+                               Timer{TimerId::Start2, slot, 3000}};
+  Timer tmLink{TimerId::Link, slot, 250};
+
+  /// Every control but the list, for whoever walks them; nothing for ControlId::lstTAPI.
+  [[nodiscard]] Control* Find(ControlId id);
+  [[nodiscard]] Timer& Find(TimerId id);
+};
+
+}  // namespace fonklav

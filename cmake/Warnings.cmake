@@ -1,0 +1,18 @@
+# What every target of the project is compiled with.
+add_library(fonklav_options INTERFACE)
+target_include_directories(fonklav_options INTERFACE ${CMAKE_SOURCE_DIR} ${CMAKE_BINARY_DIR}/generated)
+target_compile_options(fonklav_options INTERFACE
+  -Wall -Wextra -Wpedantic -Werror -Wshadow -Wconversion -Wsign-conversion -Wnon-virtual-dtor -Wold-style-cast)
+if(WIN32)
+  target_compile_definitions(fonklav_options INTERFACE
+    NOMINMAX WIN32_LEAN_AND_MEAN STRICT UNICODE _UNICODE _WIN32_WINNT=0x0601 TAPI_CURRENT_VERSION=0x00030000)
+  target_link_options(fonklav_options INTERFACE -static)
+endif()
+if(FONKLAV_SANITIZE)
+  target_compile_options(fonklav_options INTERFACE
+    -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(fonklav_options INTERFACE -fsanitize=address,undefined)
+endif()
+if(FONKLAV_FUZZ)
+  target_compile_options(fonklav_options INTERFACE -fsanitize=fuzzer-no-link)
+endif()

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <string>
+
+namespace fonklav {
+
+/// The operating system's version numbers, the real ones and not those of a compatibility setting.
+struct OsVersion {
+  unsigned major{0};
+  unsigned minor{0};
+  unsigned build{0};
+  bool ntFamily{true};
+  bool server{false};
+};
+
+/// What the program asks about its own process.
+class Process {
+ public:
+  Process() = default;
+  Process(const Process&) = delete;
+  Process& operator=(const Process&) = delete;
+  virtual ~Process() = default;
+
+  /// Everything after the program name on the command line, blanks in front of it removed, the rest as typed.
+  [[nodiscard]] virtual std::string CommandLine() const = 0;
+  /// The folder that holds the executable, without a backslash at its end (except a drive's root).
+  [[nodiscard]] virtual std::string ProgramFolder() const = 0;
+  /// The executable's file name without extension.
+  [[nodiscard]] virtual std::string ExecutableName() const = 0;
+  /// Whether another instance of this program is running.
+  [[nodiscard]] virtual bool OtherInstanceRunning() const = 0;
+  [[nodiscard]] virtual OsVersion SystemVersion() const = 0;
+};
+
+}  // namespace fonklav

@@ -1,0 +1,49 @@
+#include "util/RunTimeError.h"
+
+#include <array>
+#include <utility>
+
+namespace fonklav {
+namespace {
+
+struct ErrorTextRow {
+  ErrorNumber number;
+  const char* text;
+};
+
+constexpr std::array kErrorTexts{
+    ErrorTextRow{ErrorNumber::InvalidProcedureCall, "Invalid procedure call or argument"},
+    ErrorTextRow{ErrorNumber::Overflow, "Overflow"},
+    ErrorTextRow{ErrorNumber::OutOfMemory, "Out of memory"},
+    ErrorTextRow{ErrorNumber::SubscriptOutOfRange, "Subscript out of range"},
+    ErrorTextRow{ErrorNumber::TypeMismatch, "Type mismatch"},
+    ErrorTextRow{ErrorNumber::InternalError, "Internal error"},
+    ErrorTextRow{ErrorNumber::FileNotFound, "File not found"},
+    ErrorTextRow{ErrorNumber::DeviceIOError, "Device I/O error"},
+    ErrorTextRow{ErrorNumber::DiskFull, "Disk full"},
+    ErrorTextRow{ErrorNumber::PermissionDenied, "Permission denied"},
+    ErrorTextRow{ErrorNumber::PathFileAccessError, "Path/File access error"},
+    ErrorTextRow{ErrorNumber::PathNotFound, "Path not found"},
+    ErrorTextRow{ErrorNumber::NoForeignApplication, "No foreign application responded to a DDE initiate"},
+    ErrorTextRow{ErrorNumber::InvalidPropertyValue, "Invalid property value"},
+    ErrorTextRow{ErrorNumber::DllEntryPointNotFound, "Can't find DLL entry point"},
+    ErrorTextRow{ErrorNumber::KeyAlreadyAssociated,
+                 "This key is already associated with an element of this collection"},
+};
+
+}  // namespace
+
+const char* ErrorText(ErrorNumber number) noexcept {
+  for (const auto& row : kErrorTexts) {
+    if (row.number == number) return row.text;
+  }
+  return "Application-defined or object-defined error";
+}
+
+RunTimeError::RunTimeError(ErrorNumber number, std::source_location where)
+    : RunTimeError(number, ErrorText(number), where) {}
+
+RunTimeError::RunTimeError(ErrorNumber number, std::string description, std::source_location where)
+    : number_(static_cast<int>(number)), description_(std::move(description)), line_(static_cast<int>(where.line())) {}
+
+}  // namespace fonklav

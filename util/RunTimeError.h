@@ -1,0 +1,58 @@
+#pragma once
+
+#include <exception>
+#include <source_location>
+#include <string>
+
+namespace fonklav {
+
+/// The classic numbers of the run-time errors that this program raises. Their texts are in RunTimeError.cpp.
+enum class ErrorNumber : int {
+  InvalidProcedureCall = 5,
+  Overflow = 6,
+  OutOfMemory = 7,
+  SubscriptOutOfRange = 9,
+  TypeMismatch = 13,
+  InternalError = 51,
+  FileNotFound = 53,
+  DeviceIOError = 57,
+  DiskFull = 61,
+  PermissionDenied = 70,
+  PathFileAccessError = 75,
+  PathNotFound = 76,
+  NoForeignApplication = 282,
+  InvalidPropertyValue = 380,
+  NeverLogged = 401,
+  DllEntryPointNotFound = 453,
+  KeyAlreadyAssociated = 457,
+  /// Anything thrown that is not one of our own errors is logged under this number.
+  ForeignException = 1000,
+};
+
+/// The failure signal inside the program: a number, a description and the source line that raised it. Failures of
+/// telephony functions are not run-time errors; they stay codes.
+class RunTimeError : public std::exception {
+ public:
+  /// Raises `number` with its classic text.
+  explicit RunTimeError(ErrorNumber number, std::source_location where = std::source_location::current());
+
+  /// Raises `number` with a text of its own.
+  RunTimeError(ErrorNumber number, std::string description,
+               std::source_location where = std::source_location::current());
+
+  [[nodiscard]] int Number() const noexcept { return number_; }
+  [[nodiscard]] const std::string& Description() const noexcept { return description_; }
+  /// The line in the source file, 0 when unknown.
+  [[nodiscard]] int Line() const noexcept { return line_; }
+  [[nodiscard]] const char* what() const noexcept override { return description_.c_str(); }
+
+ private:
+  int number_;
+  std::string description_;
+  int line_;
+};
+
+/// The classic text of a run-time error, "Application-defined or object-defined error" where it has none.
+[[nodiscard]] const char* ErrorText(ErrorNumber number) noexcept;
+
+}  // namespace fonklav

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace fonklav {
+
+inline constexpr std::string_view kCrLf = "\r\n";
+
+/// How the user's locale writes numbers.
+struct NumberSeparators {
+  std::string decimal{","};
+  std::string thousands{"."};
+};
+
+/// `text` with every occurrence of `from` replaced by `to`, in one pass from the left.
+[[nodiscard]] std::string ReplaceAll(std::string_view text, std::string_view from, std::string_view to);
+
+/// `text` without its NUL characters: names that drivers report may carry them.
+[[nodiscard]] std::string WithoutNul(std::string_view text);
+
+/// `text` without blanks (not tabs) at either end.
+[[nodiscard]] std::string_view TrimBlanks(std::string_view text);
+
+/// The pieces of `text` between the separators, empty pieces kept; at least one.
+[[nodiscard]] std::vector<std::string> Split(std::string_view text, std::string_view separator);
+
+/// How many characters a user would count in a UTF-8 text.
+[[nodiscard]] std::size_t CharacterCount(std::string_view text);
+
+/// Whether `text` reads as one decimal number: blanks around it, one sign before or behind it, and the locale's
+/// separators are accepted, a thousands separator only before the decimal one; letters, inner blanks and the empty
+/// text are not.
+[[nodiscard]] bool IsNumeric(std::string_view text, const NumberSeparators& separators);
+
+}  // namespace fonklav
