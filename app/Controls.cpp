@@ -1,0 +1,147 @@
+#include "app/Controls.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "app/FormView.h"
+#include "app/Layout.h"
+
+namespace fonklav {
+namespace {
+
+/// Stores a new value and says whether it differs: only a change is worth showing or telling.
+template <typename Value>
+bool Assign(Value& held, Value value) {
+  if (held == value) return false;
+  held = std::move(value);
+  return true;
+}
+
+}  // namespace
+
+void Control::Show() {
+  if (slot_.view != nullptr) slot_.view->ControlChanged(id_);
+}
+
+void Control::Text(std::string text) {
+  if (!Assign(text_, std::move(text))) return;
+  Show();
+  if (onChange_) onChange_();
+}
+
+void Control::Edited(std::string text) {
+  if (Assign(text_, std::move(text)) && onChange_) onChange_();
+}
+
+void Control::Enabled(bool enabled) {
+  if (Assign(enabled_, enabled)) Show();
+}
+
+void Control::Visible(bool visible) {
+  if (Assign(visible_, visible)) Show();
+}
+
+void Control::ToolTip(std::string toolTip) {
+  if (Assign(toolTip_, std::move(toolTip))) Show();
+}
+
+void CheckList::Show() {
+  if (slot_.view != nullptr) slot_.view->ControlChanged(ControlId::lstTAPI);
+}
+
+std::size_t CheckList::TickedCount() const {
+  return static_cast<std::size_t>(std::ranges::count(entries_, true, &Entry::ticked));
+}
+
+void CheckList::Add(std::string text) {
+  entries_.push_back({std::move(text), false});
+  Show();
+}
+
+void CheckList::Remove(std::size_t index) {
+  if (index >= entries_.size()) return;
+  entries_.erase(entries_.begin() + static_cast<std::ptrdiff_t>(index));
+  Show();
+}
+
+void CheckList::Clear() {
+  if (entries_.empty()) return;
+  entries_.clear();
+  Show();
+}
+
+void CheckList::Tick(std::size_t index, bool ticked) {
+  if (index >= entries_.size() || entries_[index].ticked == ticked) return;
+  TickQuietly(index, ticked);
+  if (onItemCheck_) onItemCheck_(index);
+}
+
+void CheckList::TickQuietly(std::size_t index, bool ticked) {
+  if (index < entries_.size() && Assign(entries_[index].ticked, ticked)) Show();
+}
+
+void Timer::Enabled(bool enabled) {
+  if (Assign(enabled_, enabled) && slot_.view != nullptr) slot_.view->TimerChanged(id_);
+}
+
+void FormWindow::Show() {
+  if (slot_.view != nullptr) slot_.view->FormChanged();
+}
+
+void FormWindow::Caption(std::string caption) {
+  if (Assign(caption_, std::move(caption))) Show();
+}
+
+void FormWindow::Visible(bool visible) {
+  if (Assign(visible_, visible)) Show();
+}
+
+void FormWindow::Top(float top) {
+  if (Assign(top_, top)) Show();
+}
+
+void FormWindow::Left(float left) {
+  if (Assign(left_, left)) Show();
+}
+
+void FormWindow::Width(float width) {
+  if (Assign(width_, width)) Show();
+}
+
+void FormWindow::Height(float height) {
+  if (Assign(height_, height)) Show();
+}
+
+void FormWindow::Moved(float top, float left) {
+  top_ = top;
+  left_ = left;
+}
+
+void FormWindow::Resized(float width, float height) {
+  width_ = width;
+  height_ = height;
+}
+
+FormControls::FormControls() {
+  for (const LayoutRow& row : Layout()) {
+    if (Control* control = Find(row.id); control != nullptr) {
+      control->Text(std::string(row.text));
+      control->ToolTip(std::string(row.toolTip));
+    }
+  }
+}
+
+Control* FormControls::Find(ControlId id) {
+  const std::array<Control*, kControlCount - 1> all{
+      &Frame2,     &lbLineIDActive, &labTAPIConfig[0], &labTAPIConfig[1], &txtSettVW,     &cmdInfo[0],
+      &cmdInfo[1], &cmdSave,        &cmdExit,          &frmInfo[0],       &txtLineInfo,   &frmInfo[1],
+      &Label1,     &txtNumber,      &cmdWahl,          &cmdHangUp,        &txtTestStatus, &cmdLogClear};
+  const auto found = std::ranges::find(all, id, &Control::Id);
+  return found == all.end() ? nullptr : *found;
+}
+
+Timer& FormControls::Find(TimerId id) {
+  return id == TimerId::Link ? tmLink : tmStart.at(static_cast<std::size_t>(id));
+}
+
+}  // namespace fonklav
