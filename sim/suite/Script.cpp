@@ -1,0 +1,150 @@
+#include "sim/suite/Script.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <utility>
+
+namespace fonklav::suite {
+
+namespace {
+
+constexpr std::string_view kSuite = "suite";
+constexpr std::string_view kSuiteToDialer = "suite  -> dialer";
+constexpr std::string_view kDialerToSuite = "dialer -> suite ";
+constexpr std::size_t kLongCommand = 200;
+
+std::chrono::milliseconds Milliseconds(const std::string& text) {
+  return std::chrono::milliseconds(std::strtol(text.c_str(), nullptr, 10));
+}
+
+}  // namespace
+
+Script::Script(std::string dialer)
+    : dialerPath_(std::move(dialer)),
+      server_({[this](const std::string& bytes) { OnReport(bytes); },
+               [this](std::string_view what) { Print(kSuite, what); }}) {}
+
+const std::vector<Script::Entry>& Script::Commands() {
+  static const std::vector<Entry> commands{{"start", &Script::Start},
+                                           {"send", &Script::Send},
+                                           {"set", &Script::Set},
+                                           {"wait", &Script::Wait},
+                                           {"sleep", &Script::Sleep},
+                                           {"hang", &Script::Hang},
+                                           {"expect-exit", &Script::ExpectExit},
+                                           {"answer", &Script::Answer},
+                                           {"refuse-advise", &Script::RefuseAdvise},
+                                           {"terminate", &Script::Terminate}};
+  return commands;
+}
+
+bool Script::Run(const std::string& line) {
+  const std::size_t blank = line.find(' ');
+  const std::string name = line.substr(0, blank);
+  if (name == "exit") return false;
+  if (name.empty() || name.front() == '#') return true;
+  for (const Entry& entry : Commands()) {
+    if (entry.name != name) continue;
+    (this->*entry.command)(blank == std::string::npos ? std::string() : line.substr(blank + 1));
+    return true;
+  }
+  Fail("unknown command " + name);
+  return true;
+}
+
+void Script::Pump() {
+  const HANDLE process = dialer_.Handle();
+  MsgWaitForMultipleObjects(process != nullptr ? 1 : 0, &process, FALSE, 10, QS_ALLINPUT);
+  MSG message;
+  while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE) != FALSE) DispatchMessageA(&message);
+  // The library must not be called back into while it delivers a report: the item is cleared here.
+  if (std::exchange(clearNow_, false)) server_.Publish("");
+  if (const auto code = dialer_.TakeExit()) {
+    dialerEnded_ = true;
+    Print(kSuite, "dialer ended, exit code " + std::to_string(*code));
+  }
+}
+
+void Script::Start(const std::string& arguments) {
+  Print(kSuite, "starts the dialer: " + arguments);
+  dialerEnded_ = false;
+  dialer_.Start(dialerPath_, arguments);
+}
+
+void Script::Send(const std::string& value) {
+  clearWhenAcknowledged_ = true;
+  Set(value);
+}
+
+void Script::Set(const std::string& value) {
+  const bool isLong = value.size() > kLongCommand;
+  Print(kSuiteToDialer,
+        isLong ? value.substr(0, kLongCommand) + "... " + std::to_string(value.size()) + " bytes" : value);
+  server_.Publish(value);
+}
+
+void Script::Wait(const std::string& millisecondsAndPrefix) {
+  const std::string prefix = millisecondsAndPrefix.substr(millisecondsAndPrefix.find(' ') + 1);
+  const auto arrived = [this, &prefix] {
+    while (waitedFor_ < reports_.size()) {
+      if (reports_[waitedFor_++].starts_with(prefix)) return true;
+    }
+    return false;
+  };
+  if (!PumpUntil(Milliseconds(millisecondsAndPrefix), arrived)) Fail("no report began with " + prefix);
+}
+
+void Script::Sleep(const std::string& milliseconds) {
+  PumpUntil(Milliseconds(milliseconds), [] { return false; });
+}
+
+void Script::Hang(const std::string& milliseconds) {
+  Print(kSuite, "hangs for " + milliseconds + " ms");
+  ::Sleep(static_cast<DWORD>(Milliseconds(milliseconds).count()));
+}
+
+void Script::ExpectExit(const std::string& milliseconds) {
+  if (!PumpUntil(Milliseconds(milliseconds), [this] { return dialerEnded_; })) Fail("the dialer has not ended");
+}
+
+void Script::Answer(const std::string& how) {
+  using Kind = DdeServer::Answer;
+  server_.AnswerWith(how == "refuse" ? Kind::Refuse : how == "busy" ? Kind::Busy : Kind::Accept);
+}
+
+void Script::RefuseAdvise(const std::string&) { server_.AcceptAdvise(false); }
+
+void Script::Terminate(const std::string&) {
+  Print(kSuite, "closes the conversation");
+  if (!server_.Terminate()) Fail("there is no conversation to close");
+}
+
+void Script::OnReport(const std::string& bytes) {
+  Print(kDialerToSuite, bytes);
+  reports_.push_back(bytes);
+  if (bytes == "cmd|quitt" && std::exchange(clearWhenAcknowledged_, false)) clearNow_ = true;
+}
+
+bool Script::PumpUntil(std::chrono::milliseconds limit, const std::function<bool()>& met) {
+  const auto end = std::chrono::steady_clock::now() + limit;
+  bool done = met();
+  while (!done && std::chrono::steady_clock::now() < end) {
+    Pump();
+    done = met();
+  }
+  return done;
+}
+
+void Script::Fail(const std::string& why) {
+  Print(kSuite, "FAILED: " + why);
+  ok_ = false;
+}
+
+void Script::Print(std::string_view who, std::string_view text) const {
+  const auto now = std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - begin_);
+  std::printf("%7lld ms  %-16.*s  %.*s\n", static_cast<long long>(now.count()), static_cast<int>(who.size()),
+              who.data(), static_cast<int>(text.size()), text.data());
+  std::fflush(stdout);
+}
+
+}  // namespace fonklav::suite

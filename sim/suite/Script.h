@@ -1,0 +1,69 @@
+#pragma once
+
+#include <windows.h>
+
+#include <chrono>
+#include <cstddef>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "sim/suite/DdeServer.h"
+#include "sim/suite/DialerProcess.h"
+
+namespace fonklav::suite {
+
+/// Runs the main program's part of a conversation, one command a line, and prints what is said on either side.
+class Script {
+ public:
+  /// `dialer` is the program that the command start starts.
+  explicit Script(std::string dialer);
+
+  /// Runs one line. False when it was "exit".
+  bool Run(const std::string& line);
+  /// Serves the link and watches the dialer for a moment.
+  void Pump();
+  /// Whether every wait so far was met and every command understood.
+  [[nodiscard]] bool Ok() const { return ok_; }
+
+ private:
+  /// A command gets the rest of its line.
+  using Command = void (Script::*)(const std::string& rest);
+  struct Entry {
+    std::string_view name;
+    Command command;
+  };
+  static const std::vector<Entry>& Commands();
+
+  void Start(const std::string& arguments);
+  void Send(const std::string& value);
+  void Set(const std::string& value);
+  void Wait(const std::string& millisecondsAndPrefix);
+  void Sleep(const std::string& milliseconds);
+  void Hang(const std::string& milliseconds);
+  void ExpectExit(const std::string& milliseconds);
+  void Answer(const std::string& how);
+  void RefuseAdvise(const std::string&);
+  void Terminate(const std::string&);
+
+  void OnReport(const std::string& bytes);
+  /// Pumps until `met` or the time is over; says whether it was met.
+  bool PumpUntil(std::chrono::milliseconds limit, const std::function<bool()>& met);
+  void Fail(const std::string& why);
+  /// One line of output, at once: milliseconds since the start, who speaks, the text as the bytes that it is.
+  void Print(std::string_view who, std::string_view text) const;
+
+  std::chrono::steady_clock::time_point begin_ = std::chrono::steady_clock::now();
+  std::string dialerPath_;
+  DialerProcess dialer_;
+  bool dialerEnded_{false};
+  std::vector<std::string> reports_;
+  std::size_t waitedFor_{0};  ///< reports before this one have been waited for already
+  bool clearWhenAcknowledged_{false};
+  bool clearNow_{false};
+  bool ok_{true};
+  DdeServer server_;
+};
+
+}  // namespace fonklav::suite
