@@ -24,6 +24,7 @@ constexpr std::array kErrorTexts{
     ErrorTextRow{ErrorNumber::PermissionDenied, "Permission denied"},
     ErrorTextRow{ErrorNumber::PathFileAccessError, "Path/File access error"},
     ErrorTextRow{ErrorNumber::PathNotFound, "Path not found"},
+    ErrorTextRow{ErrorNumber::ObjectVariableNotSet, "Object variable not set"},
     ErrorTextRow{ErrorNumber::NoForeignApplication, "No foreign application responded to a DDE initiate"},
     ErrorTextRow{ErrorNumber::InvalidPropertyValue, "Invalid property value"},
     ErrorTextRow{ErrorNumber::DllEntryPointNotFound, "Can't find DLL entry point"},

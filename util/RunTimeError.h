@@ -20,6 +20,7 @@ enum class ErrorNumber : int {
   PermissionDenied = 70,
   PathFileAccessError = 75,
   PathNotFound = 76,
+  ObjectVariableNotSet = 91,
   NoForeignApplication = 282,
   InvalidPropertyValue = 380,
   NeverLogged = 401,

@@ -1,0 +1,95 @@
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <utility>
+
+#include "platform/CodePage.h"
+#include "platform/Telephony.h"
+#include "tapi/CvbTAPILine.h"
+#include "tapi/StructReader.h"
+#include "util/Procedure.h"
+#include "util/Text.h"
+
+// From the number that a person types to the string that the line dials.
+namespace fonklav {
+namespace {
+
+constexpr std::size_t kTranslateOutputSize = 1064;
+
+/// Blanks at the ends go, "/" counts as a blank, and short runs of blanks become one. Two passes only: a run of more
+/// than four keeps some.
+std::string FoldBlanks(const std::string& number) {
+  std::string folded = ReplaceAll(TrimBlanks(number), "/", " ");
+  for (int pass = 0; pass < 2; ++pass) folded = ReplaceAll(folded, "  ", " ");
+  return folded;
+}
+
+/// "49 30 1234567" becomes "+49(30)1234567". Deliberately simple: the first two blanks become the brackets whatever
+/// stands between them, and without a second blank the rest of the number is lost.
+std::string BracketAreaCode(const std::string& number) {
+  std::string spaced = ReplaceAll(ReplaceAll(number, "(", " "), ")", " ");
+  std::string bracketed = "+";
+  std::size_t start = 0;
+  int blanks = 0;
+  for (std::size_t position = 0; position + 1 < spaced.size() && blanks < 2; ++position) {
+    if (spaced[position] != ' ') continue;
+    bracketed.append(spaced, start, position - start);
+    bracketed += blanks == 0 ? '(' : ')';
+    ++blanks;
+    start = position + 1;
+    if (blanks == 2) bracketed.append(spaced, start);
+  }
+  return bracketed;
+}
+
+/// The text that an output structure names by offset and size, without its terminating NUL; false when the structure
+/// names none. The strings stand behind the fixed part.
+bool TakeString(const StructReader& reader, const CodePage& codePage, std::uint32_t offset, std::uint32_t size,
+                std::string& text) {
+  if (static_cast<std::int32_t>(size) < 1 || offset < sizeof(LINETRANSLATEOUTPUT)) return false;
+  text = codePage.ToText(reader.Bytes(offset, size - 1));
+  return true;
+}
+
+}  // namespace
+
+std::string CvbTAPILine::TransformPhoneNumber(const std::string& number) {
+  return Procedure(
+      services_.diagnostics, "CvbTAPILine.TransformPhoneNumber", {number}, std::string{}, [&](std::string& dialable) {
+        if (number.empty()) return;
+        std::string prepared = FoldBlanks(number);
+        if (prepared.starts_with('+')) {
+          prepared = BracketAreaCode(prepared.substr(std::min(prepared.find_first_not_of('+'), prepared.size())));
+        } else if (std::cmp_less_equal(CharacterCount(prepared), internalNrLength_)) {
+          dialable = prepared;
+          return;
+        } else {
+          prepared.insert(0, outsideLocalAccess_);
+        }
+        std::string translated;
+        std::string displayable;
+        if (GetlineTranslateAddress(prepared, translated, displayable)) dialable = translated;
+      });
+}
+
+bool CvbTAPILine::GetlineTranslateAddress(const std::string& number, std::string& dialable, std::string& displayable) {
+  return Procedure(services_.diagnostics, "CvbTAPILine.GetlineTranslateAddress", {number}, false, [&](bool& done) {
+    std::array<std::byte, kTranslateOutputSize> buffer{};
+    const auto size = static_cast<std::uint32_t>(buffer.size());
+    std::memcpy(buffer.data(), &size, sizeof(size));
+    const std::string address = services_.codePage.ToBytes(number);
+    const auto result = services_.telephony.lineTranslateAddress(hLineApp_, static_cast<std::uint32_t>(currentLineId_),
+                                                                 static_cast<std::uint32_t>(highestApiVersion_),
+                                                                 address.c_str(), 0, 0, buffer);
+    const StructReader reader(buffer);
+    const auto output = reader.Read<LINETRANSLATEOUTPUT>().value();
+    done =
+        result == 0 &&
+        TakeString(reader, services_.codePage, output.dwDialableStringOffset, output.dwDialableStringSize, dialable) &&
+        TakeString(reader, services_.codePage, output.dwDisplayableStringOffset, output.dwDisplayableStringSize,
+                   displayable);
+    if (!done) lastError_ = result;  // also a 0, where the call succeeded and its output did not
+  });
+}
+
+}  // namespace fonklav

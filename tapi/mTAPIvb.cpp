@@ -1,0 +1,31 @@
+#include "tapi/mTAPIvb.h"
+
+#include <utility>
+
+#include "tapi/CvbTAPILine.h"
+#include "util/Procedure.h"
+
+namespace fonklav {
+
+std::uintptr_t mTAPIvb::Register(const std::shared_ptr<CvbTAPILine>& line) {
+  lines_.emplace(++last_, line);
+  return last_;
+}
+
+void mTAPIvb::LineCallBackProc(std::uint32_t hDevice, std::uint32_t dwMsg, std::uintptr_t dwCallbackInstance,
+                               std::uintptr_t dwParam1, std::uintptr_t dwParam2, std::uintptr_t dwParam3) noexcept {
+  const ProcedureName name{"mTAPIvb.LineCallBackProc", "LineCallBackProc"};
+  const auto low = [](std::uintptr_t value) { return static_cast<std::uint32_t>(value); };
+  Procedure(diagnostics_, name, {hDevice, dwMsg, dwCallbackInstance, dwParam1, dwParam2, dwParam3}, [&] {
+    const auto found = lines_.find(dwCallbackInstance);
+    if (found == lines_.end()) return;
+    auto line = found->second.lock();
+    if (!line) return;
+    line->LineProcHandler(hDevice, dwMsg, low(dwParam1), low(dwParam2), low(dwParam3));
+    // The handler may have replaced the object, and this be its last reference. Its end shuts telephony down, which
+    // must not happen inside telephony's own window procedure.
+    if (line.use_count() == 1) loop_.Post([kept = std::move(line)]() mutable { kept.reset(); });
+  });
+}
+
+}  // namespace fonklav
