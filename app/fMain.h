@@ -1,0 +1,160 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "app/DdeConversation.h"
+#include "app/FormTexts.h"
+#include "app/FormView.h"
+#include "tapi/CvbTAPILine.h"
+#include "tapi/LineState.h"
+
+namespace fonklav {
+
+class CodePage;
+class NumberLocale;
+class Process;
+class mTAPIFunctions;
+class modFunctions;
+class modKeyPressCheck;
+class modSaveSetting;
+struct Configuration;
+struct DialSettings;
+
+/// What the form works with. All of it outlives the form.
+struct FormServices {
+  Diagnostics& diagnostics;
+  Configuration& config;
+  CodePage& codePage;
+  NumberLocale& numberLocale;
+  Process& process;
+  DdeConversation& link;
+  LineState& lines;
+  DialSettings& settings;
+  mTAPIFunctions& lineFunctions;
+  modFunctions& functions;
+  modKeyPressCheck& keyPressCheck;
+  modSaveSetting& saveSetting;
+  LineServices lineServices;
+};
+
+/// The dialer's one window, without its paint: what it holds, what its buttons do, what the main program tells it and
+/// hears from it, and the one line object. Its procedures are grouped into files by what the user does: fMain_Startup,
+/// _Link, _Lines, _Settings, _Texts, _Calls and _Panels.
+class fMain final : public FormInput, private LineEvents, private LinkEvents {
+ public:
+  fMain(const FormServices& services, FormControls& controls);
+
+  /// Start-up up to the first timer; false when the program is to end at once.
+  [[nodiscard]] bool Form_Load();
+
+  void Click(ControlId button) noexcept override;
+  void KeyPress(ControlId box, int characterCode) noexcept override;
+  void Edit(ControlId box, const std::string& text) noexcept override;
+  void TickEntry(std::size_t index, bool ticked) noexcept override;
+  void ClickEntry(std::size_t index) noexcept override;
+  void TimerTick(TimerId timer) noexcept override;
+  void Moved(float top, float left) noexcept override;
+  void Resized(float width, float height) noexcept override;
+  void CloseRequested(UnloadMode mode) noexcept override;
+
+ private:
+  // Start-up
+  [[nodiscard]] bool ReadCommandLine();
+  void ShowCollapsed();
+  void tmStart_Timer(int index);
+  void OpenLink();
+  void BindLineObject();
+  void CreateLine();
+  void LineCreated(std::string_view debugText);
+  void ReportFirstFailure();
+  void ReportWrongVersion();
+  void ReportMissingAreaCodes();
+
+  // Link
+  void DDEexecute(const std::string& message, const std::string& tag = {});
+  void txtDDE_Change();
+  void Obey(const std::string& command, const std::string& argument, const std::string& detail);
+  void txtDDE_LinkOpen();
+  void txtDDE_LinkError();
+  void txtDDE_LinkClose();
+  void LinkOpen() noexcept override;
+  void LinkError() noexcept override;
+  void LinkClose() noexcept override;
+  void LinkData(const std::string& bytes) noexcept override;
+  void LinkSendFailed() noexcept override { LinkOpenFlag_ = false; }
+
+  // Lines
+  void SetLine();
+  void ReportMissingLine();
+  void ReportBoundLine(std::int16_t id);
+  void RefreshTAPIList();
+  void AddNewEntries();
+  void RemoveGoneEntries();
+  void TickStoredEntry();
+  void lstTAPI_ItemCheck(std::size_t index);
+  void lstTAPI_Click(std::size_t index);
+
+  // Settings
+  void ReLoadSettings();
+  void cmdSave_Click();
+  void cmdExit_Click();
+  void Unload(UnloadMode mode);
+  void Form_QueryUnload(bool& cancel, UnloadMode mode);
+  void Form_Unload();
+
+  // Texts
+  void Language();
+  void ApplyText(const ControlTextRow& row);
+  [[nodiscard]] std::string Lookup(const SingleText& text);
+
+  // Calls
+  void cmdWahl_Click();
+  void RequestCall();
+  void cmdHangUp_Click();
+  void cmdLogClear_Click();
+  void txtNumber_Change();
+  void txtNumber_KeyPress(int keyAscii);
+  void txtSettVW_KeyPress(int keyAscii);
+  void FilterKey(const char* procedure, int keyAscii);
+  void tapiline_MakeCallResult(std::int32_t errorCode) override;
+  void tapiline_DropCallResult(std::int32_t errorCode) override;
+  void tapiline_Dialing() override;
+  void tapiline_Connected() override;
+  void tapiline_Idle() override;
+  void tapiline_Disconnected() override;
+  void AppendStatus(const std::string& line);
+  void ShowProgress(const std::string& text);
+  void ShowFailure(const std::string& line, const char* pointer);
+  [[nodiscard]] std::string ErrorLine(const char* prefix);
+  void ApplyDialButtonRule();
+  void SendHangUpState(const std::string& tag = {});
+  void SendCallState(const std::string& tag);
+
+  // Panels
+  void cmdInfo_Click(std::int16_t index);
+
+  /// The line object; throws RunTimeError 91 when there is none.
+  [[nodiscard]] CvbTAPILine& Line() const;
+  void ReleaseLine();
+  void DebugLine(std::string_view text) const { DebugTapi(services_.diagnostics, text); }
+
+  FormServices services_;
+  FormControls& controls_;
+  FormTexts texts_;
+  std::shared_ptr<CvbTAPILine> tapiline_;
+  std::string ownAccessCode_;  ///< the outside-line code of the system's location
+  std::string txtDDE_;         ///< the linked value last received
+  std::int16_t shownPanel_{-1};
+  bool SettModeFlag_{false};
+  bool LinkOpenFlag_{false};
+  bool TAPICheckShownFlag_{false};
+  bool AreaCodeMsgShownFlag_{false};
+  bool DebugFlag_{false};
+  bool unloaded_{false};
+};
+
+}  // namespace fonklav

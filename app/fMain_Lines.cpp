@@ -1,0 +1,117 @@
+#include <algorithm>
+
+#include "app/fMain.h"
+#include "tapi/mTAPIFunctions.h"
+#include "util/Procedure.h"
+#include "util/Text.h"
+
+// The list of lines and the one that is chosen. The stored name finds its line by prefix, the list's entry exactly.
+namespace fonklav {
+
+void fMain::SetLine() {
+  Procedure(services_.diagnostics, "fMain.SetLine", {}, [&] {
+    const std::int16_t id = services_.lineFunctions.GetLineID(services_.lines.TAPILine);
+    if (id == -1) {
+      ReportMissingLine();
+    } else {
+      ReportBoundLine(id);
+    }
+    RefreshTAPIList();
+    ApplyDialButtonRule();
+    // Exactly this combination and no other: a line that could place calls but has no version.
+    if (Line().NegotiatedAPIVersion() == 0 && Line().LineSupportsVoiceCalls()) SendCallState("|SetLine");
+  });
+}
+
+void fMain::ReportMissingLine() {
+  services_.lines.LineOKFlag = false;
+  DDEexecute("Init2LastOK|0");
+  const std::string& stored = services_.lines.TAPILine;
+  controls_.tmStart[2].Enabled(!stored.empty());
+  const std::string caption =
+      stored.empty() ? texts_.noDeviceSelected : texts_.device + " " + stored + " " + texts_.unavailable;
+  controls_.lbLineIDActive.Text(caption);
+  DebugLine("SetLine - " + caption);
+  DDEexecute("line|" + caption);
+  if (!stored.empty()) DDEexecute("log|" + caption);
+}
+
+void fMain::ReportBoundLine(std::int16_t id) {
+  services_.lines.LineOKFlag = true;
+  DDEexecute("Init2LastOK|1");
+  Line().CurrentLineID(id);
+  controls_.tmStart[2].Enabled(true);
+  const std::string caption = WithoutNul(Line().LineName());
+  controls_.lbLineIDActive.Text(caption);
+  DebugLine("SetLine - " + caption);
+  DDEexecute("line|" + caption);
+}
+
+void fMain::RefreshTAPIList() {
+  Procedure(services_.diagnostics, "fMain.RefreshTAPIList", {}, [&] {
+    AddNewEntries();
+    RemoveGoneEntries();
+    if (controls_.lstTAPI.TickedCount() == 0) TickStoredEntry();
+  });
+}
+
+void fMain::AddNewEntries() {
+  for (const LineRecord& record : services_.lines.table) {
+    if (record.Name.empty()) continue;
+    if (std::ranges::find(controls_.lstTAPI.Entries(), record.Name, &CheckList::Entry::text) ==
+        controls_.lstTAPI.Entries().end()) {
+      controls_.lstTAPI.Add(record.Name);
+    }
+  }
+}
+
+void fMain::RemoveGoneEntries() {
+  // The index moves on after a removal, so the entry that takes the place of a removed one is passed over until the
+  // next refresh. That is deliberate.
+  const std::size_t count = controls_.lstTAPI.Count();
+  for (std::size_t index = 0; index < count && index < controls_.lstTAPI.Count(); ++index) {
+    const std::string& text = controls_.lstTAPI.At(index).text;
+    if (std::ranges::find(services_.lines.table, text, &LineRecord::Name) == services_.lines.table.end()) {
+      controls_.lstTAPI.Remove(index);
+    }
+  }
+}
+
+void fMain::TickStoredEntry() {
+  for (std::size_t index = 0; index < controls_.lstTAPI.Count(); ++index) {
+    if (controls_.lstTAPI.At(index).text == services_.lines.TAPILine) controls_.lstTAPI.Tick(index, true);
+  }
+}
+
+void fMain::lstTAPI_ItemCheck(std::size_t index) {
+  Procedure(services_.diagnostics, "fMain.lstTAPI_ItemCheck", {index}, [&] {
+    CheckList& list = controls_.lstTAPI;
+    if (list.Count() == 0) return;
+    if (list.TickedCount() >= 2) {
+      for (std::size_t other = 0; other < list.Count(); ++other) {
+        if (other != index) list.TickQuietly(other, false);
+      }
+    } else {
+      list.TickQuietly(index, true);  // the only tick cannot be taken away
+    }
+    services_.lines.TAPILine = list.At(index).text;
+    SetLine();
+  });
+}
+
+void fMain::lstTAPI_Click(std::size_t index) {
+  Procedure(services_.diagnostics, "fMain.lstTAPI_Click", {index}, [&] {
+    if (index >= controls_.lstTAPI.Count()) return;
+    controls_.txtLineInfo.Text("");
+    const std::int16_t id = services_.lineFunctions.GetLineID(controls_.lstTAPI.At(index).text);
+    if (id == -1) {
+      controls_.txtLineInfo.Text(controls_.txtLineInfo.Text() + "<No Valid TAPI Line Selected>");
+      return;
+    }
+    controls_.txtLineInfo.Text(services_.lineFunctions.GetLineInfo(Line(), id));
+    // The report has made its device the current line; the next call is to go to the ticked one.
+    if (services_.lines.LineOKFlag) Line().CurrentLineID(services_.lineFunctions.GetLineID(services_.lines.TAPILine));
+  });
+}
+
+}  // namespace fonklav

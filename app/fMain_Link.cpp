@@ -1,0 +1,107 @@
+#include <algorithm>
+
+#include "app/fMain.h"
+#include "platform/CodePage.h"
+#include "platform/NumberLocale.h"
+#include "util/Procedure.h"
+#include "util/RunTimeError.h"
+#include "util/Text.h"
+
+// The conversation with the main program: its commands, and the way our reports take.
+namespace fonklav {
+namespace {
+
+bool EqualsIgnoringCase(std::string_view text, std::string_view lower) {
+  return std::ranges::equal(text, lower, [](char left, char right) {
+    return (left >= 'A' && left <= 'Z' ? static_cast<char>(left - 'A' + 'a') : left) == right;
+  });
+}
+
+/// The words True and False in any case, or a number, of which every one but zero is true. Throws RunTimeError 13 for
+/// anything else.
+bool ToBoolean(const std::string& text, const NumberSeparators& separators) {
+  if (EqualsIgnoringCase(text, "true")) return true;
+  if (EqualsIgnoringCase(text, "false")) return false;
+  if (!IsNumeric(text, separators)) throw RunTimeError(ErrorNumber::TypeMismatch);
+  return text.find_first_of("123456789") != std::string::npos;
+}
+
+}  // namespace
+
+void fMain::DDEexecute(const std::string& message, const std::string& tag) {
+  Procedure(services_.diagnostics, "DDEexecute", {message, tag}, [&] {
+    if (!services_.link.Send(services_.codePage.ToBytes(message + tag))) LinkOpenFlag_ = false;
+  });
+}
+
+void fMain::txtDDE_Change() {
+  Procedure(services_.diagnostics, "txtDDE_Change", {txtDDE_}, [&] {
+    const std::string text = txtDDE_;
+    if (text.empty()) return;  // the main program clears the item between its commands
+    DebugLine("DDE Execute - " + text);
+    const std::vector<std::string> fields = Split(text + "||", "|");
+    Obey(fields[0], fields[1], fields[2]);
+  });
+}
+
+void fMain::Obey(const std::string& command, const std::string& argument, const std::string& detail) {
+  const auto acknowledge = [&] { DDEexecute("cmd|quitt"); };
+  if (command == "settings") {
+    acknowledge();
+    controls_.form.Visible(true);
+  } else if (command == "unload") {
+    acknowledge();
+    cmdExit_Click();
+  } else if (command == "cmd") {
+    acknowledge();
+    if (argument == "call") {
+      controls_.txtNumber.Text(detail);
+      cmdWahl_Click();
+    } else if (argument == "hangup") {
+      cmdHangUp_Click();
+    }
+  } else if (command == "debug") {
+    acknowledge();
+    DebugFlag_ = ToBoolean(argument, services_.numberLocale.Separators());
+  }
+}
+
+void fMain::txtDDE_LinkOpen() {
+  Procedure(services_.diagnostics, "fMain.txtDDE_LinkOpen", {}, [&] {
+    DebugLine("DDE LinkOpen");
+    LinkOpenFlag_ = true;
+  });
+}
+
+void fMain::txtDDE_LinkError() {
+  Procedure(services_.diagnostics, "fMain.txtDDE_LinkError", {}, [&] {
+    DebugLine("DDE LinkError");
+    LinkOpenFlag_ = false;
+  });
+}
+
+void fMain::txtDDE_LinkClose() {
+  Procedure(services_.diagnostics, "fMain.txtDDE_LinkClose", {}, [&] {
+    DebugLine("DDE LinkClose");
+    LinkOpenFlag_ = false;
+    cmdExit_Click();  // with the flag down this ends the program
+  });
+}
+
+void fMain::LinkOpen() noexcept { txtDDE_LinkOpen(); }
+
+void fMain::LinkError() noexcept { txtDDE_LinkError(); }
+
+void fMain::LinkClose() noexcept { txtDDE_LinkClose(); }
+
+void fMain::LinkData(const std::string& bytes) noexcept {
+  if (unloaded_) return;
+  Procedure(services_.diagnostics, "fMain.LinkData", {}, [&] {
+    std::string text = services_.codePage.ToText(bytes);
+    if (text == txtDDE_) return;  // as in any text box, the same text again is no change
+    txtDDE_ = std::move(text);
+    txtDDE_Change();
+  });
+}
+
+}  // namespace fonklav

@@ -1,0 +1,53 @@
+#include "app/modSaveSetting.h"
+
+#include <array>
+#include <charconv>
+
+#include "app/Controls.h"
+#include "config/modAPI_INI.h"
+#include "diag/LogLimits.h"
+#include "tapi/LineState.h"
+#include "util/Procedure.h"
+
+namespace fonklav {
+namespace {
+
+constexpr const char* kFile = "\\data\\sett_TAPI.ini";
+constexpr const char* kDimensions = "Dimensions";
+constexpr const char* kDial = "TAPIDial";
+constexpr const char* kGeneral = "General";
+constexpr std::int32_t kDefaultPosition = 600;
+
+/// A single-precision number in plain decimal digits, never with an exponent.
+std::string DecimalText(float number) {
+  std::array<char, 64> text{};
+  const auto end = std::to_chars(text.data(), text.data() + text.size(), number, std::chars_format::fixed).ptr;
+  return {text.data(), end};
+}
+
+}  // namespace
+
+void modSaveSetting::LoadSettings() {
+  Procedure(diagnostics_, "modSaveSetting.LoadSettings", {}, [&] {
+    const auto position = [&](const char* key) {
+      return static_cast<float>(ini_.GetSettLng(kDimensions, key, kDefaultPosition, 0, 0, false, kFile));
+    };
+    form_.Top(position("TopTAPI"));
+    form_.Left(position("LeftTAPI"));
+    lines_.TAPILine = ini_.GetSettStr(kDial, "TAPILine", "", kFile, false, false);
+    settings_.TAPIAmtVW = ini_.GetSettStr(kDial, "TAPIAmtVW", "", kFile, false, false);
+    limits_.logLineLimit = ini_.GetSettLng(kGeneral, "LogCount", 25, 10, 1000, false, kFile);
+    limits_.backupCount = ini_.GetSettLng(kGeneral, "BackupCount", 9, 0, 9, false, kFile);
+  });
+}
+
+void modSaveSetting::SaveSettings() {
+  Procedure(diagnostics_, "modSaveSetting.SaveSettings", {}, [&] {
+    ini_.SetSettStr(kDimensions, "TopTAPI", DecimalText(form_.Top()), kFile);
+    ini_.SetSettStr(kDimensions, "LeftTAPI", DecimalText(form_.Left()), kFile);
+    ini_.SetSettStr(kDial, "TAPILine", lines_.TAPILine, kFile);
+    ini_.SetSettStr(kDial, "TAPIAmtVW", settings_.TAPIAmtVW, kFile);
+  });
+}
+
+}  // namespace fonklav
