@@ -1,0 +1,24 @@
+#pragma once
+
+#include <vector>
+
+#include "app/FormView.h"
+
+namespace fonklav::test {
+
+/// A window that only remembers what it was told.
+class FakeView : public FormView {
+ public:
+  void ControlChanged(ControlId id) override { changed.push_back(id); }
+  void FormChanged() override { ++formChanges; }
+  void TimerChanged(TimerId) override {}
+  void FocusTo(ControlId id) override { focus.push_back(id); }
+  void Unloaded() override { ++unloads; }
+
+  std::vector<ControlId> changed;
+  std::vector<ControlId> focus;
+  int formChanges{0};
+  int unloads{0};
+};
+
+}  // namespace fonklav::test
