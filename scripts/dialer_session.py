@@ -1,0 +1,222 @@
+"""The unmodified dialer in a conversation with the suite stand-in, under Wine: for the demo and the end-to-end tests."""
+import os
+import shutil
+import signal
+import subprocess
+import threading
+import time
+from dataclasses import dataclass
+from pathlib import Path
+
+CODE_PAGE = "cp1252"
+
+
+@dataclass
+class Line:
+    """One line of the stand-in's output: when, who, and what as text (bytes of the code page on the wire)."""
+    milliseconds: int
+    who: str
+    text: str
+
+
+@dataclass
+class Item:
+    """A window or a control that the dialer shows; position and size in pixels of the screen."""
+    kind: str
+    window_class: str
+    left: int
+    top: int
+    width: int
+    height: int
+    enabled: bool
+    focus: bool
+    ticks: str
+    text: str
+
+    @classmethod
+    def parse(cls, text):
+        kind, name, left, top, width, height, enabled, focus, ticks, rest = text.split("|", 9)
+        return cls(kind, name, int(left), int(top), int(width), int(height), enabled == "enabled", focus == "focus",
+                   ticks.strip(), rest.replace("\\n", "\n"))
+
+    @property
+    def caption(self):
+        """The text without the mark of the access key."""
+        return self.text.replace("&", "")
+
+
+class Session:
+    """One dialer and one stand-in. Everything that belongs to the session lies in its folder: the program as it was
+    built, its settings and logs, the simulator's log. `scenario` is a file that the line simulator reads; `tapi` says
+    which telephony library Wine offers ("n,b" the simulator, "" none); `hear` is told each line at once."""
+
+    def __init__(self, env, build, folder, scenario=None, tapi="n,b", hear=None):
+        self.env, self.build, self.folder = env, Path(build), Path(folder)
+        self.lines = []
+        self._hear = hear or (lambda line: None)
+        self._arrived = threading.Condition()
+        self._heard = 0
+        shutil.rmtree(self.folder, ignore_errors=True)
+        for name in ("data", "log", "base"):
+            (self.folder / name).mkdir(parents=True)
+        self.program = self.folder / "FonklavTAPI.exe"
+        shutil.copyfile(self.build / "FonklavTAPI.exe", self.program)
+        self.write("Rufmonpaths.ini", f"[Paths]\nProgramData={windows_path(self.folder)}\n")
+        self.sim_log, self.sim_control = self.folder / "sim.log", self.folder / "sim.control"
+        self._environ = env.environ(WINEDLLOVERRIDES=f"mscoree,mshtml=;tapi32={tapi}",
+                                    FONKLAV_SIM_SCENARIO=windows_path(scenario) if scenario else "",
+                                    FONKLAV_SIM_LOG=windows_path(self.sim_log),
+                                    FONKLAV_SIM_CONTROL=windows_path(self.sim_control))
+        self.suite = None
+
+    def __enter__(self):
+        self.suite = subprocess.Popen(["wine", str(self.build / "sim/suite.exe"), windows_path(self.program)],
+                                      env=self._environ, cwd=self.folder, stdin=subprocess.PIPE,
+                                      stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
+        threading.Thread(target=self._read, daemon=True).start()
+        return self
+
+    def __exit__(self, *_):
+        if self.suite.poll() is None:
+            self.suite.stdin.close()
+            try:
+                self.suite.wait(10)
+            except subprocess.TimeoutExpired:
+                self.suite.kill()
+        for pid in self.dialers():
+            os.kill(pid, signal.SIGKILL)
+
+    # What the main program does.
+
+    def do(self, command):
+        """One command of the stand-in's script."""
+        self.suite.stdin.write(command.encode(CODE_PAGE) + b"\n")
+        self.suite.stdin.flush()
+
+    def start(self, settings="", arguments="/run"):
+        """Stores the dialer's settings and starts it."""
+        self.write("data/sett_TAPI.ini", settings)
+        self.do(f"start {arguments}")
+
+    def send(self, command):
+        """A command to the dialer, which is taken back once it was acknowledged."""
+        self.do(f"send {command}")
+
+    # What is heard of the dialer.
+
+    def wait(self, prefix, seconds=10, who="dialer -> suite"):
+        """Waits for the next line of this speaker that begins so, and returns it; later waits look behind it."""
+        end = time.monotonic() + seconds
+        with self._arrived:
+            while True:
+                while self._heard < len(self.lines):
+                    line = self.lines[self._heard]
+                    self._heard += 1
+                    if line.who == who and line.text.startswith(prefix):
+                        return line
+                if not self._arrived.wait(max(0.0, end - time.monotonic())) and time.monotonic() >= end:
+                    raise AssertionError(f"nothing from {who} began with {prefix!r} within {seconds} s:\n{self}")
+
+    def reports(self):
+        """Everything that the dialer has reported so far."""
+        with self._arrived:
+            return [line.text for line in self.lines if line.who == "dialer -> suite"]
+
+    def wait_for_end(self, seconds=2):
+        """Waits until no process of the dialer is left; the seconds that it took."""
+        begin = time.monotonic()
+        while self.dialers():
+            if time.monotonic() - begin > seconds:
+                raise AssertionError(f"the dialer still runs after {seconds} s:\n{self}")
+            time.sleep(0.02)
+        return time.monotonic() - begin
+
+    def dialers(self):
+        """The process ids of this session's dialer."""
+        return [pid for pid in process_ids() if self._owns(pid)]
+
+    # What a person does and sees.
+
+    def windows(self):
+        """All that the dialer shows: each window, followed by its visible controls."""
+        self.do("windows")
+        with self._arrived:
+            first = self._heard
+        self.wait("end", who="screen")
+        with self._arrived:
+            return [Item.parse(line.text) for line in self.lines[first:self._heard - 1] if line.who == "screen"]
+
+    def window(self, caption, seconds=10):
+        """Waits for a window with this caption and returns it with its controls."""
+        end = time.monotonic() + seconds
+        while True:
+            shown = self.windows()
+            for index, item in enumerate(shown):
+                if item.kind == "window" and item.caption == caption:
+                    following = (i for i in range(index + 1, len(shown)) if shown[i].kind == "window")
+                    return shown[index:next(following, len(shown))]
+            if time.monotonic() > end:
+                raise AssertionError(f"no window {caption!r} within {seconds} s: {shown}")
+            time.sleep(0.05)
+
+    def press(self, items, caption):
+        """Clicks the button of this caption with the mouse."""
+        button = next(item for item in items if item.kind == "control" and item.caption == caption)
+        self.click(button.left + button.width // 2, button.top + button.height // 2)
+
+    def click(self, x, y):
+        """A real click at a place of the screen."""
+        self.xdotool("mousemove", x, y, "click", 1)
+
+    def xdotool(self, *words):
+        """Synthetic input from outside the program, as a person's comes."""
+        subprocess.run(["xdotool", *map(str, words)], env=self._environ, check=True)
+
+    def picture(self, item, path):
+        """Saves what the screen shows where this window is."""
+        area = f"{item.width}x{item.height}+{item.left}+{item.top}"
+        Path(path).parent.mkdir(parents=True, exist_ok=True)
+        subprocess.run(["import", "-window", "root", "-crop", area, "+repage", str(path)], env=self._environ, check=True)
+
+    # Files of the session.
+
+    def write(self, name, text):
+        """A settings or language file in the code page, with the line ends of Windows."""
+        (self.folder / name).write_bytes(text.replace("\n", "\r\n").encode(CODE_PAGE))
+
+    def read(self, name):
+        """The lines of a file that the program wrote; none when it does not exist."""
+        path = self.folder / name
+        return path.read_bytes().decode(CODE_PAGE).splitlines() if path.exists() else []
+
+    def __str__(self):
+        with self._arrived:
+            return "\n".join(f"{line.milliseconds:7} ms  {line.who:16}  {line.text}" for line in self.lines)
+
+    def _read(self):
+        # Columns: 7 digits and " ms  ", the speaker in 16, two blanks, the text.
+        for raw in self.suite.stdout:
+            text = raw.decode(CODE_PAGE, "replace").rstrip("\n")
+            line = Line(int(text[:7]), text[12:28].strip(), text[30:])
+            with self._arrived:
+                self.lines.append(line)
+                self._arrived.notify_all()
+            self._hear(line)
+
+    def _owns(self, pid):
+        try:
+            return (b"FonklavTAPI.exe" in Path(f"/proc/{pid}/cmdline").read_bytes().split(b"\0")[0]
+                    and os.fsencode(f"FONKLAV_SIM_LOG={windows_path(self.sim_log)}\0")
+                    in Path(f"/proc/{pid}/environ").read_bytes())
+        except OSError:
+            return False  # ended meanwhile, or not ours to look at
+
+
+def process_ids():
+    """All processes of the machine."""
+    return [int(entry.name) for entry in Path("/proc").iterdir() if entry.name.isdigit()]
+
+
+def windows_path(path):
+    """A file of this system as a Windows program under Wine names it."""
+    return "Z:" + str(Path(path).resolve()).replace("/", "\\")
