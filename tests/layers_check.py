@@ -1,0 +1,53 @@
+#!/usr/bin/env python3
+"""Checks that the folders know only whom they may know, and that Windows stays in its own folders."""
+import pathlib
+import re
+import sys
+
+ROOT = pathlib.Path(__file__).resolve().parent.parent
+
+# Who may include whom. A folder always knows itself.
+MAY_INCLUDE = {
+    "util": set(),
+    "platform": {"util"},
+    "config": {"util", "platform"},
+    "tapi": {"util", "platform"},
+    "diag": {"util", "platform", "config"},
+    "app": {"util", "platform", "config", "diag", "tapi"},
+    "platform/win32": {"util", "platform", "config", "diag", "tapi", "app"},
+    "sim": {"util", "platform"},
+}
+WINDOWS_FOLDERS = ("platform/win32/", "sim/tapi32/", "sim/suite/")
+GENERATED = {"Version.h"}
+
+
+def layer_of(path: str) -> str:
+    return "platform/win32" if path.startswith("platform/win32/") else path.split("/")[0]
+
+
+def faults_in(path: pathlib.Path):
+    name = path.relative_to(ROOT).as_posix()
+    layer = layer_of(name)
+    for number, line in enumerate(path.read_text(encoding="utf-8").splitlines(), 1):
+        quoted = re.match(r'\s*#\s*include\s+"([^"]+)"', line)
+        if quoted and quoted[1] not in GENERATED:
+            target = layer_of(quoted[1])
+            if target != layer and target not in MAY_INCLUDE[layer]:
+                yield f"{name}:{number}: {layer} may not know {target}"
+        windows = re.match(r"\s*#\s*include\s+<(windows|tapi|ddeml?|commctrl)\.h>", line) or "_WIN32" in line
+        if windows and not name.startswith(WINDOWS_FOLDERS):
+            yield f"{name}:{number}: Windows outside its folders: {line.strip()}"
+
+
+def main() -> int:
+    files = [path for layer in MAY_INCLUDE for path in (ROOT / layer).rglob("*") if path.suffix in (".h", ".cpp")]
+    if len(files) < 20:
+        print(f"only {len(files)} source files found: wrong folder?")
+        return 1
+    faults = sorted({fault for path in files for fault in faults_in(path)})
+    print("\n".join(faults) or f"{len(files)} files keep to their layers")
+    return 1 if faults else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
