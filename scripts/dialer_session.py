@@ -159,6 +159,14 @@ class Session:
                 raise AssertionError(f"no window {caption!r} within {seconds} s: {shown}")
             time.sleep(0.05)
 
+    def wait_for_control(self, caption, seconds=5):
+        """Waits until the dialer shows a control with this caption."""
+        end = time.monotonic() + seconds
+        while not any(item.caption == caption for item in self.windows()):
+            if time.monotonic() > end:
+                raise AssertionError(f"no control {caption!r} within {seconds} s: {self.windows()}")
+            time.sleep(0.05)
+
     def press(self, items, caption):
         """Clicks the button of this caption with the mouse."""
         button = next(item for item in items if item.kind == "control" and item.caption == caption)
