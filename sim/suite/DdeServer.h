@@ -36,6 +36,8 @@ class DdeServer {
   /// Ends the conversation from this side. False when there is none.
   bool Terminate();
 
+  /// Answers no further connection, as if the main program did not run.
+  void Withdraw() { DdeNameService(instance_, service_, nullptr, DNS_UNREGISTER); }
   void AcceptAdvise(bool accept) { acceptAdvise_ = accept; }
   void AnswerWith(Answer answer) { answer_ = answer; }
 

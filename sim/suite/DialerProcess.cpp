@@ -21,6 +21,7 @@ void DialerProcess::Start(const std::string& program, const std::string& argumen
   CloseHandle(process.hThread);
   if (handle_ != nullptr) CloseHandle(handle_);
   handle_ = process.hProcess;
+  id_ = process.dwProcessId;
 }
 
 std::optional<DWORD> DialerProcess::TakeExit() {

@@ -19,11 +19,14 @@ class DialerProcess {
   void Start(const std::string& program, const std::string& arguments);
   /// What to wait for; null before Start and after the end was noticed.
   [[nodiscard]] HANDLE Handle() const { return handle_; }
+  /// Of the process that was started last.
+  [[nodiscard]] DWORD Id() const { return id_; }
   /// The exit code, once, when the process has ended since the last call.
   std::optional<DWORD> TakeExit();
 
  private:
   HANDLE handle_{};
+  DWORD id_{};
 };
 
 }  // namespace fonklav::suite

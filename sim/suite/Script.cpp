@@ -4,11 +4,14 @@
 #include <cstdlib>
 #include <utility>
 
+#include "sim/suite/WindowList.h"
+
 namespace fonklav::suite {
 
 namespace {
 
 constexpr std::string_view kSuite = "suite";
+constexpr std::string_view kScreen = "screen";
 constexpr std::string_view kSuiteToDialer = "suite  -> dialer";
 constexpr std::string_view kDialerToSuite = "dialer -> suite ";
 constexpr std::size_t kLongCommand = 200;
@@ -34,7 +37,9 @@ const std::vector<Script::Entry>& Script::Commands() {
                                            {"expect-exit", &Script::ExpectExit},
                                            {"answer", &Script::Answer},
                                            {"refuse-advise", &Script::RefuseAdvise},
-                                           {"terminate", &Script::Terminate}};
+                                           {"terminate", &Script::Terminate},
+                                           {"windows", &Script::Windows},
+                                           {"offline", &Script::Offline}};
   return commands;
 }
 
@@ -118,6 +123,13 @@ void Script::Terminate(const std::string&) {
   Print(kSuite, "closes the conversation");
   if (!server_.Terminate()) Fail("there is no conversation to close");
 }
+
+void Script::Windows(const std::string&) {
+  for (const std::string& line : WindowList(dialer_.Id())) Print(kScreen, line);
+  Print(kScreen, "end");
+}
+
+void Script::Offline(const std::string&) { server_.Withdraw(); }
 
 void Script::OnReport(const std::string& bytes) {
   Print(kDialerToSuite, bytes);

@@ -46,6 +46,8 @@ class Script {
   void Answer(const std::string& how);
   void RefuseAdvise(const std::string&);
   void Terminate(const std::string&);
+  void Windows(const std::string&);
+  void Offline(const std::string&);
 
   void OnReport(const std::string& bytes);
   /// Pumps until `met` or the time is over; says whether it was met.
