@@ -1,0 +1,119 @@
+#!/usr/bin/env python3
+"""Calls: the whole conversation of each, from the start of the dialer to the last report."""
+from stories import (ANSWERED, CALL_UP, DIALED, FAR_END_HUNG_UP, HANG_UP, IDLE, SETTINGS, STARTED, calls, case,
+                     converse, dialer, equal, run)
+
+DIAL = ["> cmd|call|0301234567", *DIALED]
+REGISTERED = ["cmd|quitt", "anzlog|Anmeldung >> ISDN-Line1", "btnHangUp|1"]
+DIAL_AGAIN_REFUSED = [*REGISTERED, "log|Open line ERROR 0 Unknown Error", "anz|OpenLine Error >> Log",
+                      "btnCall|1|cmdWahl_Click 1"]
+
+# name: what the line does, and the conversation after the start.
+CONVERSATIONS = {
+    "far-end-hangs-up": (CALL_UP + "call state disconnected detail=1 after=300",
+                         [*DIAL, *ANSWERED, *FAR_END_HUNG_UP, *IDLE]),
+    "main-program-hangs-up": (CALL_UP, [*DIAL, *ANSWERED, *HANG_UP, "btnCall|1|cmdHangUp_Click", "anzlog|Call Dropped",
+                                        *IDLE]),
+    "the-next-call-opens-the-line-again": (CALL_UP + "call state disconnected after=200", [
+        *DIAL, *ANSWERED, *FAR_END_HUNG_UP, *IDLE, *DIAL, *ANSWERED, *FAR_END_HUNG_UP, *IDLE]),
+    "busy": ("call reply after=20\ncall state dialing after=40\ncall state busy after=60\n"
+             "call state disconnected detail=0x20 after=200",
+             [*DIAL, "anzlog|Wählen", "anzlog|Klingeln", *FAR_END_HUNG_UP, *IDLE]),
+    "idle-before-the-drop-is-answered": (
+        CALL_UP + "call state disconnected after=200\ndrop state idle after=20\ndrop reply after=200",
+        [*DIAL, *ANSWERED, *FAR_END_HUNG_UP[:3], *IDLE]),
+    "line-cannot-be-opened": ("refuse lineOpen 0x8000000F", [
+        "> cmd|call|0301234567", *REGISTERED, "log|Open line ERROR -2147483633 In Use", "anz|OpenLine Error >> Log",
+        "btnCall|1|cmdWahl_Click 1"]),
+    "call-refused-at-once": ("refuse lineMakeCall 0x80000010", [
+        *DIAL, "log|ERROR -2147483632 Invalid Address", "anz|MakeCallAsynch Error >> Log",
+        "btnCall|1|cmdWahl_Click 2"]),
+    "call-refused-by-reply": ("call reply result=0x8000004B after=20", [
+        *DIAL, "log|Call Error: Resource Unavailable", "anz|Call Error >> Log"]),
+    "drop-refused-at-once": (CALL_UP + "refuse lineDrop 0x80000048", [
+        *DIAL, *ANSWERED, *HANG_UP, "log|ERROR -2147483576 Operation Failed", "anz|DropCallAsynch Error >> Log",
+        "btnCall|1|cmdHangUp_Click"]),
+    "drop-refused-by-reply": (CALL_UP + "drop reply result=0x80000048 after=20", [
+        *DIAL, *ANSWERED, *HANG_UP, "btnCall|1|cmdHangUp_Click", "log|Call Drop Error: Operation Failed",
+        "anz|Drop Error >> Log"]),
+    "second-call-while-one-is-up": (CALL_UP, [
+        *DIAL, *ANSWERED, "> cmd|call|0309876543", *DIAL_AGAIN_REFUSED, *HANG_UP, "btnCall|1|cmdHangUp_Click",
+        "anzlog|Call Dropped", *IDLE]),
+    "hang-up-without-a-call": ("", [
+        *HANG_UP, "log|ERROR 0 Unknown Error", "anz|DropCallAsynch Error >> Log", "btnCall|0|cmdHangUp_Click"]),
+    "commands-that-say-nothing": ("", [
+        "> Settings", "> CMD|call|0301234567", "> frob", "> cmd|frob", "cmd|quitt", "> debug|1", "cmd|quitt",
+        "> debug", "cmd|quitt"]),
+    "a-command-of-64-kb": (CALL_UP, ["> " + "x" * 65536, *DIAL, *ANSWERED]),
+    "silent-line": ("call nothing", DIAL),
+}
+
+
+def conversation(scenario, story):
+    """One row of the table as a case."""
+
+    def play(name):
+        with dialer(name, scenario) as session:
+            session.start(SETTINGS)
+            converse(session, [*STARTED, *story])
+            equal(session.read("log/error.log"), [])
+
+    return play
+
+
+for title, row in CONVERSATIONS.items():
+    case(title)(conversation(*row))
+
+
+# command, the address that reaches lineTranslateAddress (None: it is not asked), the address that is dialed.
+NUMBERS = [
+    ("0301234567", '"0301234567"', '"0301234567"'),
+    ("123", None, '"123"'),
+    (" 030/12345 ", '"030 12345"', '"030 12345"'),
+    ("", None, "null"),
+]
+
+
+@case("numbers-as-they-reach-the-line")
+def numbers(name):
+    """The strings at telephony's door, for each number that the main program sends."""
+    with dialer(name, "call reply after=5\ncall state disconnected after=10") as session:
+        session.start(SETTINGS)
+        session.wait("line|")
+        for number, _, _ in NUMBERS:
+            session.send(f"cmd|call|{number}")
+            session.wait("anzlog|Leerlauf")
+        equal([address(line) for line in calls(session, "lineTranslateAddress")],
+              [translated for _, translated, _ in NUMBERS if translated])
+        equal([address(line) for line in calls(session, "lineMakeCall")], [dialed for _, _, dialed in NUMBERS])
+
+
+def address(line):
+    """The address argument of a recorded call."""
+    return line.partition("address=")[2].partition(")")[0].partition(" country")[0]
+
+
+@case("bytes-outside-ascii")
+def umlauts(name):
+    """A number with umlauts and the euro sign comes through as bytes of the code page."""
+    with dialer(name) as session:
+        session.start(SETTINGS)
+        converse(session, [*STARTED, "> cmd|call|Müller €", *DIALED])
+        equal([address(line) for line in calls(session, "lineTranslateAddress")], [r'"M\xfcller \x80"'])
+
+
+@case("a-number-of-64-kb")
+def long_number(name):
+    """Whatever telephony makes of it, the dialer lives on and takes the next command."""
+    with dialer(name) as session:
+        session.start(SETTINGS)
+        session.wait("line|")
+        session.send("cmd|call|" + "7" * 65536)
+        session.wait("anzlog|Vorbereitung")
+        session.send("debug|0")
+        session.wait("cmd|quitt")
+        equal([len(address(line)) for line in calls(session, "lineTranslateAddress")], [65536 + 2])
+
+
+if __name__ == "__main__":
+    run()

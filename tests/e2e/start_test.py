@@ -1,0 +1,108 @@
+#!/usr/bin/env python3
+"""Starts: what the main program hears of a start, and what the user is told when one is refused."""
+from stories import (ANSWERED, CALL_UP, DIALED, SETTINGS, STARTED, calls, case, converse, dialer, equal,
+                     expect_reports, run)
+
+NO_TAPI = "Fehlende oder falsche TAPI-Version!"
+TITLE = "Rufmon - FonklavTAPI"
+NO_DIRECT_CALL = "Ein Direktaufruf dieses Tools ist nicht vorgesehen!"
+NO_AREA_CODES = ('Bitte wechseln Sie zur "Systemsteuerung" und vervollständigen Sie, unter "Telefon und Modem", die '
+                 "Angaben zu Ihrem Standort!")
+WINDOW = "Rufmon -  TAPI Wählhilfe Einstellungen"
+
+# name: what telephony has, the settings, the conversation.
+STARTS = {
+    "stored-line": ("", SETTINGS, STARTED),
+    "no-line-stored": ("", "", ["Init2LastOK|0", "line|Kein TAPI-Gerät ausgewählt!"]),
+    "stored-line-has-gone": ("", "[TAPIDial]\nTAPILine=Büro\n", [
+        "Init2LastOK|0", "line|Gerät Büro nicht verfügbar!", "log|Gerät Büro nicht verfügbar!"]),
+    "stored-name-is-the-beginning-of-a-line": ("", "[TAPIDial]\nTAPILine=ISDN\n", STARTED),
+    # The first of two would be bound by its beginning as well: the order of the devices decides.
+    "two-lines-begin-with-the-stored-name": ("device name=ISDN-Line10", SETTINGS, STARTED),
+    "telephony-up-to-1.4-only": ("tapi version=0x00010004\n" + CALL_UP, SETTINGS, [
+        *STARTED, "> cmd|call|0301234567", *DIALED, *ANSWERED]),
+    "line-without-voice": ("device name=Modem media=0x10", "[TAPIDial]\nTAPILine=Modem\n", [
+        "Init2LastOK|0", "line|Gerät Modem nicht verfügbar!", "log|Gerät Modem nicht verfügbar!"]),
+    "telephony-refuses-to-start": ("refuse lineInitializeEx 0x80000048", SETTINGS, [
+        f"line|{NO_TAPI}", f"log|{NO_TAPI}"]),
+}
+
+
+def start(scenario, settings, story):
+    """One row of the table as a case."""
+
+    def play(name):
+        with dialer(name, scenario) as session:
+            session.start(settings)
+            converse(session, story)
+            equal(session.windows(), [])
+
+    return play
+
+
+for title, row in STARTS.items():
+    case(title)(start(*row))
+
+
+@case("no-telephony-library")
+def no_library(name):
+    """A machine without the library is told from one without area codes."""
+    with dialer(name, tapi="") as session:
+        session.start(SETTINGS)
+        expect_reports(session, [f"line|{NO_TAPI}", f"log|{NO_TAPI}"])
+        equal(session.windows(), [])
+
+
+@case("area-codes-missing")
+def area_codes(name):
+    """One message before the link is opened, none after it, and nothing for the main program."""
+    with dialer(name, "codes none") as session:
+        session.start(SETTINGS)
+        box = session.window(TITLE)
+        equal([item.text for item in box if item.window_class == "Static" and item.text], [NO_AREA_CODES])
+        session.press(box, "OK")
+        session.wait("link to the item established", who="suite")
+        session.do("sleep 500")
+        equal(session.windows(), [])
+        equal(session.reports(), [])
+        equal(calls(session, "lineInitializeEx"), [])
+
+
+@case("arguments-that-are-refused")
+def arguments(name):
+    """The user is told, and the program has gone before it touched link or telephony."""
+    with dialer(name) as session:
+        for argument in ("", "/SETT", "/sett ", "/run now", "call me"):
+            session.start(SETTINGS, argument)
+            box = session.window(TITLE)
+            equal([item.text for item in box if item.window_class == "Static" and item.text], [NO_DIRECT_CALL])
+            session.press(box, "OK")
+            session.wait("dialer ended", who="suite")
+        equal([line.text for line in session.lines if line.text == "conversation open"], [])
+        equal(calls(session, ""), [])
+
+
+@case("settings-window-at-the-start")
+def settings_mode(name):
+    """With /sett the window is there as soon as the link is."""
+    with dialer(name) as session:
+        session.start(SETTINGS, "/sett")
+        session.window(WINDOW)
+        expect_reports(session, STARTED)
+
+
+@case("number-at-the-start")
+def number_argument(name):
+    """The number waits in its box until somebody dials it."""
+    with dialer(name) as session:
+        session.start(SETTINGS, "0301234567")
+        expect_reports(session, STARTED)
+        equal(session.windows(), [])
+        session.send("settings")
+        session.press(session.window(WINDOW), "Test")
+        session.wait_for_control("0301234567")
+        equal(calls(session, "lineMakeCall"), [])
+
+
+if __name__ == "__main__":
+    run()
