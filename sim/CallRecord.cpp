@@ -6,7 +6,7 @@ namespace fonklav {
 
 namespace {
 
-constexpr std::string_view kDigits = "0123456789ABCDEF";
+constexpr std::string_view kDigits = "0123456789abcdef";
 
 std::string Printable(std::string_view bytes) {
   std::string text;

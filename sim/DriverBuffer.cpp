@@ -29,7 +29,7 @@ void DriverBuffer::BeginBytes(std::span<const std::byte> head, std::size_t size)
 
 std::uint32_t DriverBuffer::Append(std::size_t field, std::string_view bytes) {
   needed_ += bytes.size();
-  if (bytes.empty() || bytes.size() > bytes_.size() - used_) return 0;
+  if (bytes.empty() || field >= bytes_.size() || bytes.size() > bytes_.size() - used_) return 0;
   std::memcpy(bytes_.data() + used_, bytes.data(), bytes.size());
   const auto offset = static_cast<std::uint32_t>(used_);
   Put(field, static_cast<std::uint32_t>(bytes.size()));

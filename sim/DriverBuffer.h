@@ -27,7 +27,8 @@ class DriverBuffer {
   }
 
   /// Appends bytes and notes their size at `field` and their offset in the word behind it. Empty bytes note 0 and 0.
-  /// Returns the offset at which they stand, 0 when they did not fit.
+  /// A
+  /// field outside the buffer only counts. Returns the offset at which they stand, 0 when they did not fit.
   std::uint32_t Append(std::size_t field, std::string_view bytes);
   /// The same for a string, which ends with a NUL.
   void AppendText(std::size_t field, std::string_view text);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <chrono>
 #include <cstddef>
 #include <functional>
@@ -35,6 +36,8 @@ class LineSimulator : public Telephony {
   void DeliverDue(Milliseconds now);
   /// Moves the clock and delivers at most one message that is due. False when there was none.
   bool DeliverOne(Milliseconds now);
+  /// Moves the clock alone: what was due on the way waits for the next pumping.
+  void MoveClock(Milliseconds now) { now_ = std::max(now_, now); }
   [[nodiscard]] bool IsDue(Milliseconds now) const { return queue_.IsDue(now); }
 
   // What the test reads.
@@ -61,6 +64,8 @@ class LineSimulator : public Telephony {
   /// Any message, for any object instance; it goes to the newest registration.
   void InjectMessage(std::uint32_t hDevice, std::uint32_t message, std::uintptr_t instance, std::uintptr_t p1,
                      std::uintptr_t p2, std::uintptr_t p3);
+  /// The same for a message of the scenario's kind; without an instance it goes to that of the newest line, or to 0.
+  void InjectMessage(const Scenario::Step& step);
   /// Telephony takes the newest open line away: its handle is dead, LINE_CLOSE says so. False without an open line.
   bool ForceClose();
   /// The handles that the newest line and call have, 0 without one; tests address messages with them.

@@ -165,6 +165,11 @@ void LineSimulator::InjectMessage(std::uint32_t hDevice, std::uint32_t message, 
   queue_.Add({.due = now_, .message = {hDevice, message, instance, p1, p2, p3}});
 }
 
+void LineSimulator::InjectMessage(const Scenario::Step& step) {
+  const std::uintptr_t newest = lines_.empty() ? 0 : lines_.rbegin()->second.instance;
+  InjectMessage(step.device, step.message, step.instance.value_or(newest), step.p1, step.p2, step.p3);
+}
+
 bool LineSimulator::ForceClose() {
   if (lines_.empty()) return false;
   const HLINE line = NewestLine();
@@ -178,15 +183,15 @@ void LineSimulator::Advance(Milliseconds time) { DeliverDue(now_ + time); }
 
 void LineSimulator::DeliverDue(Milliseconds now) {
   while (const auto due = queue_.Take(now)) {
-    now_ = std::max(now_, due->due);
+    MoveClock(due->due);
     Deliver(*due);
   }
-  now_ = std::max(now_, now);
+  MoveClock(now);
 }
 
 bool LineSimulator::DeliverOne(Milliseconds now) {
   const auto due = queue_.Take(now);
-  now_ = std::max(now_, now);
+  MoveClock(now);
   if (due) Deliver(*due);
   return due.has_value();
 }

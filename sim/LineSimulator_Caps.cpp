@@ -1,5 +1,5 @@
 #include <algorithm>
-#include <array>
+#include <limits>
 
 #include "sim/AddressTranslation.h"
 #include "sim/DriverBuffer.h"
@@ -19,6 +19,9 @@ constexpr std::size_t DevCapsSize(std::uint32_t version) {
   if (version >= 0x00020000) return 252;
   return version >= TAPI_VERSION1_4 ? 240 : sizeof(LINEDEVCAPS);
 }
+
+/// Where a string notes itself that has no entry.
+constexpr std::size_t kNowhere = std::numeric_limits<std::size_t>::max() / 2;
 
 /// The code as telephony leaves it in a buffer of 8 bytes: one that is too long fills it without a NUL.
 void PutCode(std::span<char, 8> buffer, const std::string& code) {
@@ -94,11 +97,11 @@ void LineSimulator::FillTranslateCaps(DriverBuffer& buffer) const {
   caps.dwNumLocations = static_cast<std::uint32_t>(locations.size());
   caps.dwCurrentLocationID = CurrentLocation()->id;
   buffer.Begin(caps);
-  std::uint64_t entry = buffer.Append(offsetof(LINETRANSLATECAPS, dwLocationListSize), list);
+  std::size_t entry = buffer.Append(offsetof(LINETRANSLATECAPS, dwLocationListSize), list);
   const bool fits = entry != 0;
   if (!fits) buffer.Put(offsetof(LINETRANSLATECAPS, dwNumLocations), 0);
   for (const auto& location : locations) {
-    const auto field = [&](std::size_t member) { return fits ? entry + member : std::uint64_t{1} << 32U; };
+    const auto field = [&](std::size_t member) { return fits ? entry + member : kNowhere; };
     buffer.AppendText(field(offsetof(LINELOCATIONENTRY, dwLocationNameSize)), location.name);
     buffer.AppendText(field(offsetof(LINELOCATIONENTRY, dwCityCodeSize)), location.city);
     buffer.AppendText(field(offsetof(LINELOCATIONENTRY, dwLocalAccessCodeSize)), location.localAccess);

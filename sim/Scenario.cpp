@@ -1,5 +1,7 @@
 #include "sim/Scenario.h"
 
+#include <algorithm>
+#include <array>
 #include <charconv>
 #include <fstream>
 #include <iterator>
@@ -58,30 +60,28 @@ void Scenario::Apply(std::string_view text, std::size_t number) {
 
 void Scenario::Apply(ScenarioLine line) {
   if (line.Empty()) return;
-  const std::string directive = line.Word("a directive");
-  if (directive == "tapi") {
-    line.Into("version", version);
-  } else if (directive == "device") {
-    AddDevice(line);
-  } else if (directive == "location") {
-    AddLocation(line);
-  } else if (directive == "codes") {
-    SetCodes(line);
-  } else if (directive == "translate") {
-    SetTranslation(line);
-  } else if (directive == "call") {
-    AddStep(line, callSteps, callScripted_);
-  } else if (directive == "drop") {
-    AddStep(line, dropSteps, dropScripted_);
-  } else if (directive == "refuse") {
-    AddRefusal(line);
-  } else if (directive == "patch") {
-    AddPatch(line);
-  } else {
-    line.Fail("unknown directive '" + directive + "'");
-  }
+  struct Directive {
+    std::string_view name;
+    void (Scenario::*read)(ScenarioLine&);
+  };
+  static constexpr std::array kDirectives{Directive{"tapi", &Scenario::SetTelephony},
+                                          Directive{"device", &Scenario::AddDevice},
+                                          Directive{"location", &Scenario::AddLocation},
+                                          Directive{"codes", &Scenario::SetCodes},
+                                          Directive{"translate", &Scenario::SetTranslation},
+                                          Directive{"call", &Scenario::AddCallStep},
+                                          Directive{"drop", &Scenario::AddDropStep},
+                                          Directive{"refuse", &Scenario::AddRefusal},
+                                          Directive{"patch", &Scenario::AddPatch}};
+  const std::string name = line.Word("a directive");
+  const auto* const found = std::find_if(kDirectives.begin(), kDirectives.end(),
+                                         [&](const Directive& directive) { return directive.name == name; });
+  if (found == kDirectives.end()) line.Fail("unknown directive '" + name + "'");
+  (this->*found->read)(line);
   line.End();
 }
+
+void Scenario::SetTelephony(ScenarioLine& line) { line.Into("version", version); }
 
 void Scenario::AddDevice(ScenarioLine& line) {
   Device device;
@@ -155,6 +155,10 @@ Scenario::Step Scenario::ParseMessage(ScenarioLine& line) {
   line.Into("p3", step.p3);
   return step;
 }
+
+void Scenario::AddCallStep(ScenarioLine& line) { AddStep(line, callSteps, callScripted_); }
+
+void Scenario::AddDropStep(ScenarioLine& line) { AddStep(line, dropSteps, dropScripted_); }
 
 void Scenario::AddStep(ScenarioLine& line, std::vector<Step>& steps, bool& scripted) {
   if (!scripted) steps.clear();

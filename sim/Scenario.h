@@ -117,10 +117,13 @@ struct Scenario {
 
  private:
   void Apply(ScenarioLine line);
+  void SetTelephony(ScenarioLine& line);
   void AddDevice(ScenarioLine& line);
   void AddLocation(ScenarioLine& line);
   void SetCodes(ScenarioLine& line);
   void SetTranslation(ScenarioLine& line);
+  void AddCallStep(ScenarioLine& line);
+  void AddDropStep(ScenarioLine& line);
   void AddStep(ScenarioLine& line, std::vector<Step>& steps, bool& scripted);
   void AddRefusal(ScenarioLine& line);
   void AddPatch(ScenarioLine& line);

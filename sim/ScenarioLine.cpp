@@ -100,8 +100,11 @@ std::uint32_t ScenarioLine::ToNumber(const std::string& text) const {
 }
 
 std::uint32_t ScenarioLine::ToState(const std::string& text) const {
+  const auto same = [](char left, char right) {
+    return left == (right >= 'a' && right <= 'z' ? right - 'a' + 'A' : right);
+  };
   for (const auto& [name, state] : sim::kCallStates) {
-    if (name == text) return state;
+    if (std::equal(name.begin(), name.end(), text.begin(), text.end(), same)) return state;
   }
   return ToNumber(text);
 }

@@ -37,7 +37,7 @@ class ScenarioLine {
   void Into(std::string_view key, std::uint32_t& value) { value = Number(key, value); }
   /// A word or value as a number; throws what does not read as one.
   [[nodiscard]] std::uint32_t ToNumber(const std::string& text) const;
-  /// A call state by its name or number.
+  /// A call state by its name, in large or small letters, or by its number.
   [[nodiscard]] std::uint32_t ToState(const std::string& text) const;
   /// Throws when anything was not taken.
   void End() const;

@@ -1,0 +1,162 @@
+#include "sim/tapi32/StandIn.h"
+
+#include "sim/RemoteControl.h"
+#include "sim/ScenarioLine.h"
+
+namespace fonklav {
+
+namespace {
+
+constexpr UINT kDeliver = WM_APP;
+constexpr UINT kTickMs = 10;
+constexpr unsigned kTicksPerControl = 5;  // opening a file is dear, and nobody says two things within 50 ms
+constexpr const wchar_t* kWindowClass = L"FonklavLineSimulator";
+
+std::string Environment(const char* name) {
+  std::string value(MAX_PATH, '\0');
+  const DWORD needed = GetEnvironmentVariableA(name, value.data(), static_cast<DWORD>(value.size()));
+  if (needed > value.size()) {
+    value.resize(needed);
+    GetEnvironmentVariableA(name, value.data(), needed);
+  }
+  value.resize(needed);
+  return value.c_str();
+}
+
+/// The simulator's time is the system's, counted from the moment at which the library was first used.
+class RealTimeSimulator final : public LineSimulator {
+ public:
+  using LineSimulator::LineSimulator;
+
+  [[nodiscard]] Milliseconds Elapsed() const { return Milliseconds(GetTickCount64() - begin_); }
+
+ protected:
+  void OnEntry(std::string_view /*function*/) override { MoveClock(Elapsed()); }
+
+ private:
+  ULONGLONG begin_ = GetTickCount64();
+};
+
+LineSimulator::Milliseconds Elapsed(const LineSimulator& simulator) {
+  return static_cast<const RealTimeSimulator&>(simulator).Elapsed();
+}
+
+class CallbackSink final : public LineMessageSink {
+ public:
+  explicit CallbackSink(LineCallback callback) : callback_(callback) {}
+
+  void LineCallBackProc(std::uint32_t hDevice, std::uint32_t dwMsg, std::uintptr_t dwCallbackInstance,
+                        std::uintptr_t dwParam1, std::uintptr_t dwParam2, std::uintptr_t dwParam3) noexcept override {
+    callback_(hDevice, dwMsg, dwCallbackInstance, dwParam1, dwParam2, dwParam3);
+  }
+
+ private:
+  LineCallback callback_;
+};
+
+}  // namespace
+
+StandIn& StandIn::Instance() {
+  // The published functions carry no context, so the process has one stand-in, made at its first use.
+  static StandIn standIn;
+  return standIn;
+}
+
+StandIn::StandIn() : controlPath_(Environment("FONKLAV_SIM_CONTROL")) {
+  const std::string logPath = Environment("FONKLAV_SIM_LOG");
+  if (!logPath.empty()) log_.open(logPath, std::ios::app | std::ios::binary);
+  LoadScenario();
+  simulator_->SetLog([this](std::string_view line) { Log(line); });
+}
+
+/// A scenario that cannot be read makes a telephony that cannot be initialised, and the log says why.
+void StandIn::LoadScenario() {
+  const std::string path = Environment("FONKLAV_SIM_SCENARIO");
+  try {
+    simulator_ = std::make_unique<RealTimeSimulator>(path.empty() ? Scenario{} : Scenario::Load(path));
+  } catch (const ScenarioError& error) {
+    Log("error in scenario: " + std::string(error.what()));
+    simulator_ = std::make_unique<RealTimeSimulator>(Scenario::Parse("refuse lineInitializeEx 0x80000048"));
+  }
+}
+
+StandIn::Window StandIn::MakeWindow() {
+  WNDCLASSW windowClass{};
+  windowClass.lpfnWndProc = &WindowProc;
+  windowClass.hInstance = GetModuleHandleW(nullptr);
+  windowClass.lpszClassName = kWindowClass;
+  RegisterClassW(&windowClass);  // a second registration fails, and the first still holds
+  Window window(
+      CreateWindowExW(0, kWindowClass, L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, windowClass.hInstance, nullptr));
+  if (window) SetTimer(window.get(), 1, kTickMs, nullptr);
+  return window;
+}
+
+LONG StandIn::Initialize(HLINEAPP& app, LineCallback callback, const char* name, std::uint32_t& devices,
+                         std::uint32_t& version, LINEINITIALIZEEXPARAMS& params) {
+  auto sink = std::make_unique<CallbackSink>(callback);
+  const LONG result = simulator_->lineInitializeEx(app, *sink, name, devices, version, params);
+  if (result != 0) return result;
+  sinks_[app] = std::move(sink);
+  if (!window_) window_ = MakeWindow();
+  return 0;
+}
+
+LONG StandIn::Shutdown(HLINEAPP app) {
+  const LONG result = simulator_->lineShutdown(app);
+  if (result == 0) sinks_.erase(app);
+  if (sinks_.empty()) window_.reset();
+  return result;
+}
+
+LRESULT CALLBACK StandIn::WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
+  switch (message) {
+    case WM_TIMER:
+      Instance().OnTimer(window);
+      return 0;
+    case kDeliver:
+      Instance().OnDeliver(window);
+      return 0;
+    default:
+      return DefWindowProcW(window, message, wParam, lParam);
+  }
+}
+
+void StandIn::OnTimer(HWND window) {
+  if (!controlPath_.empty() && ++ticks_ % kTicksPerControl == 0) ReadControl();
+  PostIfDue(window);
+}
+
+/// One message at a time, so that the program's other messages come between them as they do with the real library.
+void StandIn::OnDeliver(HWND window) {
+  simulator_->DeliverOne(Elapsed(*simulator_));
+  PostIfDue(window);
+}
+
+void StandIn::PostIfDue(HWND window) {
+  // The receiver may have shut down meanwhile, and the window with it.
+  if (window_.get() == window && simulator_->IsDue(Elapsed(*simulator_))) PostMessageW(window, kDeliver, 0, 0);
+}
+
+/// Runs the lines that have come since the last look; a line counts when its end is written.
+void StandIn::ReadControl() {
+  std::ifstream file(controlPath_, std::ios::binary);
+  if (!file.seekg(controlRead_)) return;
+  for (std::string line; std::getline(file, line) && !file.eof(); controlRead_ = file.tellg()) RunControl(line);
+}
+
+void StandIn::RunControl(const std::string& line) {
+  Log("control " + line);
+  try {
+    simulator_->MoveClock(Elapsed(*simulator_));
+    RunControlLine(*simulator_, line);
+  } catch (const ScenarioError& error) {
+    Log("error in control: " + std::string(error.what()));
+  }
+}
+
+void StandIn::Log(std::string_view line) {
+  if (log_.is_open()) log_ << line << '\n' << std::flush;
+}
+
+}  // namespace fonklav
