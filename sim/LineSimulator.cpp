@@ -26,8 +26,6 @@ std::vector<std::string> LineSimulator::TextsOf(std::string_view function) const
   return texts;
 }
 
-std::size_t LineSimulator::CountOf(std::string_view function) const { return TextsOf(function).size(); }
-
 std::int32_t LineSimulator::CheckApp(HLINEAPP app) const {
   if (apps_.empty()) return LINEERR_UNINITIALIZED;
   return apps_.contains(app) ? 0 : LINEERR_INVALAPPHANDLE;
@@ -42,23 +40,22 @@ std::int32_t LineSimulator::CheckVersion(HLINEAPP app, std::uint32_t device, std
                                          std::uint32_t extension) const {
   if (const auto code = CheckDevice(app, device); code != 0) return code;
   const auto& rules = scenario_.devices[device];
-  if (version < rules.low || version > std::min(rules.version, scenario_.version)) {
-    return LINEERR_INCOMPATIBLEAPIVERSION;
-  }
+  const bool known = version >= rules.low && version <= std::min(rules.version, scenario_.version);
+  if (!known) return LINEERR_INCOMPATIBLEAPIVERSION;
   return extension == 0 ? 0 : LINEERR_INCOMPATIBLEEXTVERSION;
 }
 
 std::int32_t LineSimulator::lineInitializeEx(HLINEAPP& lineApp, LineMessageSink& sink, const char* friendlyName,
                                              std::uint32_t& numDevs, std::uint32_t& apiVersion,
                                              LINEINITIALIZEEXPARAMS& params) {
-  auto arguments = CallArguments().Text("name", friendlyName).Hex("version", apiVersion);
-  arguments.Number("size", params.dwTotalSize).Hex("options", params.dwOptions);
-  return Recorded("lineInitializeEx", std::move(arguments), [&] {
+  CallRecord record("lineInitializeEx", "name", friendlyName, "version", apiVersion, "size", params.dwTotalSize,
+                    "options", params.dwOptions);
+  return Recorded(std::move(record), [&] {
     if (params.dwTotalSize < sizeof params) return LINEERR_STRUCTURETOOSMALL;
     if (params.dwOptions != LINEINITIALIZEEXOPTION_USEHIDDENWINDOW) return LINEERR_INVALPARAM;
     // A telephony of the 1.x family is asked in its own version; a later one wants to be asked for 2.0 at least.
-    constexpr std::uint32_t kSecond = 0x00020000;
-    const bool known = scenario_.version < kSecond ? apiVersion <= scenario_.version : apiVersion >= kSecond;
+    const bool early = scenario_.version < TAPI_VERSION2_0;
+    const bool known = early ? apiVersion <= scenario_.version : apiVersion >= TAPI_VERSION2_0;
     if (!known || apiVersion < TAPI_VERSION1_3) return LINEERR_INCOMPATIBLEAPIVERSION;
     params.dwNeededSize = params.dwUsedSize = sizeof params;
     lineApp = ++lastApp_;
@@ -70,15 +67,14 @@ std::int32_t LineSimulator::lineInitializeEx(HLINEAPP& lineApp, LineMessageSink&
 }
 
 std::int32_t LineSimulator::lineShutdown(HLINEAPP lineApp) {
-  return Recorded("lineShutdown", std::move(CallArguments().Hex("app", lineApp)), [&] {
+  return Recorded(CallRecord("lineShutdown", "app", lineApp), [&] {
     if (const auto code = CheckApp(lineApp); code != 0) return code;
-    while (true) {
-      const auto line =
-          std::find_if(lines_.begin(), lines_.end(), [&](const auto& open) { return open.second.app == lineApp; });
-      if (line == lines_.end()) break;
-      EndLine(line->first);
+    std::vector<HLINE> open;
+    for (const auto& [handle, line] : lines_) {
+      if (line.app == lineApp) open.push_back(handle);
     }
-    queue_.RemoveIf([&](const DueMessage& due) { return due.app == lineApp; });
+    for (const HLINE line : open) EndLine(line);
+    std::erase_if(queue_, [&](const DueMessage& due) { return due.app == lineApp; });
     apps_.erase(lineApp);
     return 0;
   });
@@ -87,8 +83,8 @@ std::int32_t LineSimulator::lineShutdown(HLINEAPP lineApp) {
 std::int32_t LineSimulator::lineNegotiateAPIVersion(HLINEAPP lineApp, std::uint32_t deviceId, std::uint32_t low,
                                                     std::uint32_t high, std::uint32_t& apiVersion,
                                                     LINEEXTENSIONID& extensionId) {
-  auto arguments = CallArguments().Hex("app", lineApp).Number("device", deviceId).Hex("low", low).Hex("high", high);
-  return Recorded("lineNegotiateAPIVersion", std::move(arguments), [&] {
+  CallRecord record("lineNegotiateAPIVersion", "app", lineApp, "device", deviceId, "low", low, "high", high);
+  return Recorded(std::move(record), [&] {
     if (const auto code = CheckDevice(lineApp, deviceId); code != 0) return code;
     const auto& device = scenario_.devices[deviceId];
     const std::uint32_t version = std::min({high, device.version, scenario_.version});
@@ -103,36 +99,35 @@ std::int32_t LineSimulator::lineNegotiateAPIVersion(HLINEAPP lineApp, std::uint3
 std::int32_t LineSimulator::lineOpen(HLINEAPP lineApp, std::uint32_t deviceId, HLINE& line, std::uint32_t apiVersion,
                                      std::uint32_t extVersion, std::uintptr_t callbackInstance,
                                      std::uint32_t privileges, std::uint32_t mediaModes) {
-  auto arguments = CallArguments().Hex("app", lineApp).Number("device", deviceId).Hex("version", apiVersion);
-  arguments.Hex("instance", callbackInstance).Hex("privileges", privileges).Hex("media", mediaModes);
-  return Recorded("lineOpen", std::move(arguments), [&] {
+  CallRecord record("lineOpen", "app", lineApp, "device", deviceId, "version", apiVersion, "instance", callbackInstance,
+                    "privileges", privileges, "media", mediaModes);
+  return Recorded(std::move(record), [&] {
     if (const auto code = CheckVersion(lineApp, deviceId, apiVersion, extVersion); code != 0) return code;
     constexpr auto kKnown = LINECALLPRIVILEGE_NONE | LINECALLPRIVILEGE_MONITOR | LINECALLPRIVILEGE_OWNER;
     if (privileges == 0 || (privileges & ~kKnown) != 0) return LINEERR_INVALPRIVSELECT;
     // The media modes say which incoming calls an owner wants; who only calls out is not asked for them.
+    const std::uint32_t able = scenario_.devices[deviceId].numbers.at(offsetof(LINEDEVCAPS, dwMediaModes));
     const bool owner = (privileges & LINECALLPRIVILEGE_OWNER) != 0;
-    if (owner && (mediaModes == 0 || (mediaModes & ~scenario_.devices[deviceId].media) != 0)) {
-      return LINEERR_INVALMEDIAMODE;
-    }
+    if (owner && (mediaModes == 0 || (mediaModes & ~able) != 0)) return LINEERR_INVALMEDIAMODE;
     line = ++lastLine_;
-    lines_[line] = {lineApp, deviceId, apiVersion, callbackInstance};
+    lines_[line] = {lineApp, apiVersion, callbackInstance};
+    return 0;
+  });
+}
+
+std::int32_t LineSimulator::lineClose(HLINE line) {
+  return Recorded(CallRecord("lineClose", "line", line), [&] {
+    if (!lines_.contains(line)) return LINEERR_INVALLINEHANDLE;
+    EndLine(line);
     return 0;
   });
 }
 
 /// Closing drops the line's calls and suppresses every reply that is still out for it.
 void LineSimulator::EndLine(HLINE line) {
-  queue_.RemoveIf([&](const DueMessage& due) { return due.kind != DueMessage::Kind::Raw && due.line == line; });
+  std::erase_if(queue_, [&](const auto& due) { return due.kind != DueMessage::Kind::Raw && due.line == line; });
   std::erase_if(live_, [&](const auto& call) { return call.second.line == line; });
   lines_.erase(line);
-}
-
-std::int32_t LineSimulator::lineClose(HLINE line) {
-  return Recorded("lineClose", std::move(CallArguments().Hex("line", line)), [&] {
-    if (!lines_.contains(line)) return LINEERR_INVALLINEHANDLE;
-    EndLine(line);
-    return 0;
-  });
 }
 
 std::int32_t LineSimulator::CheckDeviceClass(std::uint32_t device, const char* deviceClass) const {
@@ -143,29 +138,23 @@ std::int32_t LineSimulator::CheckDeviceClass(std::uint32_t device, const char* d
 }
 
 std::int32_t LineSimulator::lineConfigDialog(std::uint32_t deviceId, std::uintptr_t owner, const char* deviceClass) {
-  auto arguments = CallArguments().Number("device", deviceId).Hex("owner", owner).Text("class", deviceClass);
-  return Recorded("lineConfigDialog", std::move(arguments), [&] { return CheckDeviceClass(deviceId, deviceClass); });
+  return Recorded(CallRecord("lineConfigDialog", "device", deviceId, "owner", owner, "class", deviceClass),
+                  [&] { return CheckDeviceClass(deviceId, deviceClass); });
 }
 
 std::int32_t LineSimulator::lineTranslateDialog(HLINEAPP lineApp, std::uint32_t deviceId, std::uint32_t apiVersion,
                                                 std::uintptr_t owner, const char* addressIn) {
-  auto arguments = CallArguments().Hex("app", lineApp).Number("device", deviceId).Hex("version", apiVersion);
-  arguments.Hex("owner", owner).Text("address", addressIn);
-  return Recorded("lineTranslateDialog", std::move(arguments),
-                  [&] { return CheckVersion(lineApp, deviceId, apiVersion, 0); });
+  CallRecord record("lineTranslateDialog", "app", lineApp, "device", deviceId, "version", apiVersion, "owner", owner,
+                    "address", addressIn);
+  return Recorded(std::move(record), [&] { return CheckVersion(lineApp, deviceId, apiVersion); });
 }
 
 std::int32_t LineSimulator::lineGetIcon(std::uint32_t deviceId, const char* deviceClass, std::uintptr_t& icon) {
-  auto arguments = CallArguments().Number("device", deviceId).Text("class", deviceClass);
-  return Recorded("lineGetIcon", std::move(arguments), [&] {
+  return Recorded(CallRecord("lineGetIcon", "device", deviceId, "class", deviceClass), [&] {
     if (const auto code = CheckDeviceClass(deviceId, deviceClass); code != 0) return code;
     icon = scenario_.devices[deviceId].icon;
     return 0;
   });
-}
-
-void LineSimulator::Log(std::string_view line) const {
-  if (log_) log_(line);
 }
 
 }  // namespace fonklav

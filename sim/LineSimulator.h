@@ -1,6 +1,5 @@
 #pragma once
 
-#include <algorithm>
 #include <chrono>
 #include <cstddef>
 #include <functional>
@@ -11,7 +10,7 @@
 
 #include "platform/Telephony.h"
 #include "sim/CallRecord.h"
-#include "sim/MessageQueue.h"
+#include "sim/LineMessage.h"
 #include "sim/Scenario.h"
 
 namespace fonklav {
@@ -30,26 +29,29 @@ class LineSimulator : public Telephony {
 
   // Time.
   [[nodiscard]] Milliseconds Now() const { return now_; }
+  /// Moves the clock alone, never back: what was due on the way waits for the next pumping.
+  void MoveClock(Milliseconds now);
   /// Lets `time` pass and delivers what comes due on the way, each at its own moment.
-  void Advance(Milliseconds time);
-  /// The same for a clock that runs elsewhere: `now` counts from its own zero and never goes back.
+  void Advance(Milliseconds time) { DeliverDue(now_ + time); }
+  /// The same for a clock that runs elsewhere: `now` counts from its own zero.
   void DeliverDue(Milliseconds now);
   /// Moves the clock and delivers at most one message that is due. False when there was none.
   bool DeliverOne(Milliseconds now);
-  /// Moves the clock alone: what was due on the way waits for the next pumping.
-  void MoveClock(Milliseconds now) { now_ = std::max(now_, now); }
-  [[nodiscard]] bool IsDue(Milliseconds now) const { return queue_.IsDue(now); }
+  [[nodiscard]] bool IsDue(Milliseconds now) const { return !queue_.empty() && queue_.front().due <= now; }
 
-  // What the test reads.
+  // What a test reads.
   [[nodiscard]] const std::vector<CallRecord>& Calls() const { return calls_; }
   void ForgetCalls() { calls_.clear(); }
   /// The string argument of every call of `function`, "(null)" for a null pointer.
   [[nodiscard]] std::vector<std::string> TextsOf(std::string_view function) const;
-  [[nodiscard]] std::size_t CountOf(std::string_view function) const;
+  [[nodiscard]] std::size_t CountOf(std::string_view function) const { return TextsOf(function).size(); }
   [[nodiscard]] std::size_t Registrations() const { return apps_.size(); }
   [[nodiscard]] std::size_t OpenLines() const { return lines_.size(); }
   [[nodiscard]] std::size_t LiveCalls() const { return live_.size(); }
-  [[nodiscard]] std::size_t WaitingMessages() const { return queue_.Size(); }
+  [[nodiscard]] std::size_t WaitingMessages() const { return queue_.size(); }
+  /// The newest handles, 0 without any.
+  [[nodiscard]] HLINE NewestLine() const { return lines_.empty() ? 0 : lines_.rbegin()->first; }
+  [[nodiscard]] HCALL NewestCall() const { return live_.empty() ? 0 : live_.rbegin()->first; }
   /// The scenario, which may be changed at any time: what follows goes by the new rules.
   [[nodiscard]] Scenario& Rules() { return scenario_; }
   /// Receives one line of text for every call made and every message delivered.
@@ -57,20 +59,18 @@ class LineSimulator : public Telephony {
 
   // What happens at the far end, or in a driver that errs. All of it arrives with the next pumping. The first three go
   // to the newest call and return false when there is none that could do so.
-  bool RemoteAnswer();
+  bool RemoteAnswer() { return InjectState(LINECALLSTATE_CONNECTED); }
   bool RemoteHangUp();
   /// Puts the call into `state`, whatever it is in; what the scenario still held for it is dropped.
   bool InjectState(std::uint32_t state, std::uint32_t detail = 0);
   /// Any message, for any object instance; it goes to the newest registration.
   void InjectMessage(std::uint32_t hDevice, std::uint32_t message, std::uintptr_t instance, std::uintptr_t p1,
                      std::uintptr_t p2, std::uintptr_t p3);
-  /// The same for a message of the scenario's kind; without an instance it goes to that of the newest line, or to 0.
-  void InjectMessage(const Scenario::Step& step);
   /// Telephony takes the newest open line away: its handle is dead, LINE_CLOSE says so. False without an open line.
   bool ForceClose();
-  /// The handles that the newest line and call have, 0 without one; tests address messages with them.
-  [[nodiscard]] HLINE NewestLine() const { return lines_.empty() ? 0 : lines_.rbegin()->first; }
-  [[nodiscard]] HCALL NewestCall() const { return live_.empty() ? 0 : live_.rbegin()->first; }
+  /// Does what one line of text says: "answer", "hangup", "close", "state NAME detail=N", "message msg=N …", or any
+  /// line of a scenario, which holds from then on. Throws ScenarioError for what it does not understand or cannot do.
+  void Command(std::string_view text);
 
   // Telephony.
   std::int32_t lineInitializeEx(HLINEAPP& lineApp, LineMessageSink& sink, const char* friendlyName,
@@ -105,7 +105,6 @@ class LineSimulator : public Telephony {
  private:
   struct Line {
     HLINEAPP app{0};
-    std::uint32_t device{0};
     std::uint32_t version{0};
     std::uintptr_t instance{0};
   };
@@ -114,34 +113,37 @@ class LineSimulator : public Telephony {
     std::uint32_t state{0};
   };
 
+  /// Refuses the call or runs its body, and records it with the result.
   template <typename Body>
-  std::int32_t Recorded(std::string_view function, CallArguments&& arguments, const Body& body);
+  std::int32_t Recorded(CallRecord record, const Body& body) {
+    OnEntry(record.function);
+    const auto refused = Refused(record.function);
+    record.result = refused ? *refused : body();
+    if (log_) log_(record.LogLine());
+    calls_.push_back(std::move(record));
+    return calls_.back().result;
+  }
   std::optional<std::int32_t> Refused(std::string_view function);
 
   [[nodiscard]] std::int32_t CheckApp(HLINEAPP app) const;
   [[nodiscard]] std::int32_t CheckDevice(HLINEAPP app, std::uint32_t device) const;
   [[nodiscard]] std::int32_t CheckVersion(HLINEAPP app, std::uint32_t device, std::uint32_t version,
-                                          std::uint32_t extension) const;
+                                          std::uint32_t extension = 0) const;
   [[nodiscard]] std::int32_t CheckDeviceClass(std::uint32_t device, const char* deviceClass) const;
-  [[nodiscard]] std::int32_t CheckDialable(std::uint32_t device, std::string_view address) const;
   [[nodiscard]] const Scenario::Location* CurrentLocation() const;
-
-  void FillDevCaps(DriverBuffer& buffer, std::uint32_t deviceId, std::size_t fixedSize) const;
-  void FillTranslateCaps(DriverBuffer& buffer) const;
+  void FillLocations(DriverBuffer& buffer) const;
   void ApplyPatches(DriverBuffer& buffer, std::string_view structure, std::optional<std::uint32_t> device = {}) const;
 
-  void Schedule(const std::vector<Scenario::Step>& steps, const DueMessage& origin);
-  void ScheduleState(HCALL call, std::uint32_t state, std::uint32_t detail);
-  void DropWaitingStates(HCALL call);
+  void Queue(const DueMessage& message);
+  std::int32_t Schedule(const std::vector<Scenario::Step>& steps, const DueMessage& origin);
+  void DropWaiting(HCALL call, bool repliesToo);
   void EndLine(HLINE line);
-  void Deliver(const DueMessage& due);
-  /// Brings the state up to what the message says. False when the message has become void.
+  void Deliver();
   bool Process(const DueMessage& due);
-  void Log(std::string_view line) const;
 
   Scenario scenario_;
   Milliseconds now_{0};
-  MessageQueue queue_;
+  std::vector<DueMessage> queue_;  ///< the earliest first, those of the same time in the order in which they came
   std::map<HLINEAPP, LineMessageSink*> apps_;
   std::map<HLINE, Line> lines_;
   std::map<HCALL, Call> live_;
@@ -152,16 +154,5 @@ class LineSimulator : public Telephony {
   std::vector<CallRecord> calls_;
   std::function<void(std::string_view)> log_;
 };
-
-template <typename Body>
-std::int32_t LineSimulator::Recorded(std::string_view function, CallArguments&& arguments, const Body& body) {
-  OnEntry(function);
-  CallRecord record = std::move(arguments).For(function);
-  const auto refused = Refused(function);
-  record.result = refused ? *refused : body();
-  if (log_) Log(LogLine(record));
-  calls_.push_back(std::move(record));
-  return calls_.back().result;
-}
 
 }  // namespace fonklav

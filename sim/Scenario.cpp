@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <fstream>
 #include <iterator>
 
@@ -16,30 +15,47 @@ namespace {
 
 using std::chrono::milliseconds;
 
-std::vector<Scenario::Step> DefaultCall() { return {{.kind = Scenario::Step::Kind::Reply, .after = milliseconds(10)}}; }
+using Kind = DueMessage::Kind;
 
-std::vector<Scenario::Step> DefaultDrop() {
-  return {{.kind = Scenario::Step::Kind::Reply, .after = milliseconds(10)},
-          {.kind = Scenario::Step::Kind::State, .after = milliseconds(20), .state = 0x1}};
-}
+const Scenario::Step kReply{.kind = Kind::Reply, .after = milliseconds(10), .message = {.message = LINE_REPLY}};
+const Scenario::Step kIdle{
+    .kind = Kind::State, .after = milliseconds(20), .message = {.message = LINE_CALLSTATE, .p1 = LINECALLSTATE_IDLE}};
+
+struct DeviceNumber {
+  std::string_view key;
+  std::size_t offset;
+  std::uint32_t standard;
+};
+
+/// What a device line may say about the numbers in LINEDEVCAPS. Without it the device is an ordinary voice line.
+constexpr std::array kDeviceNumbers{
+    DeviceNumber{"format", offsetof(LINEDEVCAPS, dwStringFormat), STRINGFORMAT_ASCII},
+    DeviceNumber{"addressmodes", offsetof(LINEDEVCAPS, dwAddressModes), LINEADDRESSMODE_ADDRESSID},
+    DeviceNumber{"addresses", offsetof(LINEDEVCAPS, dwNumAddresses), 1},
+    DeviceNumber{"bearer", offsetof(LINEDEVCAPS, dwBearerModes), LINEBEARERMODE_VOICE},
+    DeviceNumber{"rate", offsetof(LINEDEVCAPS, dwMaxRate), 64000},
+    DeviceNumber{"media", offsetof(LINEDEVCAPS, dwMediaModes), LINEMEDIAMODE_INTERACTIVEVOICE},
+    DeviceNumber{"tones", offsetof(LINEDEVCAPS, dwGenerateToneModes), 0},
+    DeviceNumber{"tonefreq", offsetof(LINEDEVCAPS, dwGenerateToneMaxNumFreq), 0},
+    DeviceNumber{"flags", offsetof(LINEDEVCAPS, dwDevCapFlags), 0},
+    DeviceNumber{"calls", offsetof(LINEDEVCAPS, dwMaxNumActiveCalls), 1},
+    DeviceNumber{"terminals", offsetof(LINEDEVCAPS, dwNumTerminals), 0}};
 
 /// "repeat 3 device name={n}" as its three lines; any other line as itself.
-std::vector<std::string> Repeated(std::string_view text) {
-  const std::size_t begin = text.find_first_not_of(" \t");
-  if (begin == std::string_view::npos || !text.substr(begin).starts_with("repeat ")) return {std::string(text)};
-  text.remove_prefix(begin + std::string_view("repeat ").size());
-  unsigned count = 0;
-  const auto [rest, error] = std::from_chars(text.data(), text.data() + text.size(), count);
-  if (error != std::errc{}) throw ScenarioError("repeat wants a number and a line");
-  text.remove_prefix(static_cast<std::size_t>(rest - text.data()));
+std::vector<std::string> Repeated(std::string_view text, std::size_t number) {
+  constexpr std::string_view kRepeat = "repeat ";
+  if (!text.starts_with(kRepeat)) return {std::string(text)};
+  text.remove_prefix(kRepeat.size());
+  const std::size_t end = std::min(text.find(' '), text.size());
+  const std::uint32_t count = ScenarioLine(text, number).ToNumber(text.substr(0, end));
   std::vector<std::string> lines;
-  for (unsigned n = 1; n <= count; ++n) lines.push_back(ReplaceAll(text, "{n}", std::to_string(n)));
+  for (std::uint32_t n = 1; n <= count; ++n) lines.push_back(ReplaceAll(text.substr(end), "{n}", std::to_string(n)));
   return lines;
 }
 
 }  // namespace
 
-Scenario::Scenario() : callSteps(DefaultCall()), dropSteps(DefaultDrop()) {}
+Scenario::Scenario() : callSteps{kReply}, dropSteps{kReply, kIdle} {}
 
 Scenario Scenario::Parse(std::string_view text) {
   Scenario scenario;
@@ -55,10 +71,10 @@ Scenario Scenario::Load(const std::string& path) {
 }
 
 void Scenario::Apply(std::string_view text, std::size_t number) {
-  for (const auto& line : Repeated(text)) Apply(ScenarioLine(line, number));
+  for (const auto& line : Repeated(text, number)) ApplyLine(ScenarioLine(line, number));
 }
 
-void Scenario::Apply(ScenarioLine line) {
+void Scenario::ApplyLine(ScenarioLine line) {
   if (line.Empty()) return;
   struct Directive {
     std::string_view name;
@@ -85,27 +101,18 @@ void Scenario::SetTelephony(ScenarioLine& line) { line.Into("version", version);
 
 void Scenario::AddDevice(ScenarioLine& line) {
   Device device;
-  device.permanentId = static_cast<std::uint32_t>(devices.size()) + 1;
   line.Into("name", device.name);
   line.Into("provider", device.provider);
   line.Into("switch", device.switchInfo);
   line.Into("version", device.version);
   line.Into("low", device.low);
+  line.Into("icon", device.icon);
   for (std::size_t word = 0; word < device.extension.size(); ++word) {
     line.Into("ext" + std::to_string(word), device.extension[word]);
   }
-  line.Into("id", device.permanentId);
-  line.Into("format", device.stringFormat);
-  line.Into("addresses", device.addresses);
-  line.Into("addressmodes", device.addressModes);
-  line.Into("bearer", device.bearer);
-  line.Into("rate", device.rate);
-  line.Into("media", device.media);
-  line.Into("tones", device.tones);
-  line.Into("tonefreq", device.toneFrequencies);
-  line.Into("terminals", device.terminals);
-  line.Into("flags", device.flags);
-  line.Into("icon", device.icon);
+  const auto place = static_cast<std::uint32_t>(devices.size());
+  device.numbers[offsetof(LINEDEVCAPS, dwPermanentLineID)] = line.Number("id", place + 1);
+  for (const auto& [key, offset, standard] : kDeviceNumbers) device.numbers[offset] = line.Number(key, standard);
   devices.push_back(std::move(device));
 }
 
@@ -118,22 +125,17 @@ void Scenario::AddLocation(ScenarioLine& line) {
   line.Into("city", location.city);
   line.Into("local", location.localAccess);
   line.Into("long", location.longDistanceAccess);
-  line.Into("ldprefix", location.longDistancePrefix);
-  line.Into("intlprefix", location.internationalPrefix);
   if (line.Number("current", 0) != 0) currentLocation = location.id;
   locations.push_back(std::move(location));
 }
 
 void Scenario::SetCodes(ScenarioLine& line) {
-  codesMissing = false;
-  Codes given;
-  const auto country = line.Text("country");
-  const auto city = line.Text("city");
-  if (!country && !city) {
-    if (line.Word("country=, city= or none") != "none") line.Fail("only 'none' may stand here");
-    codesMissing = true;
-  }
-  codes = Codes{country.value_or(""), city.value_or("")};
+  codes.emplace();
+  line.Into("country", codes->country);
+  line.Into("city", codes->city);
+  if (!codes->country.empty() || !codes->city.empty()) return;
+  if (line.Word("country=, city= or none") != "none") line.Fail("only 'none' may stand here");
+  refusals.push_back({.function = "tapiGetLocationInfo", .code = sim::TAPIERR_REQUESTFAILED});
 }
 
 void Scenario::SetTranslation(ScenarioLine& line) {
@@ -146,37 +148,35 @@ void Scenario::SetTranslation(ScenarioLine& line) {
 }
 
 Scenario::Step Scenario::ParseMessage(ScenarioLine& line) {
-  Step step{.kind = Step::Kind::Message};
-  line.Into("msg", step.message);
-  line.Into("device", step.device);
-  if (const auto instance = line.Text("instance")) step.instance = line.ToNumber(*instance);
-  line.Into("p1", step.p1);
-  line.Into("p2", step.p2);
-  line.Into("p3", step.p3);
+  Step step;
+  auto& message = step.message;
+  const auto instance = line.Text("instance");
+  step.ownInstance = !instance;
+  if (instance) message.instance = line.ToNumber(*instance);
+  message.hDevice = line.Number("device", 0);
+  message.message = line.Number("msg", 0);
+  message.p1 = line.Number("p1", 0);
+  message.p2 = line.Number("p2", 0);
+  message.p3 = line.Number("p3", 0);
   return step;
 }
-
-void Scenario::AddCallStep(ScenarioLine& line) { AddStep(line, callSteps, callScripted_); }
-
-void Scenario::AddDropStep(ScenarioLine& line) { AddStep(line, dropSteps, dropScripted_); }
 
 void Scenario::AddStep(ScenarioLine& line, std::vector<Step>& steps, bool& scripted) {
   if (!scripted) steps.clear();
   scripted = true;
   const std::string kind = line.Word("reply, state, message or nothing");
   Step step;
-  if (kind == "nothing") {
-    steps.clear();
-    return;
-  }
   if (kind == "reply") {
-    line.Into("result", step.result);
+    step = kReply;
+    step.message.p2 = line.Number("result", 0);
   } else if (kind == "state") {
-    step.kind = Step::Kind::State;
-    step.state = line.ToState(line.Word("a call state"));
-    line.Into("detail", step.detail);
+    step = kIdle;
+    step.message.p1 = line.ToState(line.Word("a call state"));
+    step.message.p2 = line.Number("detail", 0);
   } else if (kind == "message") {
     step = ParseMessage(line);
+  } else if (kind == "nothing") {
+    return steps.clear();
   } else {
     line.Fail("'" + kind + "' is none of reply, state, message, nothing");
   }

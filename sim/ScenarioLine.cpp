@@ -32,29 +32,20 @@ ScenarioLine::ScenarioLine(std::string_view text, std::size_t number) : number_(
 
 ScenarioLine::Item ScenarioLine::NextItem(std::string_view text, std::size_t& at) const {
   Item item;
-  while (at < text.size() && kBlanks.find(text[at]) == std::string_view::npos) {
+  bool quoted = false;
+  for (; at < text.size() && (quoted || kBlanks.find(text[at]) == std::string_view::npos); ++at) {
     if (text[at] == '"') {
-      item.value += Quoted(text, at);
-    } else if (text[at] == '=' && item.key.empty()) {
+      quoted = !quoted;
+    } else if (quoted && text[at] == '\\') {
+      item.value += Escaped(text, at);
+    } else if (!quoted && text[at] == '=' && item.key.empty()) {
       item.key = std::exchange(item.value, {});
-      ++at;
     } else {
-      item.value += text[at++];
+      item.value += text[at];
     }
   }
+  if (quoted) Fail("a quote is not closed");
   return item;
-}
-
-std::string ScenarioLine::Quoted(std::string_view text, std::size_t& at) const {
-  std::string value;
-  for (++at; at < text.size(); ++at) {
-    if (text[at] == '"') {
-      ++at;
-      return value;
-    }
-    value += text[at] == '\\' ? Escaped(text, at) : text[at];
-  }
-  Fail("a quote is not closed");
 }
 
 /// Leaves `at` on the last character of the escape.
@@ -67,20 +58,18 @@ char ScenarioLine::Escaped(std::string_view text, std::size_t& at) const {
   return static_cast<char>(*byte);
 }
 
-std::string ScenarioLine::Word(std::string_view what) {
-  const auto found = std::find_if(items_.begin(), items_.end(), [](const Item& item) { return item.key.empty(); });
-  if (found == items_.end()) Fail(std::string(what) + " is missing");
-  std::string word = std::move(found->value);
-  items_.erase(found);
-  return word;
-}
-
 std::optional<std::string> ScenarioLine::Text(std::string_view key) {
-  const auto found = std::find_if(items_.begin(), items_.end(), [key](const Item& item) { return item.key == key; });
+  const auto found = std::ranges::find(items_, key, &Item::key);
   if (found == items_.end()) return std::nullopt;
   std::string value = std::move(found->value);
   items_.erase(found);
   return value;
+}
+
+std::string ScenarioLine::Word(std::string_view what) {
+  auto word = Text("");
+  if (!word) Fail(std::string(what) + " is missing");
+  return *word;
 }
 
 std::uint32_t ScenarioLine::Number(std::string_view key, std::uint32_t otherwise) {
@@ -88,23 +77,16 @@ std::uint32_t ScenarioLine::Number(std::string_view key, std::uint32_t otherwise
   return text ? ToNumber(*text) : otherwise;
 }
 
-void ScenarioLine::Into(std::string_view key, std::string& value) {
-  if (auto text = Text(key)) value = std::move(*text);
-}
-
-std::uint32_t ScenarioLine::ToNumber(const std::string& text) const {
-  const bool hex = text.starts_with("0x");
-  const auto value = Parsed(std::string_view(text).substr(hex ? 2 : 0), hex ? 16 : 10);
-  if (!value) Fail("'" + text + "' is no number");
+std::uint32_t ScenarioLine::ToNumber(std::string_view text) const {
+  const auto value = text.starts_with("0x") ? Parsed(text.substr(2), 16) : Parsed(text, 10);
+  if (!value) Fail("'" + std::string(text) + "' is no number");
   return *value;
 }
 
 std::uint32_t ScenarioLine::ToState(const std::string& text) const {
-  const auto same = [](char left, char right) {
-    return left == (right >= 'a' && right <= 'z' ? right - 'a' + 'A' : right);
-  };
+  const auto small = [](char letter) { return letter >= 'A' && letter <= 'Z' ? letter - 'A' + 'a' : letter; };
   for (const auto& [name, state] : sim::kCallStates) {
-    if (std::equal(name.begin(), name.end(), text.begin(), text.end(), same)) return state;
+    if (std::ranges::equal(name, text, {}, {}, small)) return state;
   }
   return ToNumber(text);
 }

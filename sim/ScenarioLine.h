@@ -16,30 +16,27 @@ class ScenarioError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-/// One line of a scenario, cut into words and key=value pairs. Values may stand in double quotes, inside which \"
-/// \\ and \xNN (a byte) are understood. Whoever reads the line takes out what it knows; what is left over at the end is
-/// an error, so that a misspelt word never passes in silence.
+/// One line of a scenario, cut into words and key=value pairs. A part in double quotes may hold blanks and \" \\ \xNN
+/// (a byte). Whoever reads the line takes out what it knows; what is left over at the end is an error, so that a
+/// misspelt word never passes in silence. All operations throw ScenarioError for what they cannot understand.
 class ScenarioLine {
  public:
-  /// Throws ScenarioError for an open quote or a bad escape.
   ScenarioLine(std::string_view text, std::size_t number);
 
-  /// Whether the line says anything at all.
   [[nodiscard]] bool Empty() const { return items_.empty(); }
-  /// The next plain word, in order. Throws when there is none: `what` is what should stand there.
+  /// The next plain word, in order, where `what` should stand.
   std::string Word(std::string_view what);
   /// The value of `key`, nothing when the line does not give it.
   std::optional<std::string> Text(std::string_view key);
-  /// The number given for `key`, decimal or 0x hexadecimal, or `otherwise`. Throws for anything else.
+  /// The number given for `key`, decimal or 0x hexadecimal, or `otherwise`.
   std::uint32_t Number(std::string_view key, std::uint32_t otherwise);
   /// Puts what the line gives for `key` into `value`, which otherwise stays as it is.
-  void Into(std::string_view key, std::string& value);
+  void Into(std::string_view key, std::string& value) { value = Text(key).value_or(value); }
   void Into(std::string_view key, std::uint32_t& value) { value = Number(key, value); }
-  /// A word or value as a number; throws what does not read as one.
-  [[nodiscard]] std::uint32_t ToNumber(const std::string& text) const;
+  [[nodiscard]] std::uint32_t ToNumber(std::string_view text) const;
   /// A call state by its name, in large or small letters, or by its number.
   [[nodiscard]] std::uint32_t ToState(const std::string& text) const;
-  /// Throws when anything was not taken.
+  /// Fails when anything was not taken.
   void End() const;
   [[noreturn]] void Fail(const std::string& why) const;
 
@@ -50,7 +47,6 @@ class ScenarioLine {
   };
 
   Item NextItem(std::string_view text, std::size_t& at) const;
-  std::string Quoted(std::string_view text, std::size_t& at) const;
   char Escaped(std::string_view text, std::size_t& at) const;
 
   std::size_t number_;

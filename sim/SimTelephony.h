@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "sim/LineSimulator.h"
+#include "util/RunTimeError.h"
 
 namespace fonklav {
 
@@ -22,7 +23,10 @@ class SimTelephony final : public LineSimulator {
   void SetFunctionMissing(std::string function) { missing_.insert(std::move(function)); }
 
  protected:
-  void OnEntry(std::string_view function) override;
+  void OnEntry(std::string_view function) override {
+    if (libraryMissing_) throw RunTimeError(ErrorNumber::FileNotFound);
+    if (missing_.contains(function)) throw RunTimeError(ErrorNumber::DllEntryPointNotFound);
+  }
 
  private:
   bool libraryMissing_{false};

@@ -11,7 +11,7 @@ namespace {
 using namespace fonklav;
 using sim::LINEERR_INVALPOINTER;
 
-LineSimulator& Simulator() { return StandIn::Instance().Simulator(); }
+LineSimulator& Simulator() { return StandIn::Instance(); }
 
 /// The bytes that a caller's variably sized structure says it has.
 std::span<std::byte> Bytes(void* structure) {

@@ -1,6 +1,5 @@
 #include "sim/tapi32/StandIn.h"
 
-#include "sim/RemoteControl.h"
 #include "sim/ScenarioLine.h"
 
 namespace fonklav {
@@ -21,24 +20,6 @@ std::string Environment(const char* name) {
   }
   value.resize(needed);
   return value.c_str();
-}
-
-/// The simulator's time is the system's, counted from the moment at which the library was first used.
-class RealTimeSimulator final : public LineSimulator {
- public:
-  using LineSimulator::LineSimulator;
-
-  [[nodiscard]] Milliseconds Elapsed() const { return Milliseconds(GetTickCount64() - begin_); }
-
- protected:
-  void OnEntry(std::string_view /*function*/) override { MoveClock(Elapsed()); }
-
- private:
-  ULONGLONG begin_ = GetTickCount64();
-};
-
-LineSimulator::Milliseconds Elapsed(const LineSimulator& simulator) {
-  return static_cast<const RealTimeSimulator&>(simulator).Elapsed();
 }
 
 class CallbackSink final : public LineMessageSink {
@@ -62,21 +43,21 @@ StandIn& StandIn::Instance() {
   return standIn;
 }
 
-StandIn::StandIn() : controlPath_(Environment("FONKLAV_SIM_CONTROL")) {
+StandIn::StandIn() : LineSimulator({}), controlPath_(Environment("FONKLAV_SIM_CONTROL")) {
   const std::string logPath = Environment("FONKLAV_SIM_LOG");
   if (!logPath.empty()) log_.open(logPath, std::ios::app | std::ios::binary);
+  SetLog([this](std::string_view line) { Log(line); });
   LoadScenario();
-  simulator_->SetLog([this](std::string_view line) { Log(line); });
 }
 
 /// A scenario that cannot be read makes a telephony that cannot be initialised, and the log says why.
 void StandIn::LoadScenario() {
   const std::string path = Environment("FONKLAV_SIM_SCENARIO");
   try {
-    simulator_ = std::make_unique<RealTimeSimulator>(path.empty() ? Scenario{} : Scenario::Load(path));
+    if (!path.empty()) Rules() = Scenario::Load(path);
   } catch (const ScenarioError& error) {
     Log("error in scenario: " + std::string(error.what()));
-    simulator_ = std::make_unique<RealTimeSimulator>(Scenario::Parse("refuse lineInitializeEx 0x80000048"));
+    Rules().Apply("refuse lineInitializeEx 0x80000048");
   }
 }
 
@@ -95,7 +76,7 @@ StandIn::Window StandIn::MakeWindow() {
 LONG StandIn::Initialize(HLINEAPP& app, LineCallback callback, const char* name, std::uint32_t& devices,
                          std::uint32_t& version, LINEINITIALIZEEXPARAMS& params) {
   auto sink = std::make_unique<CallbackSink>(callback);
-  const LONG result = simulator_->lineInitializeEx(app, *sink, name, devices, version, params);
+  const LONG result = lineInitializeEx(app, *sink, name, devices, version, params);
   if (result != 0) return result;
   sinks_[app] = std::move(sink);
   if (!window_) window_ = MakeWindow();
@@ -103,7 +84,7 @@ LONG StandIn::Initialize(HLINEAPP& app, LineCallback callback, const char* name,
 }
 
 LONG StandIn::Shutdown(HLINEAPP app) {
-  const LONG result = simulator_->lineShutdown(app);
+  const LONG result = lineShutdown(app);
   if (result == 0) sinks_.erase(app);
   if (sinks_.empty()) window_.reset();
   return result;
@@ -129,29 +110,27 @@ void StandIn::OnTimer(HWND window) {
 
 /// One message at a time, so that the program's other messages come between them as they do with the real library.
 void StandIn::OnDeliver(HWND window) {
-  simulator_->DeliverOne(Elapsed(*simulator_));
+  DeliverOne(Elapsed());
   PostIfDue(window);
 }
 
 void StandIn::PostIfDue(HWND window) {
   // The receiver may have shut down meanwhile, and the window with it.
-  if (window_.get() == window && simulator_->IsDue(Elapsed(*simulator_))) PostMessageW(window, kDeliver, 0, 0);
+  if (window_.get() == window && IsDue(Elapsed())) PostMessageW(window, kDeliver, 0, 0);
 }
 
 /// Runs the lines that have come since the last look; a line counts when its end is written.
 void StandIn::ReadControl() {
   std::ifstream file(controlPath_, std::ios::binary);
   if (!file.seekg(controlRead_)) return;
-  for (std::string line; std::getline(file, line) && !file.eof(); controlRead_ = file.tellg()) RunControl(line);
-}
-
-void StandIn::RunControl(const std::string& line) {
-  Log("control " + line);
-  try {
-    simulator_->MoveClock(Elapsed(*simulator_));
-    RunControlLine(*simulator_, line);
-  } catch (const ScenarioError& error) {
-    Log("error in control: " + std::string(error.what()));
+  for (std::string line; std::getline(file, line) && !file.eof(); controlRead_ = file.tellg()) {
+    Log("control " + line);
+    try {
+      MoveClock(Elapsed());
+      Command(line);
+    } catch (const ScenarioError& error) {
+      Log("error in control: " + std::string(error.what()));
+    }
   }
 }
 
