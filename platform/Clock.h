@@ -2,17 +2,9 @@
 
 #include <chrono>
 
-namespace fonklav {
+#include "util/DateTime.h"
 
-/// A local date and time of day as a wall clock shows them.
-struct LocalTime {
-  int year{1601};
-  int month{1};
-  int day{1};
-  int hour{0};
-  int minute{0};
-  int second{0};
-};
+namespace fonklav {
 
 /// The time, for log stamps and for waiting.
 class Clock {

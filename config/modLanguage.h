@@ -1,0 +1,30 @@
+#pragma once
+
+#include <string>
+
+#include "config/ConfigState.h"
+#include "config/modAPI_Files.h"
+#include "config/modAPI_INI.h"
+#include "util/Diagnostics.h"
+
+namespace fonklav {
+
+/// The texts that the user sees, by key from the language file, with German built in.
+class modLanguage {
+ public:
+  modLanguage(Diagnostics& diagnostics, ConfigState& state, const modAPI_INI& ini, const modAPI_Files& files)
+      : diagnostics_(diagnostics), state_(state), ini_(ini), files_(files) {}
+
+  /// Chooses the language file. An empty code asks the suite's main settings.
+  void LanguageInit(const std::string& code);
+  /// The text under `key`; `defaultText` when there is none or it is empty. "<CR>" and "<TAB>" are replaced in both.
+  [[nodiscard]] std::string LoadLangKey(const std::string& key, const std::string& defaultText) const;
+
+ private:
+  Diagnostics& diagnostics_;
+  ConfigState& state_;
+  const modAPI_INI& ini_;
+  const modAPI_Files& files_;
+};
+
+}  // namespace fonklav

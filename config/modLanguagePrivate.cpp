@@ -1,0 +1,16 @@
+#include "config/modLanguagePrivate.h"
+
+#include "util/Procedure.h"
+
+namespace fonklav {
+
+void modLanguagePrivate::LoadTexts() {
+  Procedure(diagnostics_, "modLanguagePrivate.LoadTexts", {}, [&] {
+    language_.LanguageInit("");
+    for (const SharedTextRow& row : kSharedTexts) {
+      state_.texts.*row.text = language_.LoadLangKey(std::string(row.key), std::string(row.defaultText));
+    }
+  });
+}
+
+}  // namespace fonklav

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "platform/CodePage.h"
+#include "platform/ShellFolders.h"
+#include "util/Diagnostics.h"
+
+namespace fonklav {
+
+/// Asks the shell where its special folders are.
+class modSystemPaths {
+ public:
+  modSystemPaths(Diagnostics& diagnostics, const ShellFolders& folders, const CodePage& codePage)
+      : diagnostics_(diagnostics), folders_(folders), codePage_(codePage) {}
+
+  /// The path of a special folder, empty when the shell does not know it.
+  [[nodiscard]] std::string GetSpecialFolder(std::int32_t number) const;
+
+ private:
+  Diagnostics& diagnostics_;
+  const ShellFolders& folders_;
+  const CodePage& codePage_;
+};
+
+}  // namespace fonklav

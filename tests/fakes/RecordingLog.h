@@ -1,0 +1,31 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "util/Diagnostics.h"
+
+namespace fonklav::test {
+
+/// A log that remembers: errors as "procedure number description", steps by name, telephony lines as they are.
+class RecordingLog : public ProcedureLog {
+ public:
+  explicit RecordingLog(Diagnostics& diagnostics) : diagnostics_(diagnostics) {}
+
+  void LogDebug_Trace(std::string_view step, LogArgs) noexcept override { steps.emplace_back(step); }
+  void LogDebug_TAPI(std::string_view message, LogArgs) noexcept override { telephony.emplace_back(message); }
+  void ErrorLogNew(std::string_view module, LogArgs) noexcept override {
+    const PendingError& error = diagnostics_.pending;
+    errors.push_back(std::string(module) + " " + std::to_string(error.number) + " " + error.description);
+    diagnostics_.pending.Clear();
+  }
+
+  std::vector<std::string> errors;
+  std::vector<std::string> steps;
+  std::vector<std::string> telephony;
+
+ private:
+  Diagnostics& diagnostics_;
+};
+
+}  // namespace fonklav::test

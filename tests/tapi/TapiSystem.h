@@ -1,0 +1,71 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "sim/SimTelephony.h"
+#include "tapi/CvbTAPILine.h"
+#include "tapi/mTAPIvb.h"
+#include "tests/fakes/FakeCodePage.h"
+#include "tests/fakes/FakeIconPainter.h"
+#include "tests/fakes/FakeMessageLoop.h"
+#include "tests/fakes/RecordingLog.h"
+
+namespace fonklav::test {
+
+/// Hears a line object's events and may do something while it does.
+class RecordedEvents : public LineEvents {
+ public:
+  void tapiline_MakeCallResult(std::int32_t errorCode) override { Hear("MakeCallResult " + std::to_string(errorCode)); }
+  void tapiline_DropCallResult(std::int32_t errorCode) override { Hear("DropCallResult " + std::to_string(errorCode)); }
+  void tapiline_Dialing() override { Hear("Dialing"); }
+  void tapiline_Connected() override { Hear("Connected"); }
+  void tapiline_Idle() override { Hear("Idle"); }
+  void tapiline_Disconnected() override { Hear("Disconnected"); }
+
+  std::vector<std::string> heard;
+  std::function<void(const std::string&)> onEvent;
+
+ private:
+  void Hear(const std::string& event) {
+    heard.push_back(event);
+    if (onEvent) onEvent(event);
+  }
+};
+
+/// A line object on simulated telephony, with nothing above it.
+struct TapiSystem {
+  explicit TapiSystem(const std::string& scenario) : sim(Scenario::Parse(scenario)) {
+    auto recording = std::make_unique<RecordingLog>(diagnostics);
+    log = recording.get();
+    diagnostics.log = std::move(recording);
+    diagnostics.handlersArmed = true;
+    diagnostics.tag = "FVT";
+    line = MakeLine();
+  }
+
+  std::shared_ptr<CvbTAPILine> MakeLine() {
+    return CvbTAPILine::Make({diagnostics, sim, icons, codePage, callback, "FonklavTAPI"}, events);
+  }
+
+  /// A registered object with an open line.
+  bool Open() { return line->Create() && line->OpenLine(); }
+
+  void Pump(int milliseconds) {
+    sim.Advance(std::chrono::milliseconds(milliseconds));
+    loop.Run();
+  }
+
+  Diagnostics diagnostics;
+  RecordingLog* log{nullptr};
+  SimTelephony sim;
+  FakeCodePage codePage;
+  FakeIconPainter icons;
+  FakeMessageLoop loop;
+  mTAPIvb callback{diagnostics, loop};
+  RecordedEvents events;
+  std::shared_ptr<CvbTAPILine> line;
+};
+
+}  // namespace fonklav::test

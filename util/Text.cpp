@@ -1,0 +1,68 @@
+#include "util/Text.h"
+
+#include <algorithm>
+
+namespace fonklav {
+
+std::string ReplaceAll(std::string_view text, std::string_view from, std::string_view to) {
+  std::string result;
+  if (from.empty()) return std::string(text);
+  std::size_t start = 0;
+  for (std::size_t at = text.find(from); at != std::string_view::npos; at = text.find(from, start)) {
+    result.append(text.substr(start, at - start)).append(to);
+    start = at + from.size();
+  }
+  return result.append(text.substr(start));
+}
+
+std::string WithoutNul(std::string_view text) { return ReplaceAll(text, std::string_view("\0", 1), ""); }
+
+std::string_view TrimBlanks(std::string_view text) {
+  const auto first = text.find_first_not_of(' ');
+  if (first == std::string_view::npos) return {};
+  return text.substr(first, text.find_last_not_of(' ') - first + 1);
+}
+
+std::vector<std::string> Split(std::string_view text, std::string_view separator) {
+  std::vector<std::string> pieces;
+  std::size_t start = 0;
+  for (std::size_t at = text.find(separator); at != std::string_view::npos; at = text.find(separator, start)) {
+    pieces.emplace_back(text.substr(start, at - start));
+    start = at + separator.size();
+  }
+  pieces.emplace_back(text.substr(start));
+  return pieces;
+}
+
+std::size_t CharacterCount(std::string_view text) {
+  return static_cast<std::size_t>(
+      std::ranges::count_if(text, [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U; }));
+}
+
+bool IsNumeric(std::string_view text, const NumberSeparators& separators) {
+  text = TrimBlanks(text);
+  const auto isSign = [](char c) { return c == '+' || c == '-'; };
+  if (!text.empty() && isSign(text.front())) {
+    text.remove_prefix(1);
+  } else if (!text.empty() && isSign(text.back())) {
+    text.remove_suffix(1);
+  }
+  bool digits = false;
+  bool fraction = false;
+  while (!text.empty()) {
+    if (text.front() >= '0' && text.front() <= '9') {
+      digits = true;
+      text.remove_prefix(1);
+    } else if (!fraction && !separators.decimal.empty() && text.starts_with(separators.decimal)) {
+      fraction = true;
+      text.remove_prefix(separators.decimal.size());
+    } else if (!fraction && digits && !separators.thousands.empty() && text.starts_with(separators.thousands)) {
+      text.remove_prefix(separators.thousands.size());
+    } else {
+      return false;
+    }
+  }
+  return digits;
+}
+
+}  // namespace fonklav
