@@ -1,0 +1,38 @@
+#pragma once
+
+#include <windows.h>
+
+#include <commctrl.h>
+
+#include <vector>
+
+#include "app/Controls.h"
+#include "app/FormView.h"
+
+namespace fonklav {
+
+/// The list with check boxes: shows the entries, and tells what the user does to them. What the program changes is
+/// never told back.
+class CheckListWindow {
+ public:
+  /// Prepares a list view that has just been made.
+  void Attach(HWND list);
+  /// Shows these entries, changing only what differs from what is shown.
+  void Show(const std::vector<CheckList::Entry>& entries);
+  /// To be called when the list has got another size or font.
+  void FitColumn();
+  void OnNotify(const NMHDR& header, FormInput& input);
+
+ private:
+  void RemoveGone(const std::vector<CheckList::Entry>& entries);
+  void ShowEntry(std::size_t index, const CheckList::Entry& entry);
+  void ShowTick(std::size_t index, bool ticked);
+  void OnItemChanged(const NMLISTVIEW& change, FormInput& input);
+  void OnMouseClick(const NMITEMACTIVATE& click, FormInput& input);
+
+  HWND list_{nullptr};  ///< not owned: the dialog's child
+  std::vector<CheckList::Entry> shown_;
+  bool showing_{false};
+};
+
+}  // namespace fonklav

@@ -1,0 +1,95 @@
+#include "platform/win32/ControlWindows.h"
+
+#include <windowsx.h>
+
+#include <commctrl.h>
+
+#include <stdexcept>
+
+#include "platform/win32/WindowGeometry.h"
+
+namespace fonklav {
+namespace {
+
+constexpr int kFirstDialogId = 100;
+
+struct KindRow {
+  ControlKind kind;
+  const wchar_t* className;
+  DWORD style;
+  DWORD extendedStyle;
+};
+
+constexpr DWORD kStatusBoxStyle = WS_TABSTOP | WS_VSCROLL | ES_MULTILINE | ES_READONLY | ES_AUTOVSCROLL;
+constexpr DWORD kListStyle = WS_TABSTOP | LVS_REPORT | LVS_NOCOLUMNHEADER | LVS_SINGLESEL | LVS_SHOWSELALWAYS;
+
+/// In the order of ControlKind.
+constexpr std::array kKinds{
+    KindRow{ControlKind::Frame, WC_BUTTONW, BS_GROUPBOX, WS_EX_TRANSPARENT},
+    KindRow{ControlKind::CheckList, WC_LISTVIEWW, kListStyle, WS_EX_CLIENTEDGE},
+    KindRow{ControlKind::Label, WC_STATICW, SS_LEFT, 0},
+    KindRow{ControlKind::TextBox, WC_EDITW, WS_TABSTOP | ES_AUTOHSCROLL, WS_EX_CLIENTEDGE},
+    KindRow{ControlKind::StatusBox, WC_EDITW, kStatusBoxStyle, WS_EX_CLIENTEDGE},
+    KindRow{ControlKind::Button, WC_BUTTONW, WS_TABSTOP | BS_PUSHBUTTON, 0},
+};
+
+/// What one control has beside the style of its kind.
+DWORD StyleOf(ControlId id) {
+  if (id == ControlId::cmdSave) return BS_DEFPUSHBUTTON;
+  // A driver's name may hold an "&" and may be longer than there is room for.
+  if (id == ControlId::lbLineIDActive) return SS_NOPREFIX | SS_ENDELLIPSIS;
+  return 0;
+}
+
+LRESULT CALLBACK BoxProc(HWND box, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id,
+                         DWORD_PTR input) noexcept {
+  if (message == WM_CHAR) {
+    reinterpret_cast<FormInput*>(input)->KeyPress(static_cast<ControlId>(id), static_cast<int>(wParam));
+  }
+  const LRESULT result = DefSubclassProc(box, message, wParam, lParam);
+  // A box of several lines asks for every key; Tab, Enter and Esc are the dialog's all the same.
+  return message == WM_GETDLGCODE ? result & ~LRESULT{DLGC_WANTALLKEYS} : result;
+}
+
+void PrepareBox(HWND box, ControlId id, FormInput& input) {
+  constexpr UINT tabWidth = 16;  // in quarters of a character
+  SetWindowSubclass(box, &BoxProc, static_cast<UINT_PTR>(id), reinterpret_cast<DWORD_PTR>(&input));
+  SendMessageW(box, EM_SETLIMITTEXT, 0, 0);  // as much as it can hold
+  SendMessageW(box, EM_SETTABSTOPS, 1, reinterpret_cast<LPARAM>(&tabWidth));
+}
+
+}  // namespace
+
+int DialogIdOf(ControlId id) {
+  if (id == ControlId::cmdSave) return IDOK;
+  if (id == ControlId::cmdExit) return IDCANCEL;
+  return kFirstDialogId + static_cast<int>(id);
+}
+
+std::optional<ControlId> ControlOfDialogId(int dialogId) {
+  for (const LayoutRow& row : Layout()) {
+    if (DialogIdOf(row.id) == dialogId) return row.id;
+  }
+  return std::nullopt;
+}
+
+void MakeControl(HWND dialog, ControlId id, FormInput& input) {
+  const KindRow& kind = kKinds.at(static_cast<std::size_t>(LayoutOf(id).kind));
+  const HWND window = CreateWindowExW(
+      kind.extendedStyle, kind.className, L"", WS_CHILD | kind.style | StyleOf(id), 0, 0, 0, 0, dialog,
+      reinterpret_cast<HMENU>(static_cast<UINT_PTR>(DialogIdOf(id))), GetWindowInstance(dialog), nullptr);
+  if (window == nullptr) throw std::runtime_error("a control could not be made");
+  if (kind.className == std::wstring_view(WC_EDITW)) PrepareBox(window, id, input);
+}
+
+void PlaceAll(HWND dialog, unsigned dpi, HFONT font) {
+  for (const LayoutRow& row : Layout()) {
+    const HWND control = GetDlgItem(dialog, DialogIdOf(row.id));
+    const PixelRect place = PlaceOf(row, dpi);
+    SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(font), TRUE);
+    SetWindowPos(control, nullptr, place.left, place.top, place.right - place.left, place.bottom - place.top,
+                 SWP_NOZORDER | SWP_NOACTIVATE);
+  }
+}
+
+}  // namespace fonklav

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <windows.h>
+
+#include "platform/win32/UniqueHandle.h"
+
+namespace fonklav {
+
+/// The system's handle types whose value for "none" is null.
+template <typename Handle>
+struct NullHandle {
+  using Type = Handle;
+  static Type None() noexcept { return nullptr; }
+};
+
+struct WindowHandle : NullHandle<HWND> {
+  static void Close(HWND window) noexcept { DestroyWindow(window); }
+};
+struct ModuleHandle : NullHandle<HMODULE> {
+  static void Close(HMODULE module) noexcept { FreeLibrary(module); }
+};
+struct KernelHandle : NullHandle<HANDLE> {
+  static void Close(HANDLE handle) noexcept { CloseHandle(handle); }
+};
+struct MemoryHandle : NullHandle<HGLOBAL> {
+  static void Close(HGLOBAL memory) noexcept { GlobalFree(memory); }
+};
+struct FontHandle : NullHandle<HFONT> {
+  static void Close(HFONT font) noexcept { DeleteObject(font); }
+};
+struct IconHandle : NullHandle<HICON> {
+  static void Close(HICON icon) noexcept { DestroyIcon(icon); }
+};
+struct FileHandle {
+  using Type = HANDLE;
+  static Type None() noexcept { return INVALID_HANDLE_VALUE; }
+  static void Close(HANDLE file) noexcept { CloseHandle(file); }
+};
+struct AtomHandle {
+  using Type = ATOM;
+  static Type None() noexcept { return 0; }
+  static void Close(ATOM atom) noexcept { GlobalDeleteAtom(atom); }
+};
+
+using UniqueWindow = UniqueHandle<WindowHandle>;
+using UniqueModule = UniqueHandle<ModuleHandle>;
+using UniqueKernelHandle = UniqueHandle<KernelHandle>;
+using UniqueMemory = UniqueHandle<MemoryHandle>;
+using UniqueFont = UniqueHandle<FontHandle>;
+using UniqueIcon = UniqueHandle<IconHandle>;
+using UniqueFile = UniqueHandle<FileHandle>;
+using UniqueAtom = UniqueHandle<AtomHandle>;
+
+}  // namespace fonklav

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+
+namespace fonklav {
+
+/// The tooltips of a dialog's controls.
+class ToolTip {
+ public:
+  /// Makes the tooltip window, which goes with the dialog.
+  void Attach(HWND dialog, HINSTANCE instance);
+  /// Gives the control this tooltip; none when the text is empty.
+  void Show(HWND control, const std::wstring& text) const;
+
+ private:
+  HWND window_{nullptr};  ///< not owned: the dialog's
+};
+
+}  // namespace fonklav

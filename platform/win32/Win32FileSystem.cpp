@@ -1,0 +1,105 @@
+#include "platform/win32/Win32FileSystem.h"
+
+#include <array>
+
+#include "platform/win32/Handles.h"
+#include "platform/win32/WideText.h"
+#include "platform/win32/WindowsError.h"
+
+namespace fonklav {
+namespace {
+
+std::optional<std::uint32_t> AttributesOrNothing(DWORD attributes) {
+  if (attributes == INVALID_FILE_ATTRIBUTES) return std::nullopt;
+  return attributes;
+}
+
+[[noreturn]] void ThrowFault(DWORD error, const std::wstring& path) {
+  // Opening a folder as a file is answered with the same code as a forbidden file.
+  const DWORD attributes = error == ERROR_ACCESS_DENIED ? GetFileAttributesW(path.c_str()) : INVALID_FILE_ATTRIBUTES;
+  const bool folder = attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+  throw RunTimeError(folder ? ErrorNumber::PathFileAccessError : ErrorNumberOf(error));
+}
+
+UniqueFile Open(const std::wstring& path, DWORD access, DWORD disposition) {
+  UniqueFile file{CreateFileW(path.c_str(), access, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                              disposition, FILE_ATTRIBUTE_NORMAL, nullptr)};
+  if (!file) ThrowFault(GetLastError(), path);
+  return file;
+}
+
+void WriteAll(const UniqueFile& file, std::string_view bytes, const std::wstring& path) {
+  DWORD written = 0;
+  const BOOL done = WriteFile(file.Get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
+  if (done == FALSE) ThrowFault(GetLastError(), path);
+  if (written != bytes.size()) ThrowFault(ERROR_DISK_FULL, path);
+}
+
+/// Writes a file that no crash can leave half written in its place.
+void WriteBeside(const std::wstring& path, std::string_view bytes) {
+  const UniqueFile file = Open(path, GENERIC_WRITE, CREATE_ALWAYS);
+  WriteAll(file, bytes, path);
+  FlushFileBuffers(file.Get());
+}
+
+}  // namespace
+
+std::optional<std::uint32_t> Win32FileSystem::GetAttributesA(const std::string& pathBytes) const {
+  return AttributesOrNothing(GetFileAttributesA(pathBytes.c_str()));
+}
+
+std::optional<std::uint32_t> Win32FileSystem::GetAttributesW(const std::string& path) const {
+  return AttributesOrNothing(GetFileAttributesW(Wide(path).c_str()));
+}
+
+bool Win32FileSystem::DeleteA(const std::string& pathBytes) { return DeleteFileA(pathBytes.c_str()) != FALSE; }
+
+std::string Win32FileSystem::Read(const std::string& path) const {
+  const std::wstring wide = Wide(path);
+  const UniqueFile file = Open(wide, GENERIC_READ, OPEN_EXISTING);
+  std::string bytes;
+  std::array<char, 0x4000> part{};
+  for (;;) {
+    DWORD count = 0;
+    if (ReadFile(file.Get(), part.data(), static_cast<DWORD>(part.size()), &count, nullptr) == FALSE) {
+      ThrowFault(GetLastError(), wide);
+    }
+    if (count == 0) return bytes;
+    bytes.append(part.data(), count);
+  }
+}
+
+std::uint64_t Win32FileSystem::Length(const std::string& path) const {
+  WIN32_FILE_ATTRIBUTE_DATA data{};
+  if (GetFileAttributesExW(Wide(path).c_str(), GetFileExInfoStandard, &data) == FALSE) return 0;
+  return (std::uint64_t{data.nFileSizeHigh} << 32U) | data.nFileSizeLow;
+}
+
+void Win32FileSystem::Write(const std::string& path, std::string_view bytes) {
+  const std::wstring wide = Wide(path);
+  WriteAll(Open(wide, GENERIC_WRITE, CREATE_ALWAYS), bytes, wide);
+}
+
+void Win32FileSystem::Append(const std::string& path, std::string_view bytes) {
+  // With this right alone each write goes to the end of the file as it then is, whoever else writes.
+  const std::wstring wide = Wide(path);
+  WriteAll(Open(wide, FILE_APPEND_DATA | SYNCHRONIZE, OPEN_ALWAYS), bytes, wide);
+}
+
+void Win32FileSystem::Replace(const std::string& path, std::string_view bytes) {
+  const std::wstring target = Wide(path);
+  const std::wstring beside = target + L".new";
+  try {
+    WriteBeside(beside, bytes);
+  } catch (const RunTimeError& fault) {
+    DeleteFileW(beside.c_str());
+    // A full disk would take the old file with it; anything else may be a matter of the folder alone.
+    if (fault.Number() == static_cast<int>(ErrorNumber::DiskFull)) throw;
+    return Write(path, bytes);
+  }
+  if (MoveFileExW(beside.c_str(), target.c_str(), MOVEFILE_REPLACE_EXISTING) != FALSE) return;
+  DeleteFileW(beside.c_str());
+  Write(path, bytes);
+}
+
+}  // namespace fonklav

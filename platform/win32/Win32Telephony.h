@@ -1,0 +1,46 @@
+#pragma once
+
+#include "platform/Telephony.h"
+#include "platform/win32/Handles.h"
+#include "platform/win32/LineSinkWindow.h"
+#include "platform/win32/TelephonyLibrary.h"
+
+namespace fonklav {
+
+/// The system's telephony functions in their 8-bit forms.
+class Win32Telephony final : public Telephony {
+ public:
+  explicit Win32Telephony(HINSTANCE instance) : instance_(instance) {}
+
+  std::int32_t lineInitializeEx(HLINEAPP& lineApp, LineMessageSink& sink, const char* friendlyName,
+                                std::uint32_t& numDevs, std::uint32_t& apiVersion,
+                                LINEINITIALIZEEXPARAMS& params) override;
+  std::int32_t lineShutdown(HLINEAPP lineApp) override;
+  std::int32_t lineNegotiateAPIVersion(HLINEAPP lineApp, std::uint32_t deviceId, std::uint32_t low, std::uint32_t high,
+                                       std::uint32_t& apiVersion, LINEEXTENSIONID& extensionId) override;
+  std::int32_t lineGetDevCaps(HLINEAPP lineApp, std::uint32_t deviceId, std::uint32_t apiVersion,
+                              std::uint32_t extVersion, std::span<std::byte> caps) override;
+  std::int32_t lineGetTranslateCaps(HLINEAPP lineApp, std::uint32_t apiVersion, std::span<std::byte> caps) override;
+  std::int32_t tapiGetLocationInfo(std::span<char, 8> countryCode, std::span<char, 8> cityCode) override;
+  std::int32_t lineOpen(HLINEAPP lineApp, std::uint32_t deviceId, HLINE& line, std::uint32_t apiVersion,
+                        std::uint32_t extVersion, std::uintptr_t callbackInstance, std::uint32_t privileges,
+                        std::uint32_t mediaModes) override;
+  std::int32_t lineClose(HLINE line) override;
+  std::int32_t lineMakeCall(HLINE line, HCALL& call, const char* destAddress, std::uint32_t countryCode) override;
+  std::int32_t lineDrop(HCALL call) override;
+  std::int32_t lineDeallocateCall(HCALL call) override;
+  std::int32_t lineTranslateAddress(HLINEAPP lineApp, std::uint32_t deviceId, std::uint32_t apiVersion,
+                                    const char* addressIn, std::uint32_t card, std::uint32_t translateOptions,
+                                    std::span<std::byte> output) override;
+  std::int32_t lineConfigDialog(std::uint32_t deviceId, std::uintptr_t owner, const char* deviceClass) override;
+  std::int32_t lineTranslateDialog(HLINEAPP lineApp, std::uint32_t deviceId, std::uint32_t apiVersion,
+                                   std::uintptr_t owner, const char* addressIn) override;
+  std::int32_t lineGetIcon(std::uint32_t deviceId, const char* deviceClass, std::uintptr_t& icon) override;
+
+ private:
+  HINSTANCE instance_;
+  TelephonyLibrary library_;
+  LineSinkWindow sink_;
+};
+
+}  // namespace fonklav

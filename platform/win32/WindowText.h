@@ -1,0 +1,18 @@
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+
+namespace fonklav {
+
+/// A window's caption or a box's content.
+[[nodiscard]] std::wstring TextOf(HWND window);
+
+/// Shows a caption or content, unless it is shown already: setting it anew would move the caret and flicker.
+void ShowText(HWND window, const std::wstring& text);
+
+/// Shows the content of a box whose newest line is its last: what is added is added, and the end is scrolled to.
+void ShowGrowingText(HWND box, const std::wstring& text);
+
+}  // namespace fonklav
