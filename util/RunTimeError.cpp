@@ -41,10 +41,9 @@ const char* ErrorText(ErrorNumber number) noexcept {
   return "Application-defined or object-defined error";
 }
 
-RunTimeError::RunTimeError(ErrorNumber number, std::source_location where)
-    : RunTimeError(number, ErrorText(number), where) {}
+RunTimeError::RunTimeError(ErrorNumber number, int line) : RunTimeError(number, ErrorText(number), line) {}
 
-RunTimeError::RunTimeError(ErrorNumber number, std::string description, std::source_location where)
-    : number_(static_cast<int>(number)), description_(std::move(description)), line_(static_cast<int>(where.line())) {}
+RunTimeError::RunTimeError(ErrorNumber number, std::string description, int line)
+    : number_(static_cast<int>(number)), description_(std::move(description)), line_(line) {}
 
 }  // namespace fonklav

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <exception>
-#include <source_location>
 #include <string>
 
 namespace fonklav {
@@ -34,12 +33,12 @@ enum class ErrorNumber : int {
 /// telephony functions are not run-time errors; they stay codes.
 class RunTimeError : public std::exception {
  public:
-  /// Raises `number` with its classic text.
-  explicit RunTimeError(ErrorNumber number, std::source_location where = std::source_location::current());
+  /// Raises `number` with its classic text. The line is the caller's: std::source_location would say it too, but
+  /// clang 14 does not have it with this library.
+  explicit RunTimeError(ErrorNumber number, int line = __builtin_LINE());
 
   /// Raises `number` with a text of its own.
-  RunTimeError(ErrorNumber number, std::string description,
-               std::source_location where = std::source_location::current());
+  RunTimeError(ErrorNumber number, std::string description, int line = __builtin_LINE());
 
   [[nodiscard]] int Number() const noexcept { return number_; }
   [[nodiscard]] const std::string& Description() const noexcept { return description_; }
