@@ -53,7 +53,7 @@ char ScenarioLine::Escaped(std::string_view text, std::size_t& at) const {
   const char kind = ++at < text.size() ? text[at] : '\0';
   if (kind == '"' || kind == '\\') return kind;
   const auto byte = kind == 'x' ? Parsed(text.substr(at + 1, 2), 16) : std::nullopt;
-  if (!byte) Fail("an escape is none of \\\" \\\\ \\xNN");
+  if (!byte) Fail(R"(an escape is none of \" \\ \xNN)");
   at += 2;
   return static_cast<char>(*byte);
 }
