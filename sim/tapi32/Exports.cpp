@@ -28,30 +28,19 @@ std::uintptr_t Number(HWND window) { return reinterpret_cast<std::uintptr_t>(win
 
 extern "C" {
 
-LONG WINAPI lineInitializeExA(HLINEAPP* app, HINSTANCE /*instance*/, LineCallback callback, LPCSTR name, DWORD* devices,
-                              DWORD* version, LINEINITIALIZEEXPARAMS* params) {
-  if (app == nullptr || callback == nullptr || devices == nullptr || version == nullptr || params == nullptr) {
-    return LINEERR_INVALPOINTER;
-  }
-  std::uint32_t count = 0;
-  std::uint32_t offered = *version;
-  const LONG result = StandIn::Instance().Initialize(*app, callback, name, count, offered, *params);
-  if (result == 0) {
-    *devices = count;
-    *version = offered;
-  }
-  return result;
+LONG WINAPI lineInitializeExA(HLINEAPP* app, HINSTANCE /*instance*/, LineCallback callback, LPCSTR name,
+                              std::uint32_t* devices, std::uint32_t* version, LINEINITIALIZEEXPARAMS* params) {
+  const bool given = app != nullptr && callback != nullptr && devices != nullptr && version != nullptr;
+  if (!given || params == nullptr) return LINEERR_INVALPOINTER;
+  return StandIn::Instance().Initialize(*app, callback, name, *devices, *version, *params);
 }
 
 LONG WINAPI lineShutdown(HLINEAPP app) { return StandIn::Instance().Shutdown(app); }
 
-LONG WINAPI lineNegotiateAPIVersion(HLINEAPP app, DWORD device, DWORD low, DWORD high, DWORD* version,
+LONG WINAPI lineNegotiateAPIVersion(HLINEAPP app, DWORD device, DWORD low, DWORD high, std::uint32_t* version,
                                     LINEEXTENSIONID* extension) {
   if (version == nullptr || extension == nullptr) return LINEERR_INVALPOINTER;
-  std::uint32_t negotiated = 0;
-  const LONG result = Simulator().lineNegotiateAPIVersion(app, device, low, high, negotiated, *extension);
-  if (result == 0) *version = negotiated;
-  return result;
+  return Simulator().lineNegotiateAPIVersion(app, device, low, high, *version, *extension);
 }
 
 LONG WINAPI lineGetDevCapsA(HLINEAPP app, DWORD device, DWORD version, DWORD extVersion, void* caps) {

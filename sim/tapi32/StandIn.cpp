@@ -6,7 +6,6 @@ namespace fonklav {
 
 namespace {
 
-constexpr UINT kDeliver = WM_APP;
 constexpr UINT kTickMs = 10;
 constexpr unsigned kTicksPerControl = 5;  // opening a file is dear, and nobody says two things within 50 ms
 constexpr const wchar_t* kWindowClass = L"FonklavLineSimulator";
@@ -91,32 +90,16 @@ LONG StandIn::Shutdown(HLINEAPP app) {
 }
 
 LRESULT CALLBACK StandIn::WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
-  switch (message) {
-    case WM_TIMER:
-      Instance().OnTimer(window);
-      return 0;
-    case kDeliver:
-      Instance().OnDeliver(window);
-      return 0;
-    default:
-      return DefWindowProcW(window, message, wParam, lParam);
-  }
+  if (message != WM_TIMER) return DefWindowProcW(window, message, wParam, lParam);
+  Instance().OnTimer();
+  return 0;
 }
 
-void StandIn::OnTimer(HWND window) {
+/// One message a tick, so that the program's other messages come between them as they do with the real library. The
+/// receiver may shut down, and the window goes with it: delivering comes last.
+void StandIn::OnTimer() {
   if (!controlPath_.empty() && ++ticks_ % kTicksPerControl == 0) ReadControl();
-  PostIfDue(window);
-}
-
-/// One message at a time, so that the program's other messages come between them as they do with the real library.
-void StandIn::OnDeliver(HWND window) {
   DeliverOne(Elapsed());
-  PostIfDue(window);
-}
-
-void StandIn::PostIfDue(HWND window) {
-  // The receiver may have shut down meanwhile, and the window with it.
-  if (window_.get() == window && IsDue(Elapsed())) PostMessageW(window, kDeliver, 0, 0);
 }
 
 /// Runs the lines that have come since the last look; a line counts when its end is written.

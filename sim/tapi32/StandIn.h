@@ -45,9 +45,7 @@ class StandIn final : public LineSimulator {
 
   [[nodiscard]] Milliseconds Elapsed() const { return Milliseconds(GetTickCount64() - begin_); }
   void LoadScenario();
-  void OnTimer(HWND window);
-  void OnDeliver(HWND window);
-  void PostIfDue(HWND window);
+  void OnTimer();
   void ReadControl();
   void Log(std::string_view line);
 
