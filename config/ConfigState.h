@@ -5,7 +5,7 @@
 
 namespace fonklav {
 
-/// The diagnostic switches of the suite. The trace switch is not among them: the procedure guard holds it.
+/// Which debug logs are written. The procedure trace's switch is not among them: the procedure guard holds it.
 struct DebugSwitches {
   bool logExport{false};
   bool logCAPI{false};
@@ -16,7 +16,25 @@ struct DebugSwitches {
   bool logTiming{false};
 };
 
-/// The texts that the suite's programs share.
+/// What the suite's programs log about their work. Read for the suite; this program acts on none of it.
+struct LogModeSwitches {
+  bool exports{false};  ///< on without being asked for where the export debug log is on
+  bool mail{false};
+  bool inverse{false};
+  bool update{false};
+  bool send2Script{false};
+  bool ntService{false};
+};
+
+/// Settings of the suite's capture interface. Read for the suite; this program acts on none of them.
+struct CapiSettings {
+  bool loadThisValues{false};
+  bool skipVersionAndManufact{false};
+  std::uint8_t infoMask{0};
+  std::uint32_t cipMask{0};
+};
+
+/// The texts that the suite's programs share, in the user's language.
 struct SharedTexts {
   std::string backupExists;
   std::string removeFileExtByRename;
@@ -30,18 +48,20 @@ struct SharedTexts {
   std::string errorReason;
 };
 
-/// The process-wide state of the configuration layer.
+/// The process-wide state of the configuration layer, set once at start-up and read everywhere.
 struct ConfigState {
-  std::string programFolder;
-  std::string commonDataFolder;
-  std::string dataRoot;
-  std::string bookFolder;
-  bool bookRefresh{false};
+  std::string programFolder;     ///< holds the executable
+  std::string commonDataFolder;  ///< the suite's folder among the common application data
+  std::string dataRoot;          ///< never ends in a backslash
+  std::string bookFolder;        ///< always ends in a backslash
+  bool bookRefresh{false};       ///< kept for the suite, not acted on
   DebugSwitches debug;
-  bool writeLocked{false};
-  bool wideAttributes{false};
-  std::string languageCode;
-  std::string languageFile;
+  LogModeSwitches logMode;
+  CapiSettings capi;
+  bool writeLocked{false};     ///< no setting is written while this is set
+  bool wideAttributes{false};  ///< asks for file attributes by the W function
+  std::string languageCode;    ///< as in the name of the language file
+  std::string languageFile;    ///< relative to the program folder
   bool languageFileMissing{false};
   SharedTexts texts;
 };

@@ -1,5 +1,6 @@
 #include "config/modAPI_INI.h"
 
+#include <algorithm>
 #include <array>
 
 #include "util/Procedure.h"
@@ -7,8 +8,11 @@
 
 namespace fonklav {
 namespace {
+
+constexpr const char* kMainSettings = "\\data\\Rufmon.ini";
 constexpr std::size_t kBufferSize = 2048;
-}
+
+}  // namespace
 
 std::string modAPI_INI::GetMainPath(const std::string& fileName) const {
   return Procedure(diagnostics_, "modAPI_INI.GetMainPath", {fileName}, std::string{}, [&](std::string& path) {
@@ -17,7 +21,7 @@ std::string modAPI_INI::GetMainPath(const std::string& fileName) const {
     } else if (fileName.starts_with("\\base\\")) {
       path = state_.programFolder + fileName;
     } else if (fileName.empty()) {
-      path = state_.dataRoot + "\\data\\Rufmon.ini";
+      path = state_.dataRoot + kMainSettings;
     } else {
       path = fileName;
     }
@@ -42,9 +46,8 @@ std::string modAPI_INI::GetSettStr(const std::string& section, const std::string
                      const std::uint32_t count = profile_.GetString(bytes(section), bytes(key), bytes(defaultValue),
                                                                     buffer, bytes(GetMainPath(fileName)));
                      value = codePage_.ToText({buffer.data(), std::min<std::size_t>(count, buffer.size())});
-                     const bool numeric = IsNumeric(value, numberLocale_.Separators());
-                     if (value.empty() && defaultIfEmpty) value = defaultValue;
-                     if (!numeric && defaultIfNotNumeric) value = defaultValue;
+                     if (defaultIfEmpty && value.empty()) value = defaultValue;
+                     if (defaultIfNotNumeric && !IsNumeric(value, numberLocale_.Separators())) value = defaultValue;
                    });
 }
 
@@ -60,7 +63,8 @@ std::int32_t modAPI_INI::GetSettLng(const std::string& section, const std::strin
   return Procedure(diagnostics_, "modAPI_INI.GetSettLng", {section, key, defaultValue, fileName}, 0,
                    [&](std::int32_t& value) {
                      value = ReadInt(section, key, defaultValue, fileName);
-                     if (lower != 0 || upper != 0) value = Range(lower, upper, value, defaultIfOutside, defaultValue);
+                     const bool bounded = lower != 0 || upper != 0;
+                     if (bounded) value = Range(lower, upper, value, defaultIfOutside, defaultValue);
                    });
 }
 
@@ -80,6 +84,7 @@ std::int32_t modAPI_INI::Range(std::int32_t lower, std::int32_t upper, std::int3
                        if (value < lower || value > upper) result = defaultValue;
                        return;
                      }
+                     // Only here is an upper bound of 0 no bound; the lower one always counts.
                      if (value < lower) result = lower;
                      if (upper != 0 && result > upper) result = upper;
                    });

@@ -9,6 +9,7 @@
 #include "config/modAPI_INI.h"
 #include "config/modPrivateDummy.h"
 #include "config/modSystemPaths.h"
+#include "platform/NumberLocale.h"
 #include "platform/Process.h"
 #include "util/Diagnostics.h"
 
@@ -17,40 +18,47 @@ namespace fonklav {
 /// Makes the log once the folders are known.
 using LogFactory = std::function<std::unique_ptr<ProcedureLog>()>;
 
-/// The first thing that start-up does: where the suite keeps its data, and which switches are on.
+/// What start-up works with. All of it outlives the module.
+struct DeclareServices {
+  Diagnostics& diagnostics;
+  ConfigState& state;
+  const modAPI_INI& ini;
+  const modAPI_Files& files;
+  modPrivateDummy& messages;
+  const modSystemPaths& systemPaths;
+  const Process& process;
+  const NumberLocale& numberLocale;
+};
+
+/// The first thing that start-up does: where the suite keeps its data, and which switches are on. No setting, log or
+/// language text is touched before it.
 class modDeclareAll {
  public:
-  modDeclareAll(Diagnostics& diagnostics, ConfigState& state, const modAPI_INI& ini, const modAPI_Files& files,
-                modPrivateDummy& messages, const modSystemPaths& systemPaths, const Process& process,
-                LogFactory makeLog)
-      : diagnostics_(diagnostics),
-        state_(state),
-        ini_(ini),
-        files_(files),
-        messages_(messages),
-        systemPaths_(systemPaths),
-        process_(process),
-        makeLog_(std::move(makeLog)) {}
+  modDeclareAll(const DeclareServices& services, LogFactory makeLog)
+      : services_(services), makeLog_(std::move(makeLog)) {}
 
-  /// Arms the error handlers, resolves the folders and creates the log. False when the program is to end at once.
+  /// Arms the error handlers, stores the program's tag, resolves the folders and creates the log. False when the
+  /// program is to end at once.
   [[nodiscard]] bool Init(const std::string& programCode, bool endIfAlreadyRunning);
-  /// True when the folders are set. A fault is shown, not logged.
+  /// Reads the switches, then resolves the folders from the paths file beside the executable, which may be missing.
+  /// True when they are set. A fault is shown, not logged: there is no log yet.
   [[nodiscard]] bool LoadSavePaths();
-  /// Reads the switches; a fault is shown and leaves the rest off.
+  /// Reads the switches from the specification file beside the executable; without it all stay off. A fault is shown,
+  /// not logged, and leaves the switches read so far.
   bool LoadSpecs();
 
  private:
   void ReadPaths(const std::string& pathsFile);
   [[nodiscard]] std::string ReadDataRoot(const std::string& pathsFile) const;
+  [[nodiscard]] std::string ZeroDataRoot() const;
   void ReadDebug(const std::string& file);
+  void ReadLogMode(const std::string& file);
+  void ReadCapi(const std::string& file);
+  [[nodiscard]] std::uint32_t ReadMask(const std::string& keyPrefix, unsigned bits, const std::string& file) const;
+  [[nodiscard]] bool IsNumber(const std::string& text) const;
+  void ShowFault(const std::string& function);
 
-  Diagnostics& diagnostics_;
-  ConfigState& state_;
-  const modAPI_INI& ini_;
-  const modAPI_Files& files_;
-  modPrivateDummy& messages_;
-  const modSystemPaths& systemPaths_;
-  const Process& process_;
+  DeclareServices services_;
   LogFactory makeLog_;
 };
 

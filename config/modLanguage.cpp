@@ -1,15 +1,29 @@
 #include "config/modLanguage.h"
 
+#include "Version.h"
+#include "util/CaseFold.h"
 #include "util/Procedure.h"
 #include "util/Text.h"
 
 namespace fonklav {
+namespace {
+
+constexpr const char* kFilePattern = "\\base\\language_##.ini";
+constexpr const char* kLanguageLog = "\\log\\language.log";
+
+/// Keys that describe the file itself. They are never marked.
+bool DescribesFile(const std::string& key) {
+  const std::string folded = FoldCase(key);
+  return folded == "language" || folded == "countryid";
+}
+
+}  // namespace
 
 void modLanguage::LanguageInit(const std::string& code) {
   Procedure(diagnostics_, "modLanguage.LanguageInit", {code}, [&] {
     state_.languageCode =
         code.empty() ? ini_.GetSettStr("General", "Language", state_.languageCode, "", true, false) : code;
-    state_.languageFile = ReplaceAll("\\base\\language_##.ini", "##", state_.languageCode);
+    state_.languageFile = ReplaceAll(kFilePattern, "##", state_.languageCode);
     state_.languageFileMissing = !files_.FileExist(state_.programFolder + state_.languageFile);
   });
 }
@@ -18,11 +32,29 @@ std::string modLanguage::LoadLangKey(const std::string& key, const std::string& 
   return Procedure(diagnostics_, "modLanguage.LoadLangKey", {key, defaultText}, std::string{}, [&](std::string& text) {
     text = defaultText;
     if (!state_.languageFileMissing) {
-      std::string value = ini_.GetSettStr("Data", key, "", state_.programFolder + state_.languageFile, false, false);
-      if (!value.empty()) text = std::move(value);
+      const std::string file = state_.programFolder + state_.languageFile;
+      const std::string value = ini_.GetSettStr("Data", key, "", file, false, false);
+      if (!value.empty()) text = value;
+      if (checkMode_ && !DescribesFile(key)) text = Marked(value, key, defaultText);
     }
     text = ReplaceAll(ReplaceAll(text, "<CR>", kCrLf), "<TAB>", "\t");
   });
+}
+
+std::string modLanguage::Marked(const std::string& value, const std::string& key,
+                                const std::string& defaultText) const {
+  if (!value.empty()) return "[" + value + "]";
+  LogMissing(key, defaultText);
+  return "?" + defaultText + "?";
+}
+
+void modLanguage::LogMissing(const std::string& key, const std::string& defaultText) const {
+  if (!diagnostics_.log) return;
+  std::string line = diagnostics_.tag + " v" + std::to_string(kVersionMajor) + ".";
+  line += std::to_string(kVersionMinor) + " | ";
+  line += key + " | ";
+  line += defaultText;
+  diagnostics_.log->WriteLine(kLanguageLog, line);
 }
 
 }  // namespace fonklav

@@ -9,11 +9,13 @@
 
 namespace fonklav {
 
-/// The texts that the user sees, by key from the language file, with German built in.
+/// The texts that the user sees, by key from the language file, with German built in. In the translators' check mode
+/// found texts stand in brackets and missing ones between question marks, and the missing ones are logged.
 class modLanguage {
  public:
-  modLanguage(Diagnostics& diagnostics, ConfigState& state, const modAPI_INI& ini, const modAPI_Files& files)
-      : diagnostics_(diagnostics), state_(state), ini_(ini), files_(files) {}
+  modLanguage(Diagnostics& diagnostics, ConfigState& state, const modAPI_INI& ini, const modAPI_Files& files,
+              bool checkMode)
+      : diagnostics_(diagnostics), state_(state), ini_(ini), files_(files), checkMode_(checkMode) {}
 
   /// Chooses the language file. An empty code asks the suite's main settings.
   void LanguageInit(const std::string& code);
@@ -21,10 +23,15 @@ class modLanguage {
   [[nodiscard]] std::string LoadLangKey(const std::string& key, const std::string& defaultText) const;
 
  private:
+  [[nodiscard]] std::string Marked(const std::string& value, const std::string& key,
+                                   const std::string& defaultText) const;
+  void LogMissing(const std::string& key, const std::string& defaultText) const;
+
   Diagnostics& diagnostics_;
   ConfigState& state_;
   const modAPI_INI& ini_;
   const modAPI_Files& files_;
+  bool checkMode_;
 };
 
 }  // namespace fonklav

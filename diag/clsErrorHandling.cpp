@@ -1,89 +1,149 @@
 #include "diag/clsErrorHandling.h"
 
-#include <array>
-#include <charconv>
 #include <utility>
 
 #include "Version.h"
-#include "util/Text.h"
+#include "diag/LogMessages.h"
+#include "diag/ParamArray.h"
+#include "util/Procedure.h"
+#include "util/RunTimeError.h"
 
+// The error log. The trace and the debug logs are in clsErrorHandling_Trace.cpp.
 namespace fonklav {
 namespace {
 
-std::string Render(const LogArg& argument);
+constexpr std::string_view kErrorLog = "\\log\\error.log";
+constexpr std::int32_t kErrorLogKB = 50;
+constexpr std::size_t kLineWidth = 3;
 
-void Join(std::string& joined, const std::string& value) {
-  if (!joined.empty()) joined += ", ";
-  joined += value;
+/// A source line as it stands in an entry: blanks in front up to three characters, nothing for an unknown line.
+std::string LineText(int line) {
+  if (line == 0) return {};
+  const std::string text = std::to_string(line);
+  return std::string(text.size() < kLineWidth ? kLineWidth - text.size() : 0, ' ') + text;
 }
 
-struct Renderer {
-  std::string operator()(LogArg::Nothing) const { return {}; }
-  std::string operator()(std::string_view text) const { return "S:" + std::string(text); }
-  std::string operator()(const std::string* text) const { return "S:" + *text; }
-  std::string operator()(bool flag) const { return flag ? "B:1" : "B:0"; }
-  std::string operator()(std::int64_t number) const { return "N:" + std::to_string(number); }
-  std::string operator()(double number) const {
-    std::array<char, 32> text{};
-    return "N:" + std::string(text.data(), std::to_chars(text.data(), text.data() + text.size(), number).ptr);
-  }
-  std::string operator()(std::span<const std::string> texts) const {
-    std::string joined;
-    for (const auto& text : texts) Join(joined, "S:" + text);
-    return joined;
-  }
-  std::string operator()(std::span<const LogArg> values) const {
-    std::string joined;
-    for (const auto& value : values) Join(joined, Render(value));
-    return joined;
-  }
+std::string TwoDigits(std::int64_t number) { return (number < 10 ? "0" : "") + std::to_string(number); }
+
+/// Says no to whoever comes in while somebody is in.
+class Reserved {
+ public:
+  explicit Reserved(bool& flag) : flag_(flag) { flag_ = true; }
+  Reserved(const Reserved&) = delete;
+  Reserved& operator=(const Reserved&) = delete;
+  ~Reserved() { flag_ = false; }
+
+ private:
+  bool& flag_;
 };
-
-std::string Render(const LogArg& argument) { return std::visit(Renderer{}, argument.Get()); }
-
-std::string RenderAll(LogArgs args) {
-  std::string joined;
-  for (const LogArg& argument : args) Join(joined, Render(argument));
-  return joined.empty() ? joined : "(" + ReplaceAll(joined, kCrLf, "<CR>") + ")";
-}
 
 }  // namespace
 
-clsErrorHandling::clsErrorHandling(Diagnostics& diagnostics, Configuration& config, const Ports& ports, LogLimits&)
+clsErrorHandling::clsErrorHandling(Diagnostics& diagnostics, Configuration& config, const Ports& ports,
+                                   const LogLimits& /*limits*/)
     : diagnostics_(diagnostics),
       config_(config),
       fileSystem_(ports.files),
       codePage_(ports.codePage),
       clock_(ports.clock),
-      files_(diagnostics, config.files, ports.files, ports.codePage, ports.clock) {}
-
-clsErrorHandling::~clsErrorHandling() = default;
-
-void clsErrorHandling::LogDebug_Trace(std::string_view, LogArgs) noexcept {}
-
-void clsErrorHandling::LogDebug_TAPI(std::string_view message, LogArgs args) noexcept try {
-  if (!config_.state.debug.logTAPI) return;
-  std::string line = std::string(message) + RenderAll(args);
-  files_.FileWrite_Log(config_.state.dataRoot + "\\log\\debug.log", line);
-} catch (...) {
+      files_(diagnostics, config.files, ports.files, ports.codePage, ports.clock),
+      created_(ports.clock.Ticks()) {
+  if (diagnostics_.tag.empty()) diagnostics_.tag = "NON";
+  ErrorLogLineCount = files_.GetFileRowCount(FullPath(kErrorLog));
 }
 
-void clsErrorHandling::ErrorLogNew(std::string_view module, LogArgs args) noexcept try {
-  const PendingError error = std::exchange(diagnostics_.pending, {});
-  if (writing_ || error.number == 0 || error.number == 401) return;
-  writing_ = true;
-  const std::string number = std::to_string(error.line);
-  const std::string line =
-      error.line == 0 ? "" : ", Line:" + std::string(number.size() < 3 ? 3 - number.size() : 0, ' ') + number + " ";
-  const std::string rendered = RenderAll(args);
-  std::string entry = diagnostics_.tag + " v" + std::to_string(kVersionMajor) + "." + std::to_string(kVersionMinor) +
-                      " " + std::string(module) + line + " + " + std::to_string(error.number) + " + " +
-                      error.description;
-  if (!rendered.empty()) entry += " Params" + rendered;
-  files_.FileWrite_Log(config_.state.dataRoot + "\\log\\error.log", entry, 50);
-  writing_ = false;
-} catch (...) {
-  writing_ = false;
+clsErrorHandling::~clsErrorHandling() { Trace_Flush(); }
+
+void clsErrorHandling::ErrorLogNew(std::string_view sModul, LogArgs args) noexcept {
+  ErrorLogWrite(sModul, GetStringFromParamArray(args), Show::No, Force::No);
 }
+
+void clsErrorHandling::ErrorLogWithMsgBox(std::string_view sModul, LogArgs args) noexcept {
+  ErrorLogWrite(sModul, GetStringFromParamArray(args), Show::Yes, Force::No);
+}
+
+void clsErrorHandling::ErrorLogForceWrite(std::string_view sModul, LogArgs args) noexcept {
+  ErrorLogWrite(sModul, GetStringFromParamArray(args), Show::No, Force::Yes);
+}
+
+std::string clsErrorHandling::FileLogError() { return std::string(kErrorLog); }
+
+void clsErrorHandling::ErrorLogWrite(std::string_view module, const std::string& args, Show show,
+                                     Force force) noexcept {
+  try {
+    const PendingError error = std::exchange(diagnostics_.pending, {});
+    // A log that cannot be written reports itself in here: that report ends where it would begin again.
+    if (writing_ || error.number == static_cast<int>(ErrorNumber::NeverLogged)) return;
+    if (force == Force::No && error.number == 0) return;
+    if (diagnostics_.traceMode) TraceError(error);
+    WriteEntry(error, module, args, force);
+    if (show == Show::Yes) ShowError();
+    diagnostics_.pending.Clear();
+  } catch (...) {
+    CapturePendingError(diagnostics_);
+    ShowFailure(std::exchange(diagnostics_.pending, {}).description);
+  }
+}
+
+void clsErrorHandling::TraceError(const PendingError& error) {
+  LogDebug_Trace("!ERROR!", {LineText(error.line) + " - " + std::to_string(error.number), error.description});
+}
+
+void clsErrorHandling::WriteEntry(const PendingError& error, std::string_view module, const std::string& args,
+                                  Force force) {
+  std::string entry = EntryHead(module);
+  if (error.line != 0) entry.append(", Line:").append(LineText(error.line)).append(" ");
+  if (force == Force::No || error.number != 0) entry.append(" + ").append(std::to_string(error.number));
+  if (force == Force::No || !error.description.empty()) entry.append(" + ").append(error.description);
+  if (!args.empty()) entry.append(" Params").append(VisibleControls(args));
+  const std::string log = FullPath(kErrorLog);
+  const Reserved reserved(writing_);
+  files_.FileWrite_Log(log, entry, kErrorLogKB);
+  ErrorLogLineCount = files_.GetFileRowCount(log);
+}
+
+std::string clsErrorHandling::EntryHead(std::string_view module) const {
+  std::string head = diagnostics_.tag + " v";
+  head.append(std::to_string(kVersionMajor)).append(".").append(std::to_string(kVersionMinor));
+  return head.append(ElapsedPart()).append(" ").append(module);
+}
+
+std::string clsErrorHandling::ElapsedPart() const {
+  // Only the suite's main program runs for so long that this is of interest.
+  if (diagnostics_.tag != "PRG") return {};
+  const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(clock_.Ticks() - created_).count();
+  if (seconds < 0) return " TimeError";
+  std::string text = " " + TwoDigits(seconds / 3600);
+  text.append(":").append(TwoDigits(seconds / 60 % 60));
+  return text.append(":").append(TwoDigits(seconds % 60));
+}
+
+void clsErrorHandling::ShowError() {
+  const MessageTexts& texts = Messages();
+  std::string prompt = texts.errorRaised + std::string(kCrLf);
+  prompt.append(texts.seeFile).append(": ").append(kErrorLog);
+  config_.messages.MsgBoxForward(prompt, kMessageBoxExclamation, "");
+}
+
+void clsErrorHandling::ShowFailure(const std::string& description) noexcept {
+  try {
+    config_.messages.MsgBoxForward("Error in ExceptionHandler" + std::string(kCrLf) + description,
+                                   kMessageBoxExclamation, "");
+  } catch (...) {
+    // Not even the message could be put together: there is nobody left to tell.
+  }
+}
+
+const clsErrorHandling::MessageTexts& clsErrorHandling::Messages() {
+  if (messagesLoaded_) return messages_;
+  const auto load = [&](const LogMessageRow& row) {
+    return config_.language.LoadLangKey(std::string(row.key), std::string(row.defaultText));
+  };
+  messages_ = {load(kErrorRaised), load(kSeeFile), load(kTracingIsActive), load(kMuchDataInShortTime)};
+  messagesLoaded_ = true;
+  return messages_;
+}
+
+std::string clsErrorHandling::FullPath(std::string_view log) const { return config_.state.dataRoot + std::string(log); }
 
 }  // namespace fonklav

@@ -1,35 +1,118 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
-#include <deque>
+#include <memory>
 #include <string>
+#include <string_view>
 
 #include "config/Configuration.h"
 #include "diag/LogLimits.h"
 #include "diag/clsFiles.h"
+#include "platform/Clock.h"
+#include "platform/CodePage.h"
+#include "platform/FileSystem.h"
 #include "util/ProcedureLog.h"
+#include "util/clsCollection.h"
 
 namespace fonklav {
 
-/// The program's one diagnostics object.
-class clsErrorHandling : public ProcedureLog {
+/// The program's one diagnostics object: the error log, the trace of procedure entries and the debug logs, all in
+/// "\log\" under the data root. It is made once the folders are known and must go before the configuration; the end of
+/// it writes what the trace still holds. Logging that fails is silent, or shown where a member says so.
+class clsErrorHandling final : public ProcedureLog {
  public:
-  clsErrorHandling(Diagnostics& diagnostics, Configuration& config, const Ports& ports, LogLimits& limits);
+  clsErrorHandling(Diagnostics& diagnostics, Configuration& config, const Ports& ports, const LogLimits& limits);
   ~clsErrorHandling() override;
 
-  void LogDebug_Trace(std::string_view step, LogArgs args) noexcept override;
-  void LogDebug_TAPI(std::string_view message, LogArgs args) noexcept override;
-  void ErrorLogNew(std::string_view module, LogArgs args) noexcept override;
+  /// Logs the pending error, if there is one, under the procedure's name and clears it. Error 401 is never logged.
+  void ErrorLogNew(std::string_view sModul, LogArgs args) noexcept override;
+  /// The same, and tells the user that there was an error and where it is written.
+  void ErrorLogWithMsgBox(std::string_view sModul, LogArgs args) noexcept;
+  /// Writes an entry even when no error is pending: `sModul` is the message then.
+  void ErrorLogForceWrite(std::string_view sModul, LogArgs args) noexcept;
+  /// The error log's path relative to the data root.
+  [[nodiscard]] static std::string FileLogError();
+  /// Lines of the error log, as of the last entry.
+  std::int32_t ErrorLogLineCount{0};
+
+  /// Traces one step, while the trace switch is on: the first time with a notice to the user, if that is switched on.
+  /// Lines wait in a queue and are written 51 at a time.
+  void LogDebug_Trace(std::string_view sModul, LogArgs args) noexcept override;
+  /// Leaves the next steps out of the trace.
+  void TraceHideNextSteps(std::int16_t Steps = 0) noexcept;
+  /// Whether the first traced step tells the user that tracing is on and begins a new trace file.
+  void TraceInfoMessage(bool show) noexcept { traceInfoMessage_ = show; }
+
+  /// One line of the debug log, of the area that the name says, while the switch of that area is on.
+  void LogDebug_Export(std::string_view sMsg, LogArgs args = {}) noexcept;
+  void LogDebug_TAPI(std::string_view sMsg, LogArgs args = {}) noexcept override;
+  void LogDebug_CAPI(std::string_view sMsg, LogArgs args = {}) noexcept;
+  void LogDebug_AVM(std::string_view sMsg, LogArgs args = {}) noexcept;
+  void LogDebug_NCID(std::string_view sMsg, LogArgs args = {}) noexcept;
+  void LogDebug_Other(std::string_view sMsg, LogArgs args = {}) noexcept;
+  void LogDebug_Timing(std::string_view sMsg, LogArgs args = {}) noexcept;
+  /// Written whatever the switches say.
+  void LogDebug_Temp(std::string_view sMsg, LogArgs args = {}) noexcept;
+
+  /// The trace queue's events.
+  void oTraceQueue_QueueAdded() { WriteTrace(); }
+  void oTraceQueue_QueueFull() {}
+  void oTraceQueue_QueueSize(std::int16_t /*Count*/) {}
+  void oTraceQueue_QueueTimerStart() {}
+
+  void WriteLine(std::string_view log, std::string_view line) noexcept override;
 
  private:
+  struct MessageTexts {
+    std::string errorRaised;
+    std::string seeFile;
+    std::string tracingIsActive;
+    std::string muchDataInShortTime;
+  };
+  enum class Show : bool { No, Yes };
+  enum class Force : bool { No, Yes };
+
+  // Error log
+  void ErrorLogWrite(std::string_view module, const std::string& args, Show show, Force force) noexcept;
+  void WriteEntry(const PendingError& error, std::string_view module, const std::string& args, Force force);
+  void TraceError(const PendingError& error);
+  [[nodiscard]] std::string EntryHead(std::string_view module) const;
+  [[nodiscard]] std::string ElapsedPart() const;
+  void ShowError();
+  void ShowFailure(const std::string& description) noexcept;
+  const MessageTexts& Messages();
+  [[nodiscard]] std::string FullPath(std::string_view log) const;
+
+  // Trace
+  [[nodiscard]] bool CanTrace();
+  void Trace_Flush();
+  void ShowTraceNotice();
+  void DeleteTraceFile();
+  [[nodiscard]] std::string TraceLine(std::string_view step, const std::string& args);
+  void QueueTraceLine(const std::string& line);
+  void WriteTrace() noexcept;
+  [[nodiscard]] std::string OldestTraceLines(std::int32_t count) const;
+
+  // Debug logs
+  void WriteDebug(bool enabled, std::string_view message, LogArgs args) noexcept;
+
   Diagnostics& diagnostics_;
   Configuration& config_;
   FileSystem& fileSystem_;
   const CodePage& codePage_;
   const Clock& clock_;
   clsFiles files_;
-  bool writing_{false};
-  std::deque<std::string> queue_;
+  std::chrono::milliseconds created_;
+  MessageTexts messages_;
+  bool messagesLoaded_{false};
+  bool writing_{false};  ///< the error log is being written: what fails meanwhile is not logged once more
+  bool firstTrace_{true};
+  bool traceInfoMessage_{false};
+  std::int16_t hideCounter_{0};
+  std::string lastStep_;
+  std::int16_t repeatCount_{0};
+  std::unique_ptr<clsCollection> oTraceQueue_;
 };
 
 }  // namespace fonklav

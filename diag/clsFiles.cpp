@@ -1,55 +1,183 @@
 #include "diag/clsFiles.h"
 
+#include <algorithm>
+#include <utility>
+
 #include "util/DateTime.h"
 #include "util/Procedure.h"
-#include "util/Text.h"
 
 namespace fonklav {
+namespace {
 
-void clsFiles::FileWrite_Log(const std::string& file, std::string& line, std::int32_t maxSizeKB) {
-  Procedure(diagnostics_, "clsFiles.FileWrite_Log", {file}, [&] {
-    const LocalTime now = clock_.Now();
-    line = GetFormatedDateByString(now, "/", true) + "  " + GetFormatedTime(now) + "  " + line;
-    const std::uint64_t sizeKB = files_.Length(file) / 1024;
-    if (maxSizeKB < 1 || static_cast<std::uint64_t>(maxSizeKB) >= sizeKB) {
-      MakeFile(file, line, true);
-    } else {
-      Trim(file, line, maxSizeKB);
+constexpr std::size_t kKB = 1024;
+
+/// The error log knows this one under an older name.
+constexpr ProcedureName kMakeFile{"clsFiles.MakeFile", "clsFiles_MakeFile"};
+
+struct LineRange {
+  std::int64_t first;
+  std::int64_t last;
+};
+
+/// Which of the elements up to `last` are picked; none when first is behind last.
+LineRange Picked(std::int64_t last, std::int16_t lineCount, bool fromLast) {
+  if (fromLast) return {lineCount == -1 || lineCount > last ? 0 : last - lineCount, last};
+  return {0, lineCount == -1 ? last : std::min<std::int64_t>(lineCount, last)};
+}
+
+std::int32_t Occurrences(std::string_view text, std::string_view what) {
+  std::int32_t count = 0;
+  for (std::size_t at = text.find(what); at != std::string_view::npos; at = text.find(what, at + what.size())) ++count;
+  return count;
+}
+
+std::int32_t RowCount(std::string_view text) { return Occurrences(text, kCrLf) + (text.ends_with(kCrLf) ? 0 : 1); }
+
+std::int32_t RowCountOfAnySystem(std::string_view text) {
+  if (text.find(kCrLf) != std::string_view::npos) return RowCount(text);
+  // Line feeds are halved as if they were two characters each, and the end is never recognised: kept as it is.
+  return Occurrences(text, "\n") / 2 + 1;
+}
+
+/// Where the newest lines begin of which at most `keepKB` are to stay. Where no line ends any more, single bytes go.
+std::size_t StartOfNewest(std::string_view text, std::size_t keepKB) {
+  std::size_t start = 0;
+  while ((text.size() - start) / kKB > keepKB) {
+    const std::size_t end = text.find(kCrLf, start);
+    if (end == std::string_view::npos) return text.size() - ((keepKB + 1) * kKB - 1);
+    start = end + kCrLf.size();
+  }
+  return start;
+}
+
+}  // namespace
+
+void clsFiles::FileWrite_Log(const std::string& sFile, std::string& sLine, std::int32_t MaxSizeKB) {
+  Procedure(diagnostics_, "clsFiles.FileWrite_Log", {sFile}, [&] {
+    if (diagnostics_.tag.empty()) diagnostics_.tag = "NON";
+    sLine = Stamped(sLine);
+    const std::uint64_t sizeKB = fileTests_.FileExist(sFile) ? files_.Length(sFile) / kKB : 0;
+    if (MaxSizeKB < 1 || std::cmp_greater_equal(MaxSizeKB, sizeKB)) {
+      MakeFile(sFile, sLine, true);
+      return;
     }
+    // What stays of the file goes back as the bytes that it is.
+    const std::string old = ReadBytes(sFile);
+    std::string bytes = old.substr(StartOfNewest(old, static_cast<std::size_t>(MaxSizeKB - MaxSizeKB / 4)));
+    bytes += codePage_.ToBytes(sLine);
+    RewriteFile(sFile, bytes += kCrLf);
   });
 }
 
-void clsFiles::Trim(const std::string& file, const std::string& line, std::int32_t maxSizeKB) {
-  const std::string text = files_.Read(file);
-  const auto keepKB = static_cast<std::size_t>(maxSizeKB - maxSizeKB / 4);
-  std::size_t start = 0;
-  while ((text.size() - start) / 1024 > keepKB) {
-    const std::size_t end = text.find(kCrLf, start);
-    start = end == std::string::npos ? start + 1 : end + kCrLf.size();
-  }
-  files_.Replace(file, text.substr(start) + codePage_.ToBytes(line) + std::string(kCrLf));
+std::string clsFiles::Stamped(const std::string& line) const {
+  const LocalTime now = clock_.Now();
+  std::string stamped = GetFormatedDateByString(now, "/", true) + "  ";
+  stamped += GetFormatedTime(now);
+  stamped += "  ";
+  return stamped += line;
 }
 
-bool clsFiles::MakeFile(const std::string& file, const std::string& text, bool append) {
-  const ProcedureName name{"clsFiles.MakeFile", "clsFiles_MakeFile"};
-  return Procedure(diagnostics_, name, {file, append}, false, [&](bool& written) {
-    const std::string bytes = codePage_.ToBytes(text) + std::string(kCrLf);
-    if (append) {
-      files_.Append(file, bytes);
+std::string clsFiles::fOpenFileToStream(const std::string& sFile, std::int32_t& iAnzahlZeilen) {
+  return Procedure(diagnostics_, "clsFiles.fOpenFileToStream", {sFile}, std::string{}, [&](std::string& stream) {
+    const std::string bytes = ReadBytes(sFile);
+    if (bytes.empty()) return;
+    stream = codePage_.ToText(bytes);
+    iAnzahlZeilen = RowCountOfAnySystem(stream);
+  });
+}
+
+void clsFiles::fStreamToArray(std::string& sStream, std::vector<std::string>& aArray, std::string_view Delimiter) {
+  Procedure(diagnostics_, "clsFiles.fStreamToArray", {Delimiter}, [&] {
+    const auto has = [&](std::string_view what) { return sStream.find(what) != std::string::npos; };
+    const std::string_view separator = Delimiter == kCrLf && !has(kCrLf) && has("\n") ? "\n" : Delimiter;
+    const std::string_view text = TrimBlanks(sStream);
+    if (separator.empty()) {
+      aArray.assign(1, std::string(text));
     } else {
-      files_.Write(file, bytes);
+      aArray = Split(text, separator);
+    }
+    sStream.clear();
+  });
+}
+
+bool clsFiles::WriteArrayToFile(const std::string& sFile, std::span<const std::string> aData) {
+  return Procedure(diagnostics_, "clsFiles.WriteArrayToFile", {sFile}, false, [&](bool& done) {
+    if (!sFile.empty()) {
+      std::string bytes;
+      for (const std::string& element : aData) {
+        if (!element.empty()) bytes.append(codePage_.ToBytes(element)).append(kCrLf);
+      }
+      files_.Write(sFile, bytes);
+    }
+    done = true;
+  });
+}
+
+bool clsFiles::MakeFile(const std::string& sFile, const std::string& sText, bool bAppend) {
+  return Procedure(diagnostics_, kMakeFile, {sFile, bAppend}, false, [&](bool& written) {
+    const std::string bytes = codePage_.ToBytes(sText).append(kCrLf);
+    if (bAppend) {
+      files_.Append(sFile, bytes);
+    } else {
+      files_.Replace(sFile, bytes);
     }
     written = true;
   });
 }
 
-std::int32_t clsFiles::GetFileRowCount(const std::string& file) {
-  return Procedure(diagnostics_, "clsFiles.GetFileRowCount", {file}, 0, [&](std::int32_t& count) {
-    if (!fileTests_.FileExist(file)) return;
-    const std::string text = files_.Read(file);
-    if (text.empty()) return;
-    count = static_cast<std::int32_t>(Split(text, kCrLf).size()) - (text.ends_with(kCrLf) ? 1 : 0);
+void clsFiles::RewriteFile(const std::string& file, std::string_view bytes) {
+  Procedure(diagnostics_, kMakeFile, {file, false}, [&] { files_.Replace(file, bytes); });
+}
+
+bool clsFiles::CheckFileMaxLines(const std::string& sFile, std::int32_t lMaxLines, std::int32_t* RealLines) {
+  return Procedure(diagnostics_, "clsFiles.CheckFileMaxLines", {sFile, lMaxLines}, false, [&](bool& reached) {
+    const std::int32_t count = GetFileRowCount(sFile);
+    if (RealLines != nullptr) *RealLines = count;
+    reached = count >= lMaxLines;
   });
+}
+
+std::int32_t clsFiles::GetFileRowCount(const std::string& sFile) {
+  return Procedure(diagnostics_, "clsFiles.GetFileRowCount", {sFile}, 0, [&](std::int32_t& count) {
+    const std::string bytes = ReadBytes(sFile);
+    if (!bytes.empty()) count = RowCount(bytes);
+  });
+}
+
+std::string clsFiles::fStream_GetLastLines(std::string& sStream, std::int16_t LineCount, bool bFromLast,
+                                           bool bWithoutComment) {
+  return Procedure(diagnostics_, "clsFiles.fStream_GetLastLines", {LineCount, bFromLast, bWithoutComment},
+                   std::string{}, [&](std::string& result) {
+                     std::vector<std::string> lines;
+                     fStreamToArray(sStream, lines);
+                     // The range is fixed first and filtered second: a comment left out is not made up for.
+                     const auto [first, last] =
+                         Picked(static_cast<std::int64_t>(lines.size()) - 1, LineCount, bFromLast);
+                     std::string picked;
+                     for (std::int64_t index = first; index <= last; ++index) {
+                       const std::string& line = lines[static_cast<std::size_t>(index)];
+                       if (bWithoutComment && TrimBlanks(line).starts_with(';')) continue;
+                       picked.append(line).append(kCrLf);
+                     }
+                     result = TrimCR(picked);
+                   });
+}
+
+std::string clsFiles::TrimCR(std::string_view Text) {
+  Text = TrimBlanks(Text);
+  // Pairs go before single line feeds, and once more after each, so that mixed line ends leave no half of a pair.
+  for (std::size_t before = Text.size() + 1; Text.size() < before;) {
+    before = Text.size();
+    while (Text.starts_with(kCrLf)) Text.remove_prefix(kCrLf.size());
+    while (Text.ends_with(kCrLf)) Text.remove_suffix(kCrLf.size());
+    if (Text.starts_with('\n')) Text.remove_prefix(1);
+    if (Text.ends_with('\n') && !Text.ends_with(kCrLf)) Text.remove_suffix(1);
+  }
+  return std::string(Text);
+}
+
+std::string clsFiles::ReadBytes(const std::string& file) const {
+  return fileTests_.FileExist(file) && files_.Length(file) > 0 ? files_.Read(file) : std::string{};
 }
 
 }  // namespace fonklav

@@ -2,16 +2,9 @@
 
 #include <string>
 
-namespace fonklav {
+#include "util/OsDescription.h"
 
-/// The operating system's version numbers, the real ones and not those of a compatibility setting.
-struct OsVersion {
-  unsigned major{0};
-  unsigned minor{0};
-  unsigned build{0};
-  bool ntFamily{true};
-  bool server{false};
-};
+namespace fonklav {
 
 /// What the program asks about its own process.
 class Process {

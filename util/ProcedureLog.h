@@ -23,6 +23,9 @@ class ProcedureLog {
 
   /// Writes the pending error to the error log under `module`; nothing when none is pending.
   virtual void ErrorLogNew(std::string_view module, LogArgs args) noexcept = 0;
+
+  /// Adds a line, stamped with date and time, to the log of that name under the data root ("\\log\\language.log").
+  virtual void WriteLine(std::string_view log, std::string_view line) noexcept = 0;
 };
 
 }  // namespace fonklav

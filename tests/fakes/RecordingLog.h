@@ -19,10 +19,14 @@ class RecordingLog : public ProcedureLog {
     errors.push_back(std::string(module) + " " + std::to_string(error.number) + " " + error.description);
     diagnostics_.pending.Clear();
   }
+  void WriteLine(std::string_view log, std::string_view line) noexcept override {
+    lines.push_back(std::string(log) + ": " + std::string(line));
+  }
 
   std::vector<std::string> errors;
   std::vector<std::string> steps;
   std::vector<std::string> telephony;
+  std::vector<std::string> lines;  ///< of logs of their own, as "name: line"
 
  private:
   Diagnostics& diagnostics_;

@@ -1,0 +1,86 @@
+#include "diag/ParamArray.h"
+
+#include <array>
+#include <charconv>
+
+#include "util/Text.h"
+
+namespace fonklav {
+namespace {
+
+constexpr const char* kFailed = "ERROR in GetStringFromParamArray";  // short enough to need little memory
+
+template <typename Number>
+std::string NumberText(Number number) {
+  std::array<char, 32> text{};
+  return {text.data(), std::to_chars(text.data(), text.data() + text.size(), number).ptr};
+}
+
+/// Renders one value that is not an array; an array within an array is like an object.
+struct Element {
+  std::string operator()(std::string_view text) const { return "S:" + std::string(text); }
+  std::string operator()(const std::string* text) const { return "S:" + *text; }
+  std::string operator()(bool flag) const { return flag ? "B:1" : "B:0"; }
+  std::string operator()(std::int64_t number) const { return "N:" + NumberText(number); }
+  std::string operator()(double number) const { return "N:" + NumberText(number); }
+  template <typename Other>
+  std::string operator()(const Other&) const {
+    return {};
+  }
+};
+
+/// Gathers values, those of an array one by one.
+class Gatherer {
+ public:
+  void operator()(std::span<const std::string> texts) {
+    for (const std::string& text : texts) Join(Element{}(&text));
+  }
+  void operator()(std::span<const LogArg> values) {
+    for (const LogArg& value : values) Join(std::visit(Element{}, value.Get()));
+  }
+  template <typename Single>
+  void operator()(const Single& value) {
+    Join(Element{}(value));
+  }
+
+  [[nodiscard]] const std::string& Text() const noexcept { return text_; }
+
+ private:
+  // A value that renders empty still takes its separator, but not at the front.
+  void Join(const std::string& value) {
+    if (!text_.empty()) text_ += ", ";
+    text_ += value;
+  }
+
+  std::string text_;
+};
+
+}  // namespace
+
+std::string GetStringFromParamArray(LogArgs args) noexcept {
+  try {
+    Gatherer gatherer;
+    for (const LogArg& argument : args) std::visit(gatherer, argument.Get());
+    if (gatherer.Text().empty()) return {};
+    return "(" + ReplaceAll(gatherer.Text(), kCrLf, "<CR>") + ")";
+  } catch (...) {
+    return kFailed;
+  }
+}
+
+std::string VisibleControls(const std::string& text) {
+  std::string visible;
+  visible.reserve(text.size());
+  for (const char c : text) {
+    const auto code = static_cast<unsigned char>(c);
+    if (code >= 32) {
+      visible += c;
+    } else {
+      visible += "#[" + NumberText(int{code});
+      visible += ']';
+    }
+  }
+  return visible;
+}
+
+}  // namespace fonklav

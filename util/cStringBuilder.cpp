@@ -1,0 +1,125 @@
+#include "util/cStringBuilder.h"
+
+#include <algorithm>
+#include <limits>
+
+#include "util/CaseFold.h"
+#include "util/Procedure.h"
+#include "util/RunTimeError.h"
+
+namespace fonklav {
+namespace {
+
+constexpr std::u16string_view kLineEnd = u"\r\n";
+constexpr std::size_t kMostCharacters = std::numeric_limits<std::int32_t>::max();
+
+/// Where a stretch ends. Both are taken as unsigned, so that their sum does not overflow at the middle of the range.
+constexpr std::uint32_t EndOf(std::int32_t position, std::int32_t length) {
+  return static_cast<std::uint32_t>(position) + static_cast<std::uint32_t>(length);
+}
+
+}  // namespace
+
+void cStringBuilder::ChunkSize(std::int32_t iChunkSize) {
+  TraceEntry(diagnostics_, "cStringBuilder.ChunkSize", {iChunkSize});
+  if (iChunkSize < 1) throw RunTimeError(ErrorNumber::InvalidPropertyValue);
+  chunkSize_ = iChunkSize;
+}
+
+std::u16string cStringBuilder::ToString() const {
+  return Procedure(diagnostics_, "cStringBuilder.ToString", {}, std::u16string{},
+                   [&](std::u16string& text) { text.assign(buffer_, 0, static_cast<std::size_t>(length_)); });
+}
+
+void cStringBuilder::Append(std::u16string_view sThis) {
+  Procedure(diagnostics_, "cStringBuilder.Append", {sThis.size()}, [&] {
+    Grow(sThis.size());
+    Put(sThis);
+  });
+}
+
+void cStringBuilder::AppendLine(std::u16string_view sThis) {
+  Procedure(diagnostics_, "cStringBuilder.AppendLine", {sThis.size()}, [&] {
+    Grow(sThis.size() + kLineEnd.size());
+    Put(sThis);
+    Put(kLineEnd);
+  });
+}
+
+void cStringBuilder::Insert(std::int32_t iIndex, std::u16string_view sThis) {
+  TraceEntry(diagnostics_, "cStringBuilder.Insert", {iIndex, sThis.size()});
+  if (iIndex < 0 || iIndex > length_) throw RunTimeError(ErrorNumber::SubscriptOutOfRange);
+  try {
+    Grow(sThis.size());
+  } catch (...) {
+    return HandleFault(diagnostics_, "cStringBuilder.Insert", {iIndex, sThis.size()});
+  }
+  const auto at = buffer_.begin() + iIndex;
+  const auto end = buffer_.begin() + length_;
+  std::move_backward(at, end, end + static_cast<std::ptrdiff_t>(sThis.size()));
+  std::ranges::copy(sThis, at);
+  length_ += static_cast<std::int32_t>(sThis.size());
+}
+
+void cStringBuilder::Remove(std::int32_t iIndex, std::int32_t lLen) {
+  TraceEntry(diagnostics_, "cStringBuilder.Remove", {iIndex, lLen});
+  const bool inside =
+      iIndex >= 0 && lLen >= 0 && iIndex <= length_ && EndOf(iIndex, lLen) <= static_cast<std::uint32_t>(length_);
+  if (!inside) throw RunTimeError(ErrorNumber::SubscriptOutOfRange);
+  const auto end = buffer_.begin() + length_;
+  std::fill(std::move(buffer_.begin() + iIndex + lLen, end, buffer_.begin() + iIndex), end, u' ');
+  length_ -= lLen;
+}
+
+std::int32_t cStringBuilder::Find(std::u16string_view sToFind, std::int32_t lStartIndex, TextCompare compare) const {
+  return Procedure(diagnostics_, "cStringBuilder.Find", {sToFind.size(), lStartIndex}, 0, [&](std::int32_t& position) {
+    const bool whole = lStartIndex < 1;
+    const std::size_t start = whole ? 0 : static_cast<std::size_t>(lStartIndex) - 1;
+    const std::size_t found = Position(sToFind, start, whole ? TextCompare::Binary : compare);
+    if (found + 1 < static_cast<std::size_t>(length_)) position = static_cast<std::int32_t>(found + 1);
+  });
+}
+
+std::size_t cStringBuilder::Position(std::u16string_view toFind, std::size_t start, TextCompare compare) const {
+  if (start >= buffer_.size()) return buffer_.size();
+  const auto equal = [compare](char16_t left, char16_t right) {
+    return compare == TextCompare::Text ? FoldCase(left) == FoldCase(right) : left == right;
+  };
+  const auto begin = buffer_.begin() + static_cast<std::ptrdiff_t>(start);
+  return static_cast<std::size_t>(std::search(begin, buffer_.end(), toFind.begin(), toFind.end(), equal) -
+                                  buffer_.begin());
+}
+
+void cStringBuilder::HeapMinimize() {
+  Procedure(diagnostics_, "cStringBuilder.HeapMinimize", {}, [&] {
+    const std::int32_t free = Capacity() - length_;
+    if (free <= chunkSize_) return;
+    const std::int32_t surplus = (free - 1) / chunkSize_ * chunkSize_;
+    buffer_.resize(buffer_.size() - static_cast<std::size_t>(surplus));
+    buffer_.shrink_to_fit();
+  });
+}
+
+void cStringBuilder::Clear() {
+  Procedure(diagnostics_, "cStringBuilder.Clear", {}, [&] {
+    std::fill(buffer_.begin(), buffer_.begin() + length_, u' ');
+    length_ = 0;
+  });
+}
+
+void cStringBuilder::Grow(std::size_t more) {
+  const std::size_t needed = static_cast<std::size_t>(length_) + more;
+  if (needed <= buffer_.size()) return;
+  const auto chunk = static_cast<std::size_t>(chunkSize_);
+  const std::size_t chunks = (needed - buffer_.size() + chunk - 1) / chunk;
+  const std::size_t grown = buffer_.size() + chunks * chunk;
+  if (more > kMostCharacters || grown > kMostCharacters) throw RunTimeError(ErrorNumber::OutOfMemory);
+  buffer_.resize(grown, u' ');
+}
+
+void cStringBuilder::Put(std::u16string_view text) {
+  std::ranges::copy(text, buffer_.begin() + length_);
+  length_ += static_cast<std::int32_t>(text.size());
+}
+
+}  // namespace fonklav

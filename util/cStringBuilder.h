@@ -1,0 +1,59 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "util/Diagnostics.h"
+
+namespace fonklav {
+
+/// How `cStringBuilder::Find` compares.
+enum class TextCompare : std::int32_t {
+  Binary = 0,
+  Text = 1,  ///< without regard to case
+};
+
+/// Collects text in a buffer that grows by whole chunks, so that building a long text does not copy it at every step.
+/// Lengths and positions are in 16-bit characters.
+class cStringBuilder {
+ public:
+  explicit cStringBuilder(Diagnostics& diagnostics) : diagnostics_(diagnostics) {}
+
+  [[nodiscard]] std::int32_t Length() const noexcept { return length_; }
+  /// Characters reserved, the content included.
+  [[nodiscard]] std::int32_t Capacity() const noexcept { return static_cast<std::int32_t>(buffer_.size()); }
+  [[nodiscard]] std::int32_t ChunkSize() const noexcept { return chunkSize_; }
+  /// The step by which the reserve grows from now on. Throws RunTimeError 380 for less than one character.
+  void ChunkSize(std::int32_t iChunkSize);
+  [[nodiscard]] std::u16string ToString() const;
+
+  void Append(std::u16string_view sThis);
+  /// Appends the text, if any, and CR LF.
+  void AppendLine(std::u16string_view sThis = {});
+  /// Inserts before the character at the 0-based position. Throws RunTimeError 9 for a position behind the end.
+  void Insert(std::int32_t iIndex, std::u16string_view sThis);
+  /// Removes `lLen` characters from the 0-based position on. Throws RunTimeError 9 when they are not all there.
+  void Remove(std::int32_t iIndex, std::int32_t lLen);
+  /// The 1-based position of a text, or 0. A start below 1 searches the whole buffer exactly; otherwise the search
+  /// begins at that 1-based position and compares as said. The blank reserve behind the content takes part, but a match
+  /// that begins at the last character of the content or behind it counts as none.
+  [[nodiscard]] std::int32_t Find(std::u16string_view sToFind, std::int32_t lStartIndex = 0,
+                                  TextCompare compare = TextCompare::Binary) const;
+  /// Gives back chunks while more than one of them is free.
+  void HeapMinimize();
+  /// Forgets the content and keeps the reserve.
+  void Clear();
+
+ private:
+  void Grow(std::size_t more);
+  void Put(std::u16string_view text);
+  [[nodiscard]] std::size_t Position(std::u16string_view toFind, std::size_t start, TextCompare compare) const;
+
+  Diagnostics& diagnostics_;
+  std::u16string buffer_;  ///< the content and, behind it, blanks
+  std::int32_t length_{0};
+  std::int32_t chunkSize_{8192};
+};
+
+}  // namespace fonklav
