@@ -33,16 +33,18 @@ void CheckListWindow::Attach(HWND list) {
 
 void CheckListWindow::Show(const std::vector<CheckList::Entry>& entries) {
   const Scope scope(showing_);
+  SendMessageW(list_, WM_SETREDRAW, FALSE, 0);
   RemoveGone(entries);
-  const bool grown = entries.size() > shown_.size();
   for (std::size_t index = 0; index < entries.size(); ++index) ShowEntry(index, entries[index]);
-  if (grown) FitColumn();
+  FitColumn();
+  SendMessageW(list_, WM_SETREDRAW, TRUE, 0);
 }
 
 void CheckListWindow::RemoveGone(const std::vector<CheckList::Entry>& entries) {
   if (entries.empty()) {
     SendMessageW(list_, LVM_DELETEALLITEMS, 0, 0);
     shown_.clear();
+    widest_ = 0;
   }
   // An entry out of the middle goes as such, so that the selection stays with its entry.
   for (std::size_t index = 0; shown_.size() > entries.size();) {
@@ -64,6 +66,7 @@ void CheckListWindow::ShowEntry(std::size_t index, const CheckList::Entry& entry
     item.iItem = static_cast<int>(index);
     item.pszText = text.data();
     SendMessageW(list_, fresh ? LVM_INSERTITEMW : LVM_SETITEMW, 0, reinterpret_cast<LPARAM>(&item));
+    Measure(text);
   }
   if (fresh || shown_[index].ticked != entry.ticked) ShowTick(index, entry.ticked);
   if (fresh) {
@@ -78,13 +81,24 @@ void CheckListWindow::ShowTick(std::size_t index, bool ticked) {
   SendMessageW(list_, LVM_SETITEMSTATE, index, reinterpret_cast<LPARAM>(&item));
 }
 
+void CheckListWindow::Measure(const std::wstring& text) {
+  const LRESULT width = SendMessageW(list_, LVM_GETSTRINGWIDTHW, 0, reinterpret_cast<LPARAM>(text.c_str()));
+  // The check box stands before the text and there is a margin around both.
+  widest_ = std::max(widest_, static_cast<int>(width) + 2 * GetSystemMetrics(SM_CXSMICON));
+}
+
 void CheckListWindow::FitColumn() {
   RECT inner{};
   GetClientRect(list_, &inner);
-  SendMessageW(list_, LVM_SETCOLUMNWIDTH, 0, LVSCW_AUTOSIZE);
-  const LRESULT needed = SendMessageW(list_, LVM_GETCOLUMNWIDTH, 0, 0);
   // At least the whole width, so that a click anywhere in a row finds its entry.
-  SendMessageW(list_, LVM_SETCOLUMNWIDTH, 0, std::max<LRESULT>(needed, inner.right));
+  const int width = std::max<int>(widest_, inner.right);
+  if (SendMessageW(list_, LVM_GETCOLUMNWIDTH, 0, 0) != width) SendMessageW(list_, LVM_SETCOLUMNWIDTH, 0, width);
+}
+
+void CheckListWindow::Rescaled() {
+  widest_ = 0;
+  for (const CheckList::Entry& entry : shown_) Measure(Wide(entry.text));
+  FitColumn();
 }
 
 void CheckListWindow::OnNotify(const NMHDR& header, FormInput& input) {

@@ -4,6 +4,7 @@
 
 #include <commctrl.h>
 
+#include <string>
 #include <vector>
 
 #include "app/Controls.h"
@@ -20,18 +21,21 @@ class CheckListWindow {
   /// Shows these entries, changing only what differs from what is shown.
   void Show(const std::vector<CheckList::Entry>& entries);
   /// To be called when the list has got another size or font.
-  void FitColumn();
+  void Rescaled();
   void OnNotify(const NMHDR& header, FormInput& input);
 
  private:
   void RemoveGone(const std::vector<CheckList::Entry>& entries);
   void ShowEntry(std::size_t index, const CheckList::Entry& entry);
   void ShowTick(std::size_t index, bool ticked);
+  void Measure(const std::wstring& text);
+  void FitColumn();
   void OnItemChanged(const NMLISTVIEW& change, FormInput& input);
   void OnMouseClick(const NMITEMACTIVATE& click, FormInput& input);
 
   HWND list_{nullptr};  ///< not owned: the dialog's child
   std::vector<CheckList::Entry> shown_;
+  int widest_{0};  ///< the width that the longest entry so far needs
   bool showing_{false};
 };
 

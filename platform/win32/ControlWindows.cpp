@@ -41,14 +41,16 @@ DWORD StyleOf(ControlId id) {
   return 0;
 }
 
-LRESULT CALLBACK BoxProc(HWND box, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id,
-                         DWORD_PTR input) noexcept {
+LRESULT CALLBACK BoxProc(HWND box, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id, DWORD_PTR input) noexcept {
   if (message == WM_CHAR) {
     reinterpret_cast<FormInput*>(input)->KeyPress(static_cast<ControlId>(id), static_cast<int>(wParam));
   }
   const LRESULT result = DefSubclassProc(box, message, wParam, lParam);
-  // A box of several lines asks for every key; Tab, Enter and Esc are the dialog's all the same.
-  return message == WM_GETDLGCODE ? result & ~LRESULT{DLGC_WANTALLKEYS} : result;
+  const bool lines = (GetWindowLongW(box, GWL_STYLE) & ES_MULTILINE) != 0;
+  if (message != WM_GETDLGCODE || !lines) return result;
+  // A box of several lines asks for every key, and to be selected as a whole when the keyboard comes to it. Tab, Enter
+  // and Esc are the dialog's all the same, and the newest line stays in sight.
+  return result & ~LRESULT{DLGC_WANTALLKEYS | DLGC_HASSETSEL};
 }
 
 void PrepareBox(HWND box, ControlId id, FormInput& input) {
@@ -75,9 +77,9 @@ std::optional<ControlId> ControlOfDialogId(int dialogId) {
 
 void MakeControl(HWND dialog, ControlId id, FormInput& input) {
   const KindRow& kind = kKinds.at(static_cast<std::size_t>(LayoutOf(id).kind));
-  const HWND window = CreateWindowExW(
-      kind.extendedStyle, kind.className, L"", WS_CHILD | kind.style | StyleOf(id), 0, 0, 0, 0, dialog,
-      reinterpret_cast<HMENU>(static_cast<UINT_PTR>(DialogIdOf(id))), GetWindowInstance(dialog), nullptr);
+  const HWND window = CreateWindowExW(kind.extendedStyle, kind.className, L"", WS_CHILD | kind.style | StyleOf(id), 0,
+                                      0, 0, 0, dialog, reinterpret_cast<HMENU>(static_cast<UINT_PTR>(DialogIdOf(id))),
+                                      GetWindowInstance(dialog), nullptr);
   if (window == nullptr) throw std::runtime_error("a control could not be made");
   if (kind.className == std::wstring_view(WC_EDITW)) PrepareBox(window, id, input);
 }

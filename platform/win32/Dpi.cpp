@@ -25,8 +25,7 @@ unsigned SystemDpi() noexcept {
 LOGFONTW MessageFont(unsigned dpi) noexcept {
   NONCLIENTMETRICSW metrics{};
   metrics.cbSize = sizeof metrics;
-  const auto query =
-      SystemFunction<BOOL(WINAPI*)(UINT, UINT, PVOID, UINT, UINT)>(kUser, "SystemParametersInfoForDpi");
+  const auto query = SystemFunction<BOOL(WINAPI*)(UINT, UINT, PVOID, UINT, UINT)>(kUser, "SystemParametersInfoForDpi");
   if (query != nullptr && query(SPI_GETNONCLIENTMETRICS, metrics.cbSize, &metrics, 0, dpi) != FALSE) {
     return metrics.lfMessageFont;
   }

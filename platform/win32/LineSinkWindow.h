@@ -6,8 +6,9 @@ namespace fonklav {
 
 class LineMessageSink;
 
-/// Remembers for the line callback who wants to hear it. Telephony hands its callback no context that belongs to a whole
-/// registration; but it calls it on the thread that registered, so a hidden window of that thread can hold the context.
+/// Remembers for the line callback who wants to hear it. Telephony hands its callback no context that belongs to a
+/// whole registration; but it calls it on the thread that registered, so a hidden window of that thread can hold the
+/// context.
 class LineSinkWindow {
  public:
   LineSinkWindow() = default;

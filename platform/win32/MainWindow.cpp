@@ -97,7 +97,7 @@ void MainWindow::Scale() {
   UniqueFont font{CreateFontIndirectW(&description)};
   PlaceAll(window_.Get(), Dpi(), font.Get());
   font_ = std::move(font);  // the old one goes when no control uses it any more
-  list_.FitColumn();
+  list_.Rescaled();
   InvalidateRect(window_.Get(), nullptr, TRUE);
 }
 

@@ -22,8 +22,8 @@ class MainWindow final : public FormView {
   ~MainWindow() override { Destroy(); }
 
   /// Makes the window, hidden. `controls` and `input` must live until Destroy or until the form has unloaded.
-  /// `sessionEnded` is called when Windows ends the session, after the form has unloaded; the process may end as soon as
-  /// it returns. Throws std::runtime_error when the system refuses.
+  /// `sessionEnded` is called when Windows ends the session, after the form has unloaded; the process may end as soon
+  /// as it returns. Throws std::runtime_error when the system refuses.
   void Create(FormControls& controls, FormInput& input, std::function<void()> sessionEnded);
   /// Takes the window away; the program hears no more of it. May be called again.
   void Destroy() noexcept;

@@ -69,8 +69,7 @@ std::int32_t Win32Telephony::lineOpen(HLINEAPP lineApp, std::uint32_t deviceId, 
 
 std::int32_t Win32Telephony::lineClose(HLINE line) { return library_.Call("lineClose", Word(line)); }
 
-std::int32_t Win32Telephony::lineMakeCall(HLINE line, HCALL& call, const char* destAddress,
-                                          std::uint32_t countryCode) {
+std::int32_t Win32Telephony::lineMakeCall(HLINE line, HCALL& call, const char* destAddress, std::uint32_t countryCode) {
   return library_.Call("lineMakeCallA", Word(line), WordAt(call), destAddress, Word(countryCode), kNone);
 }
 
