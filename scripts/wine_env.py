@@ -82,6 +82,8 @@ class WineEnv:
         print("Making a Wine prefix (about 10 seconds, once)", flush=True)
         shutil.rmtree(self.prefix, ignore_errors=True)
         self._wine("wineboot", "-i")
+        # The signs on the buttons of a caption are letters of this font, which Wine finds in the prefix only.
+        shutil.copy("/usr/share/wine/fonts/marlett.ttf", self.drive_c("windows", "Fonts"))
         # Without a window manager Wine draws frame and caption itself, if it is told that there is none.
         self.set_registry(r"HKCU\Software\Wine\X11 Driver", "Managed", "REG_SZ", "N")
         subprocess.run(["wineserver", "-w"], env=self.environ(), check=True)
