@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <map>
+#include <optional>
 #include <set>
 #include <string>
 
@@ -10,18 +11,25 @@
 
 namespace fonklav::test {
 
-/// Files in memory. Names are compared without regard to ASCII case; folders are made by hand, and faults too.
+/// Files in memory. Names are compared without regard to ASCII case; folders are made by hand, and faults too. A test
+/// can also kill the program in the middle of a change: from then on nothing reaches the disk any more.
 class FakeFileSystem : public FileSystem {
  public:
   [[nodiscard]] std::optional<std::uint32_t> GetAttributesA(const std::string& path) const override {
+    ++attributeReads;
     if (folders.contains(Key(path))) return kFileAttributeDirectory;
+    if (const auto own = attributes.find(Key(path)); own != attributes.end()) return own->second;
     if (files.contains(Key(path))) return 0x20;
     return std::nullopt;
   }
   [[nodiscard]] std::optional<std::uint32_t> GetAttributesW(const std::string& path) const override {
+    ++wideReads;
     return GetAttributesA(path);
   }
-  bool DeleteA(const std::string& path) override { return files.erase(Key(path)) != 0; }
+  bool DeleteA(const std::string& path) override {
+    ++deletions;
+    return !faults.contains(Key(path)) && files.erase(Key(path)) != 0;
+  }
   [[nodiscard]] std::string Read(const std::string& path) const override {
     CheckOpen(path);
     const auto found = files.find(Key(path));
@@ -34,13 +42,21 @@ class FakeFileSystem : public FileSystem {
   }
   void Write(const std::string& path, std::string_view bytes) override {
     CheckOpen(path);
-    files[Key(path)] = bytes;
+    if (Alive()) files[Key(path)].clear();
+    if (Alive()) files[Key(path)] = bytes;
   }
   void Append(const std::string& path, std::string_view bytes) override {
     CheckOpen(path);
-    files[Key(path)] += bytes;
+    if (Alive()) files[Key(path)] += bytes;
   }
-  void Replace(const std::string& path, std::string_view bytes) override { Write(path, bytes); }
+  void Replace(const std::string& path, std::string_view bytes) override {
+    CheckOpen(path);
+    const std::string beside = Key(path) + ".new";
+    Write(beside, bytes);
+    if (!Alive()) return;
+    files[Key(path)] = bytes;
+    files.erase(beside);
+  }
 
   static std::string Key(std::string path) {
     std::ranges::transform(path, path.begin(),
@@ -50,15 +66,26 @@ class FakeFileSystem : public FileSystem {
 
   std::map<std::string, std::string> files;
   std::set<std::string> folders;
-  std::map<std::string, ErrorNumber> faults;  ///< opening this file raises this
+  std::map<std::string, std::uint32_t> attributes;  ///< of files that have others than the usual
+  std::map<std::string, ErrorNumber> faults;        ///< opening this file raises this
+  std::optional<int> stepsToLive;                   ///< single changes of the disk until the program is killed
+  mutable int opens{0};
+  mutable int attributeReads{0};
+  mutable int wideReads{0};
+  int deletions{0};
 
  private:
   void CheckOpen(const std::string& path) const {
+    ++opens;
     const std::string key = Key(path);
     if (const auto fault = faults.find(key); fault != faults.end()) throw RunTimeError(fault->second);
     if (folders.contains(key)) throw RunTimeError(ErrorNumber::PathFileAccessError);
     const auto slash = key.find_last_of('\\');
     if (!folders.contains(key.substr(0, slash))) throw RunTimeError(ErrorNumber::PathNotFound);
+  }
+  bool Alive() {
+    if (!stepsToLive) return true;
+    return *stepsToLive > 0 && (*stepsToLive)-- > 0;
   }
 };
 

@@ -1,6 +1,11 @@
 #pragma once
 
+#include <algorithm>
 #include <cstring>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "platform/PrivateProfile.h"
 #include "tests/fakes/FakeFileSystem.h"
@@ -8,14 +13,16 @@
 
 namespace fonklav::test {
 
-/// The private-profile functions over the files in memory.
+/// The private-profile functions over the files in memory, by the rules that Windows goes by: names without regard to
+/// case, the first of two like names counts, ";" begins a comment line, one pair of quotes around a value is taken off,
+/// what a value is written as is not changed, folders are never made.
 class FakePrivateProfile : public PrivateProfile {
  public:
   explicit FakePrivateProfile(FakeFileSystem& files) : files_(files) {}
 
   std::uint32_t GetString(const std::string& section, const std::string& key, const std::string& defaultValue,
                           std::span<char> buffer, const std::string& file) const override {
-    const std::string value = Find(section, key, file).value_or(defaultValue);
+    const std::string value = Find(section, key, file).value_or(WithoutBlanksBehind(defaultValue));
     const std::size_t count = std::min(value.size(), buffer.size() - 1);
     std::memcpy(buffer.data(), value.data(), count);
     buffer[count] = 0;
@@ -24,53 +31,76 @@ class FakePrivateProfile : public PrivateProfile {
   [[nodiscard]] std::int32_t GetInt(const std::string& section, const std::string& key, std::int32_t defaultValue,
                                     const std::string& file) const override {
     const auto value = Find(section, key, file);
-    return value && !value->empty() ? static_cast<std::int32_t>(std::strtoll(value->c_str(), nullptr, 10))
-                                    : defaultValue;
+    if (!value || value->empty()) return defaultValue;
+    const bool negative = value->front() == '-';
+    std::uint32_t number = 0;  // wraps, as on Windows
+    for (std::size_t at = negative || value->front() == '+' ? 1 : 0; at < value->size(); ++at) {
+      if (value->at(at) < '0' || value->at(at) > '9') break;
+      number = number * 10 + static_cast<std::uint32_t>(value->at(at) - '0');
+    }
+    return static_cast<std::int32_t>(negative ? 0 - number : number);
   }
   bool WriteString(const std::string& section, const std::string& key, const std::string& value,
                    const std::string& file) override {
-    const auto slash = file.find_last_of('\\');
-    if (!files_.folders.contains(FakeFileSystem::Key(file.substr(0, slash)))) return false;
-    std::vector<std::string> lines = Split(files_.files[FakeFileSystem::Key(file)], kCrLf);
-    if (lines.back().empty()) lines.pop_back();
-    std::size_t at = 0;
-    while (at < lines.size() && !IsSection(lines[at], section)) ++at;
-    if (at == lines.size()) lines.push_back("[" + section + "]");
-    std::size_t end = at + 1;
-    while (end < lines.size() && !lines[end].starts_with('[') && !IsKey(lines[end], key)) ++end;
-    if (end < lines.size() && IsKey(lines[end], key)) {
-      lines[end] = key + "=" + value;
+    std::vector<std::string> lines = Lines(file);
+    auto at = std::ranges::find_if(lines, [&](const auto& line) { return IsSection(line, section); });
+    if (at == lines.end()) at = lines.insert(lines.end(), "[" + Blankless(section) + "]");
+    const auto isNext = [&](const auto& line) { return Trimmed(line).starts_with('[') || IsKey(line, key); };
+    at = std::find_if(at + 1, lines.end(), isNext);
+    if (at != lines.end() && IsKey(*at, key)) {
+      *at = at->substr(0, at->find('=')) + "=" + value;
     } else {
-      lines.insert(lines.begin() + static_cast<std::ptrdiff_t>(end), key + "=" + value);
+      lines.insert(at, Blankless(key) + "=" + value);
     }
     std::string text;
-    for (const auto& line : lines) text += line + std::string(kCrLf);
-    files_.files[FakeFileSystem::Key(file)] = text;
+    for (const auto& line : lines) text.append(line).append(kCrLf);
+    try {
+      files_.Write(file, text);
+    } catch (const RunTimeError&) {
+      return false;
+    }
     return true;
   }
 
  private:
+  static std::string Trimmed(std::string_view text) {
+    const auto first = text.find_first_not_of(" \t\v");
+    if (first == std::string_view::npos) return {};
+    return std::string(text.substr(first, text.find_last_not_of(" \t\v") - first + 1));
+  }
+  static std::string Blankless(const std::string& name) { return std::string(TrimBlanks(name)); }
+  static std::string WithoutBlanksBehind(std::string text) { return text.erase(text.find_last_not_of(' ') + 1); }
+  static bool SameName(std::string_view inFile, const std::string& asked) {
+    return FakeFileSystem::Key(Trimmed(inFile)) == FakeFileSystem::Key(Blankless(asked));
+  }
   static bool IsSection(const std::string& line, const std::string& section) {
-    return FakeFileSystem::Key(line) == "[" + FakeFileSystem::Key(section) + "]";
+    const std::string text = Trimmed(line);
+    return text.starts_with('[') && SameName(text.substr(1, text.find(']') - 1), section);
   }
   static bool IsKey(const std::string& line, const std::string& key) {
     const auto equals = line.find('=');
-    return equals != std::string::npos &&
-           FakeFileSystem::Key(std::string(TrimBlanks(line.substr(0, equals)))) == FakeFileSystem::Key(key);
+    return equals != std::string::npos && !Trimmed(line).starts_with(';') && SameName(line.substr(0, equals), key);
+  }
+  static std::string Unquoted(std::string value) {
+    const bool quoted = value.size() >= 2 && value.front() == value.back() && std::strchr("\"'", value.front());
+    return quoted ? value.substr(1, value.size() - 2) : value;
+  }
+  [[nodiscard]] std::vector<std::string> Lines(const std::string& file) const {
+    const auto found = files_.files.find(FakeFileSystem::Key(file));
+    if (found == files_.files.end() || found->second.empty()) return {};
+    std::vector<std::string> lines = Split(ReplaceAll(found->second, kCrLf, "\n"), "\n");
+    if (lines.back().empty()) lines.pop_back();
+    return lines;
   }
   [[nodiscard]] std::optional<std::string> Find(const std::string& section, const std::string& key,
                                                 const std::string& file) const {
-    const auto found = files_.files.find(FakeFileSystem::Key(file));
-    if (found == files_.files.end()) return std::nullopt;
     bool inside = false;
-    for (const auto& line : Split(found->second, kCrLf)) {
-      if (line.starts_with('[')) {
+    for (const auto& line : Lines(file)) {
+      if (Trimmed(line).starts_with('[')) {
         if (inside) break;
         inside = IsSection(line, section);
       } else if (inside && IsKey(line, key)) {
-        std::string value(TrimBlanks(std::string_view(line).substr(line.find('=') + 1)));
-        if (value.size() >= 2 && value.front() == '"' && value.back() == '"') value = value.substr(1, value.size() - 2);
-        return value;
+        return Unquoted(Trimmed(line.substr(line.find('=') + 1)));
       }
     }
     return std::nullopt;

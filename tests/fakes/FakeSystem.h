@@ -1,0 +1,49 @@
+#pragma once
+
+#include <string>
+
+#include "platform/Ports.h"
+#include "sim/SimTelephony.h"
+#include "tests/fakes/FakeClock.h"
+#include "tests/fakes/FakeCodePage.h"
+#include "tests/fakes/FakeDdeTransport.h"
+#include "tests/fakes/FakeFileSystem.h"
+#include "tests/fakes/FakeIconPainter.h"
+#include "tests/fakes/FakeMessageBoxes.h"
+#include "tests/fakes/FakeMessageLoop.h"
+#include "tests/fakes/FakeNumberLocale.h"
+#include "tests/fakes/FakePrivateProfile.h"
+#include "tests/fakes/FakeProcess.h"
+#include "tests/fakes/FakeShellFolders.h"
+
+namespace fonklav::test {
+
+/// A German computer with the suite in "C:\Rufmon" and its data among the common application data.
+struct FakeSystem {
+  explicit FakeSystem(const std::string& scenario = {}) : telephony(Scenario::Parse(scenario)) {
+    files.folders = {"c:\\programdata\\rufmon\\data", "c:\\programdata\\rufmon\\log", "c:\\rufmon", "c:\\rufmon\\base"};
+  }
+  FakeSystem(const FakeSystem&) = delete;
+  FakeSystem& operator=(const FakeSystem&) = delete;
+
+  Ports AllPorts() {
+    return {clock, codePage, dde, files, icons, boxes, loop, locale, profile, process, shell, telephony};
+  }
+  /// A file by its full path; reading one that is missing makes it.
+  std::string& File(const std::string& path) { return files.files[FakeFileSystem::Key(path)]; }
+
+  FakeClock clock;
+  FakeCodePage codePage;
+  FakeDdeTransport dde;
+  FakeFileSystem files;
+  FakeIconPainter icons;
+  FakeMessageBoxes boxes;
+  FakeMessageLoop loop;
+  FakeNumberLocale locale;
+  FakePrivateProfile profile{files};
+  FakeProcess process;
+  FakeShellFolders shell;
+  SimTelephony telephony;
+};
+
+}  // namespace fonklav::test

@@ -1,0 +1,90 @@
+#include "util/Procedure.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <new>
+#include <stdexcept>
+
+#include "tests/fakes/RecordingLog.h"
+#include "util/RunTimeError.h"
+
+namespace fonklav {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+struct Watched {
+  Watched() {
+    auto recording = std::make_unique<test::RecordingLog>(diagnostics);
+    log = recording.get();
+    diagnostics.log = std::move(recording);
+    diagnostics.handlersArmed = true;
+  }
+  Diagnostics diagnostics;
+  test::RecordingLog* log;
+};
+
+TEST(Procedure, ReturnsWhatItHoldsWhenItFails) {
+  Watched watched;
+  const int held = Procedure(watched.diagnostics, "clsX.Half", {}, 0, [](int& result) {
+    result = 41;
+    if (result > 0) throw RunTimeError(ErrorNumber::SubscriptOutOfRange);
+    result = 42;
+  });
+  EXPECT_EQ(held, 41);
+  EXPECT_THAT(watched.log->errors, ElementsAre("clsX.Half 9 Subscript out of range"));
+}
+
+TEST(Procedure, WhateverIsThrownEndsInTheLog) {
+  Watched watched;
+  const auto fail = [&](auto error) { Procedure(watched.diagnostics, "modY.Do", {}, [&] { throw error; }); };
+  fail(RunTimeError(ErrorNumber::FileNotFound));
+  fail(RunTimeError(ErrorNumber::PermissionDenied, "Held by another program"));
+  fail(RunTimeError(static_cast<ErrorNumber>(31037)));
+  fail(std::bad_alloc());
+  fail(std::runtime_error("library"));
+  fail(7);
+  EXPECT_THAT(watched.log->errors,
+              ElementsAre("modY.Do 53 File not found", "modY.Do 70 Held by another program",
+                          "modY.Do 31037 Application-defined or object-defined error", "modY.Do 7 Out of memory",
+                          "modY.Do 1000 library", "modY.Do 1000 Unknown exception"));
+}
+
+TEST(Procedure, HasOneNameInTheTraceAndAnotherInTheErrorLog) {
+  Watched watched;
+  watched.diagnostics.traceMode = true;
+  const ProcedureName name{"clsFiles.MakeFile", "clsFiles_MakeFile"};
+  Procedure(watched.diagnostics, name, {}, [] { throw RunTimeError(ErrorNumber::DiskFull); });
+  EXPECT_THAT(watched.log->steps, ElementsAre("clsFiles.MakeFile"));
+  EXPECT_THAT(watched.log->errors, ElementsAre("clsFiles_MakeFile 61 Disk full"));
+}
+
+TEST(Procedure, BeforeStartUpHasComeSoFar) {
+  Watched unarmed;
+  unarmed.diagnostics.handlersArmed = false;
+  EXPECT_THROW(Procedure(unarmed.diagnostics, "x", {}, [] { throw RunTimeError(ErrorNumber::Overflow); }),
+               RunTimeError);
+  EXPECT_THAT(unarmed.log->errors, IsEmpty());
+
+  Watched withoutLog;
+  withoutLog.diagnostics.log.reset();
+  withoutLog.diagnostics.traceMode = true;
+  Procedure(withoutLog.diagnostics, "x", {}, [] { throw RunTimeError(ErrorNumber::Overflow); });
+  EXPECT_EQ(withoutLog.diagnostics.pending.number, 0) << "an error that nobody reads must not wait for the next";
+}
+
+TEST(Procedure, RemembersTheSourceLine) {
+  Diagnostics diagnostics;
+  const int line = __LINE__ + 2;
+  try {
+    throw RunTimeError(ErrorNumber::TypeMismatch);
+  } catch (...) {
+    CapturePendingError(diagnostics);
+  }
+  EXPECT_EQ(diagnostics.pending.line, line);
+}
+
+}  // namespace
+}  // namespace fonklav

@@ -1,0 +1,86 @@
+#include "util/Text.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "util/CaseFold.h"
+
+namespace fonklav {
+namespace {
+
+using testing::ElementsAre;
+
+struct NumberRow {
+  const char* text;
+  bool german;
+  bool english;
+};
+
+/// What reads as a number decides whether an argument is dialed and whether a setting is a folder.
+constexpr NumberRow kNumbers[] = {
+    {"0", true, true},          {"0301234567", true, true}, {" 12 ", true, true},       {"+49", true, true},
+    {"-1", true, true},         {"1-", true, true},         {"1+", true, true},         {"1.234,5", true, false},
+    {"1,234.5", false, true},   {"1234,5", true, true},     {",5", true, false},        {".5", false, true},
+    {"5,", true, true},         {"1,2,3", false, true},     {"1.2.3", true, false},     {"00", true, true},
+    {"", false, false},         {" ", false, false},        {"-", false, false},        {"+-1", false, false},
+    {"-1-", false, false},      {"--1", false, false},      {"- 1", false, false},      {"1 2", false, false},
+    {"12a", false, false},      {"a12", false, false},      {"1e5", false, false},      {"0x1F", false, false},
+    {"4+9", false, false},      {"(030)", false, false},    {"030/1234", false, false}, {"1,2.3", false, true},
+    {"\t1", false, false},      {"1\n", false, false},      {",", false, false},        {"\xC3\xA4", false, false},
+    {"C:\\Daten", false, false}};
+
+TEST(IsNumeric, GoesByTheLocale) {
+  const NumberSeparators german{",", "."};
+  const NumberSeparators english{".", ","};
+  for (const NumberRow& row : kNumbers) {
+    EXPECT_EQ(IsNumeric(row.text, german), row.german) << '"' << row.text << "\" in German";
+    EXPECT_EQ(IsNumeric(row.text, english), row.english) << '"' << row.text << "\" in English";
+  }
+}
+
+TEST(IsNumeric, SeparatorsOfSeveralBytesAndNone) {
+  const NumberSeparators french{",", "\xE2\x80\xAF"};  // the narrow no-break space
+  EXPECT_TRUE(
+      IsNumeric("1\xE2\x80\xAF"
+                "234,5",
+                french));
+  EXPECT_FALSE(
+      IsNumeric("1\xE2\x80"
+                "234",
+                french));
+  EXPECT_TRUE(IsNumeric("1234", NumberSeparators{"", ""}));
+  EXPECT_FALSE(IsNumeric("1.5", NumberSeparators{"", ""}));
+}
+
+TEST(Text, Pieces) {
+  EXPECT_THAT(Split("a||b|", "|"), ElementsAre("a", "", "b", ""));
+  EXPECT_THAT(Split("", "|"), ElementsAre(""));
+  EXPECT_EQ(ReplaceAll("aaa", "aa", "b"), "ba");
+  EXPECT_EQ(ReplaceAll("<CR><CR>x", "<CR>", "<CR><CR>"), "<CR><CR><CR><CR>x");
+  EXPECT_EQ(ReplaceAll("abc", "", "x"), "abc");
+  EXPECT_EQ(WithoutNul(std::string_view("\0a\0b\0", 5)), "ab");
+  EXPECT_EQ(TrimBlanks("  a b\t "), "a b\t");
+  EXPECT_EQ(TrimBlanks("   "), "");
+  EXPECT_EQ(CharacterCount("Größe €"), 7U);
+}
+
+TEST(FoldCase, LettersOfOurUsersAndNothingElse) {
+  EXPECT_EQ(FoldCase("ÄÖÜ Straße ÉÇ"), "äöü straße éç");
+  EXPECT_EQ(FoldCase("ŠĐŽŸŁ ΑΩ ЯЁ"), "šđžÿł αω яё");
+  EXPECT_EQ(FoldCase("×÷[]@{1}€"), "×÷[]@{1}€");
+  // Bytes that are no UTF-8 must survive: keys come from files.
+  EXPECT_EQ(FoldCase("\xC3"), "\xC3");
+  EXPECT_EQ(FoldCase("\xFF\xC3"
+                     "A\x80"),
+            "\xFF\xC3"
+            "a\x80");
+  for (char32_t c = 0; c < 0x10000; ++c) {
+    const char16_t once = FoldCase(static_cast<char16_t>(c));
+    ASSERT_EQ(FoldCase(once), once) << "folding is not settled for " << static_cast<std::uint32_t>(c);
+    ASSERT_EQ(c < 0x80, once < 0x80);
+    ASSERT_EQ(c < 0x800, once < 0x800) << "a folded letter must take as many bytes";
+  }
+}
+
+}  // namespace
+}  // namespace fonklav
