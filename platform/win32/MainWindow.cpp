@@ -4,6 +4,7 @@
 #include <stdexcept>
 #include <vector>
 
+#include "platform/win32/ControlLabels.h"
 #include "platform/win32/ControlWindows.h"
 #include "platform/win32/Dpi.h"
 #include "platform/win32/Scope.h"
@@ -61,6 +62,7 @@ void MainWindow::Create(FormControls& controls, FormInput& input, std::function<
   window_.Reset(CreateDialogIndirectParamW(instance_, &empty.head, nullptr, &DialogProc, 0));
   if (!window_) throw std::runtime_error("the window could not be made");
   SetWindowLongPtrW(window_.Get(), GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+  dpi_ = DpiOf(window_.Get());
   KeepFromScaling(window_.Get());
   SetIcons();
   MakeControls();
@@ -93,12 +95,12 @@ void MainWindow::SetIcons() {
 }
 
 void MainWindow::Scale() {
-  const LOGFONTW description = MessageFont(Dpi());
+  const LOGFONTW description = MessageFont(dpi_);
   UniqueFont font{CreateFontIndirectW(&description)};
-  PlaceAll(window_.Get(), Dpi(), font.Get());
+  PlaceAll(window_.Get(), dpi_, font.Get());
   font_ = std::move(font);  // the old one goes when no control uses it any more
   list_.Rescaled();
-  InvalidateRect(window_.Get(), nullptr, TRUE);
+  RedrawWindow(window_.Get(), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
 }
 
 void MainWindow::ControlChanged(ControlId id) {
@@ -122,8 +124,17 @@ void MainWindow::ShowControl(const LayoutRow& row) {
       ShowText(window, text);
     }
     toolTip_.Show(window, Wide(control->ToolTip()));
+    NameBoxes(row.id, text);
   }
   ShowState(window, control == nullptr || control->Enabled(), IsShown(*controls_, row.id));
+}
+
+void MainWindow::NameBoxes(ControlId label, const std::wstring& caption) const {
+  std::wstring name = caption;
+  std::erase(name, L'&');
+  for (const LayoutRow& row : Layout()) {
+    if (LabelOf(row.id) == label) accessibleNames_.Set(ControlOf(row.id), name);
+  }
 }
 
 void MainWindow::ShowState(HWND control, bool enabled, bool shown) {
@@ -149,7 +160,7 @@ PixelRect MainWindow::WantedPlace() const {
   const FormWindow& form = controls_->form;
   const int left = PositionToPixels(form.Left(), SystemDpi());
   const int top = PositionToPixels(form.Top(), SystemDpi());
-  return {left, top, left + LengthToPixels(form.Width(), Dpi()), top + LengthToPixels(form.Height(), Dpi())};
+  return {left, top, left + LengthToPixels(form.Width(), dpi_), top + LengthToPixels(form.Height(), dpi_)};
 }
 
 void MainWindow::Place() {
@@ -200,8 +211,6 @@ void MainWindow::Unloaded() {
 }
 
 HWND MainWindow::ControlOf(ControlId id) const { return GetDlgItem(window_.Get(), DialogIdOf(id)); }
-
-unsigned MainWindow::Dpi() const { return DpiOf(window_.Get()); }
 
 bool MainWindow::Takes(MSG& message) const { return window_ && IsDialogMessageW(window_.Get(), &message) != FALSE; }
 

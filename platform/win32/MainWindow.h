@@ -5,6 +5,7 @@
 #include <functional>
 
 #include "app/FormView.h"
+#include "platform/win32/AccessibleNames.h"
 #include "platform/win32/CheckListWindow.h"
 #include "platform/win32/Handles.h"
 #include "platform/win32/ToolTip.h"
@@ -48,7 +49,7 @@ class MainWindow final : public FormView {
   INT_PTR OnMoved();
   INT_PTR OnResized(WPARAM how);
   INT_PTR OnLimits(MINMAXINFO& limits) const;
-  INT_PTR OnDpiChanged(const RECT& suggested);
+  INT_PTR OnDpiChanged(unsigned dpi, const RECT* suggested);
   INT_PTR OnSettingChanged(WPARAM which);
   INT_PTR OnBoxColors(HDC context, HWND box) const;
   INT_PTR OnLostFocus(HWND control) const;
@@ -58,11 +59,11 @@ class MainWindow final : public FormView {
   void Scale();
   void SetIcons();
   void ShowControl(const LayoutRow& row);
+  void NameBoxes(ControlId label, const std::wstring& caption) const;
   void ShowState(HWND control, bool enabled, bool shown);
   void Place();
   void ShowForm(bool visible);
   [[nodiscard]] HWND ControlOf(ControlId id) const;
-  [[nodiscard]] unsigned Dpi() const;
   [[nodiscard]] PixelRect WantedPlace() const;
 
   HINSTANCE instance_;
@@ -75,6 +76,8 @@ class MainWindow final : public FormView {
   UniqueWindow window_;  ///< goes before the font and the icons that it shows
   CheckListWindow list_;
   ToolTip toolTip_;
+  AccessibleNames accessibleNames_;
+  unsigned dpi_{kNormalDpi};  ///< of the screen that shows the window
   bool showing_{false};  ///< the program's changes are being shown: what the controls say meanwhile is no user's doing
 };
 

@@ -35,7 +35,7 @@ INT_PTR MainWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_GETMINMAXINFO:
       return OnLimits(*reinterpret_cast<MINMAXINFO*>(lParam));
     case WM_DPICHANGED:
-      return OnDpiChanged(*reinterpret_cast<const RECT*>(lParam));
+      return OnDpiChanged(LOWORD(wParam), reinterpret_cast<const RECT*>(lParam));
     case WM_SETTINGCHANGE:
       return OnSettingChanged(wParam);
     case WM_CTLCOLORSTATIC:
@@ -88,7 +88,7 @@ INT_PTR MainWindow::OnResized(WPARAM how) {
   if (showing_ || how == SIZE_MINIMIZED) return FALSE;
   RECT place{};
   GetWindowRect(window_.Get(), &place);
-  input_->Resized(ToTwips(place.right - place.left, Dpi()), ToTwips(place.bottom - place.top, Dpi()));
+  input_->Resized(ToTwips(place.right - place.left, dpi_), ToTwips(place.bottom - place.top, dpi_));
   // The lower panels are there only while the window is higher than collapsed.
   for (const ControlId frame : {ControlId::frmInfo0, ControlId::frmInfo1}) ControlChanged(frame);
   return FALSE;
@@ -96,18 +96,22 @@ INT_PTR MainWindow::OnResized(WPARAM how) {
 
 INT_PTR MainWindow::OnLimits(MINMAXINFO& limits) const {
   // The controls keep their places, so there is nothing to gain beyond these sizes.
-  const int width = LengthToPixels(kFormWidth, Dpi());
-  limits.ptMinTrackSize = {width, LengthToPixels(kFormHeightCollapsed, Dpi())};
-  limits.ptMaxTrackSize = {width, LengthToPixels(kFormHeightExpanded, Dpi())};
+  const int width = LengthToPixels(kFormWidth, dpi_);
+  limits.ptMinTrackSize = {width, LengthToPixels(kFormHeightCollapsed, dpi_)};
+  limits.ptMaxTrackSize = {width, LengthToPixels(kFormHeightExpanded, dpi_)};
   return TRUE;
 }
 
-INT_PTR MainWindow::OnDpiChanged(const RECT& suggested) {
+INT_PTR MainWindow::OnDpiChanged(unsigned dpi, const RECT* suggested) {
   const Scope scope(showing_);
+  dpi_ = dpi;
   Scale();
+  RECT place{};
+  GetWindowRect(window_.Get(), &place);
+  if (suggested != nullptr) place = *suggested;  // where the window stays under the mouse that drags it
   const FormWindow& form = controls_->form;
-  SetWindowPos(window_.Get(), nullptr, suggested.left, suggested.top, LengthToPixels(form.Width(), Dpi()),
-               LengthToPixels(form.Height(), Dpi()), SWP_NOZORDER | SWP_NOACTIVATE);
+  SetWindowPos(window_.Get(), nullptr, place.left, place.top, LengthToPixels(form.Width(), dpi_),
+               LengthToPixels(form.Height(), dpi_), SWP_NOZORDER | SWP_NOACTIVATE);
   return TRUE;
 }
 

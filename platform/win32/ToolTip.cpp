@@ -11,16 +11,18 @@ void ToolTip::Attach(HWND dialog, HINSTANCE instance) {
   SendMessageW(window_, TTM_SETMAXTIPWIDTH, 0, widest);
 }
 
-void ToolTip::Show(HWND control, const std::wstring& text) const {
-  std::wstring copy = text;
+void ToolTip::Show(HWND control, const std::wstring& text) {
+  std::wstring& shown = shown_[control];
+  if (shown == text) return;
+  shown = text;
   TTTOOLINFOW tool{};
   tool.cbSize = sizeof tool;
   tool.uFlags = TTF_IDISHWND | TTF_SUBCLASS;
   tool.hwnd = GetParent(control);
   tool.uId = reinterpret_cast<UINT_PTR>(control);
-  tool.lpszText = copy.data();
+  tool.lpszText = shown.data();
   SendMessageW(window_, TTM_DELTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
-  if (!text.empty()) SendMessageW(window_, TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
+  if (!shown.empty()) SendMessageW(window_, TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
 }
 
 }  // namespace fonklav

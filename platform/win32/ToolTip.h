@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <map>
 #include <string>
 
 namespace fonklav {
@@ -12,10 +13,11 @@ class ToolTip {
   /// Makes the tooltip window, which goes with the dialog.
   void Attach(HWND dialog, HINSTANCE instance);
   /// Gives the control this tooltip; none when the text is empty.
-  void Show(HWND control, const std::wstring& text) const;
+  void Show(HWND control, const std::wstring& text);
 
  private:
   HWND window_{nullptr};  ///< not owned: the dialog's
+  std::map<HWND, std::wstring> shown_;
 };
 
 }  // namespace fonklav
