@@ -75,7 +75,7 @@ void MainWindow::MakeControls() {
   for (const LayoutRow& row : Layout()) MakeControl(window_.Get(), row.id, *input_);
   list_.Attach(ControlOf(ControlId::lstTAPI));
   toolTip_.Attach(window_.Get(), instance_);
-  SendMessageW(window_.Get(), DM_SETDEFID, static_cast<WPARAM>(DialogIdOf(ControlId::cmdSave)), 0);
+  MakeOkTheDefault();
 }
 
 void MainWindow::Destroy() noexcept {

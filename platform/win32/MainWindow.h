@@ -56,6 +56,7 @@ class MainWindow final : public FormView {
   INT_PTR OnSessionEnd(bool ends);
 
   void MakeControls();
+  void MakeOkTheDefault() const;
   void Scale();
   void SetIcons();
   void ShowControl(const LayoutRow& row);

@@ -53,8 +53,10 @@ INT_PTR MainWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
 
 INT_PTR MainWindow::OnCommand(int dialogId, UINT code) {
   const auto id = ControlOfDialogId(dialogId);
-  if (showing_ || !id) return FALSE;
+  if (!id) return FALSE;
   const ControlKind kind = LayoutOf(*id).kind;
+  if (kind != ControlKind::Button && code == EN_SETFOCUS) MakeOkTheDefault();
+  if (showing_) return FALSE;
   if (kind == ControlKind::Button && code == BN_CLICKED) {
     // Enter and Esc come here even when the button that they stand for is disabled.
     if (IsWindowEnabled(ControlOf(*id)) != FALSE) input_->Click(*id);
@@ -65,8 +67,15 @@ INT_PTR MainWindow::OnCommand(int dialogId, UINT code) {
 }
 
 INT_PTR MainWindow::OnNotify(const NMHDR& header) {
-  if (header.hwndFrom == ControlOf(ControlId::lstTAPI)) list_.OnNotify(header, *input_);
+  if (header.hwndFrom != ControlOf(ControlId::lstTAPI)) return FALSE;
+  if (header.code == static_cast<UINT>(NM_SETFOCUS)) MakeOkTheDefault();
+  list_.OnNotify(header, *input_);
   return FALSE;
+}
+
+void MainWindow::MakeOkTheDefault() const {
+  // A button that had the keyboard keeps Enter to itself when the mouse moves the keyboard elsewhere.
+  SendMessageW(window_.Get(), DM_SETDEFID, static_cast<WPARAM>(DialogIdOf(ControlId::cmdSave)), 0);
 }
 
 INT_PTR MainWindow::OnTimer(WPARAM number) {
