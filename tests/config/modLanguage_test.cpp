@@ -1,0 +1,138 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "Version.h"
+#include "tests/config/ConfigSystem.h"
+
+namespace fonklav::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr const char* kEnglish = "C:\\Rufmon\\base\\language_44.ini";
+constexpr const char* kTexts =
+    "[Data]\r\nlanguage=English\r\ncountryid=44\r\nCall=Dial\r\nEmpty=\r\nTwo=one<CR>two<TAB>three<cr>\r\n"
+    "Umlaut=\xDC"
+    "ber\r\nQuoted=\"Test \"\r\n";
+
+struct LanguageSystem : ConfigSystem {
+  explicit LanguageSystem(bool checkMode = false) : ConfigSystem(checkMode) {
+    File(kEnglish) = kTexts;
+    EXPECT_TRUE(Init());
+  }
+  std::string Text(const std::string& key, const std::string& text) { return config.language.LoadLangKey(key, text); }
+};
+
+TEST(Language, ComesFromTheSuitesSettings) {
+  LanguageSystem system;
+  system.File(ConfigSystem::kMainSettings) = "[General]\r\nLanguage=44\r\n";
+  system.config.languagePrivate.LoadTexts();
+  EXPECT_EQ(system.config.state.languageFile, "\\base\\language_44.ini");
+  EXPECT_FALSE(system.config.state.languageFileMissing);
+  EXPECT_EQ(system.Text("Call", "Wählen"), "Dial");
+  EXPECT_EQ(system.Text("Umlaut", ""), "Über");
+  EXPECT_EQ(system.Text("Quoted", ""), "Test ");
+}
+
+TEST(Language, WithoutOneEverythingIsGerman) {
+  LanguageSystem system;
+  system.config.languagePrivate.LoadTexts();
+  EXPECT_EQ(system.config.state.languageFile, "\\base\\language_.ini");
+  EXPECT_TRUE(system.config.state.languageFileMissing);
+  EXPECT_EQ(system.Text("Call", "Wählen"), "Wählen");
+  EXPECT_EQ(system.config.state.texts.removeFileExtByRename, "Entfernen Sie die Endung  \".bak\" durch Umbenennen!");
+  EXPECT_THAT(system.log->errors, IsEmpty());
+}
+
+TEST(Language, MissingAndEmptyTextsAreGermanAndEscapesCount) {
+  LanguageSystem system;
+  system.config.language.LanguageInit("44");
+  EXPECT_EQ(system.Text("Missing", "Fehlt"), "Fehlt");
+  EXPECT_EQ(system.Text("Empty", "Leer<CR>!"), "Leer\r\n!");
+  EXPECT_EQ(system.Text("Two", ""), "one\r\ntwo\tthree<cr>");
+}
+
+TEST(Language, AFolderInPlaceOfTheFileIsNoFile) {
+  LanguageSystem system;
+  system.files.folders.insert("c:\\rufmon\\base\\language_49.ini");
+  system.config.language.LanguageInit("49");
+  EXPECT_TRUE(system.config.state.languageFileMissing);
+}
+
+TEST(Language, TranslatorsSeeWhatIsMissing) {
+  LanguageSystem system(true);
+  system.config.language.LanguageInit("44");
+  EXPECT_EQ(system.Text("Call", "Wählen"), "[Dial]");
+  EXPECT_EQ(system.Text("Two", ""), "[one\r\ntwo\tthree<cr>]");
+  EXPECT_EQ(system.Text("Empty", "Leer"), "?Leer?");
+  EXPECT_EQ(system.Text("Missing", "Fehlt"), "?Fehlt?");
+  EXPECT_EQ(system.Text("LANGUAGE", "?"), "English");
+  EXPECT_EQ(system.Text("CountryId", "?"), "44");
+  const std::string head =
+      "\\log\\language.log: FVT v" + std::to_string(kVersionMajor) + "." + std::to_string(kVersionMinor);
+  EXPECT_THAT(system.log->lines, ElementsAre(head + " | Empty | Leer", head + " | Missing | Fehlt"));
+  system.config.language.LanguageInit("99");
+  EXPECT_EQ(system.Text("Call", "Wählen"), "Wählen") << "without a file there is nothing to check";
+}
+
+TEST(Files, AreThereOrNot) {
+  ConfigSystem system;
+  EXPECT_TRUE(system.Init());
+  system.File(
+      "C:\\Rufmon\\Gr\xF6\xDF"
+      "e.txt") = "x";
+  system.File("C:\\Rufmon\\locked.txt") = "x";
+  system.files.attributes["c:\\rufmon\\locked.txt"] = 0x21;  // archive and read-only
+  system.files.faults.emplace("c:\\rufmon\\locked.txt", ErrorNumber::PermissionDenied);
+  modAPI_Files& files = system.config.files;
+  EXPECT_TRUE(files.FileExist("C:\\Rufmon\\Größe.txt"));
+  EXPECT_TRUE(files.FileExist("C:\\Rufmon\\locked.txt"));
+  EXPECT_FALSE(files.FileExist("C:\\Rufmon"));
+  EXPECT_FALSE(files.FileExist("C:\\Rufmon\\nothing.txt"));
+  EXPECT_EQ(system.files.wideReads, 0);
+  EXPECT_TRUE(files.FileDelete("C:\\Rufmon\\nothing.txt"));
+  EXPECT_TRUE(files.FileDelete("C:\\Rufmon"));
+  EXPECT_EQ(system.files.deletions, 0) << "what is not there needs no deletion";
+  EXPECT_TRUE(files.FileDelete("C:\\Rufmon\\Größe.txt"));
+  EXPECT_FALSE(files.FileDelete("C:\\Rufmon\\locked.txt"));
+  EXPECT_EQ(system.files.deletions, 2);
+  system.config.state.wideAttributes = true;
+  EXPECT_TRUE(files.FileExist("C:\\Rufmon\\locked.txt"));
+  EXPECT_EQ(system.files.wideReads, 1);
+  EXPECT_THAT(system.log->errors, IsEmpty());
+}
+
+TEST(MessageBox, HasTheSuitesTitle) {
+  ConfigSystem system;
+  system.boxes.answer = 6;
+  EXPECT_EQ(system.config.messages.MsgBoxForward("Text", 48, ""), 6);
+  EXPECT_EQ(system.config.messages.MsgBoxForward("Text", 64, "Title"), 6);
+  EXPECT_EQ(system.boxes.shown[0].title, "Rufmon - FonklavTAPI");
+  EXPECT_EQ(system.boxes.shown[1].title, "Title");
+}
+
+/// A shell that leaves traces of its own behind the path.
+class UntidyShell : public ShellFolders {
+ public:
+  bool GetPath(std::uintptr_t owner, std::int32_t folder, std::span<char> path) const override {
+    if (folder != CSIDL_COMMON_APPDATA) return false;
+    const std::string bytes = owner == 100 && path.size() == 512 ? "C:\\Gr\xFC\xDF"
+                                                                   "e"
+                                                                 : "wrong owner or buffer";
+    std::ranges::copy(bytes, path.begin());
+    return true;
+  }
+};
+
+TEST(SpecialFolders, AreAskedOfTheShell) {
+  Diagnostics diagnostics;
+  UntidyShell shell;
+  FakeCodePage codePage;
+  const modSystemPaths paths(diagnostics, shell, codePage);
+  EXPECT_EQ(paths.GetSpecialFolder(CSIDL_COMMON_APPDATA), "C:\\Grüße");
+  EXPECT_EQ(paths.GetSpecialFolder(CSIDL_PROGRAM_FILES), "");
+}
+
+}  // namespace
+}  // namespace fonklav::test
