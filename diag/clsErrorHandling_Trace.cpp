@@ -82,7 +82,8 @@ void clsErrorHandling::QueueTraceLine(const std::string& line) {
     oTraceQueue_->QueueSize = [this](std::int16_t count) { oTraceQueue_QueueSize(count); };
     oTraceQueue_->QueueTimerStart = [this] { oTraceQueue_QueueTimerStart(); };
   }
-  oTraceQueue_->Queue_Add(line);
+  // As the bytes that will be written, so that a vain attempt does not convert them again and again.
+  oTraceQueue_->Queue_Add(codePage_.ToBytes(line));
 }
 
 void clsErrorHandling::Trace_Flush() {
@@ -106,7 +107,7 @@ void clsErrorHandling::WriteTrace() noexcept {
 std::string clsErrorHandling::OldestTraceLines(std::int32_t count) const {
   std::string bytes;
   for (std::int32_t line = 1; line <= count; ++line) {
-    bytes.append(codePage_.ToBytes(oTraceQueue_->Queue_GetByIndex(line))).append(kCrLf);
+    bytes.append(oTraceQueue_->Queue_GetByIndex(line)).append(kCrLf);
   }
   return bytes;
 }

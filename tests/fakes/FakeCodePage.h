@@ -53,7 +53,9 @@ class FakeCodePage : public CodePage {
     if (first < 0x80) return first;
     const int more = first >= 0xF0 ? 3 : first >= 0xE0 ? 2 : 1;
     char32_t point = first & (0x3FU >> more);
-    for (int index = 0; index < more && at < text.size(); ++index) {
+    for (int index = 0; index < more; ++index) {
+      // A character that breaks off takes nothing of the next one with it.
+      if (at == text.size() || (static_cast<unsigned char>(text[at]) & 0xC0U) != 0x80U) return 0xFFFD;
       point = (point << 6) | (static_cast<unsigned char>(text[at++]) & 0x3FU);
     }
     return point;

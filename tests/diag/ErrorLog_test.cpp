@@ -1,0 +1,228 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "diag/ParamArray.h"
+#include "tests/diag/LogSystem.h"
+
+// The error log: what an entry looks like, and what becomes of it when it cannot be written.
+namespace fonklav::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+TEST(ParamArray, RendersArgumentsByTheirType) {
+  const std::vector<std::string> texts{"a", ""};
+  const LogArg values[] = {1, true, LogArg(std::span<const std::string>(texts))};
+  const auto rendered = [](LogArgs args) { return GetStringFromParamArray(args); };
+  EXPECT_EQ(rendered({}), "");
+  EXPECT_EQ(rendered({5, "abc"}), "(N:5, S:abc)");
+  EXPECT_EQ(rendered({"0301234", true, false}), "(S:0301234, B:1, B:0)");
+  EXPECT_EQ(rendered({std::uint32_t{4294967295U}, std::int64_t{-1}, 1.5}), "(N:4294967295, N:-1, N:1.5)");
+  EXPECT_EQ(rendered({""}), "(S:)");
+  EXPECT_EQ(rendered({LogArg()}), "");
+  EXPECT_EQ(rendered({LogArg(), 1}), "(N:1)") << "no separator in front";
+  EXPECT_EQ(rendered({1, LogArg()}), "(N:1, )");
+  EXPECT_EQ(rendered({LogArg(std::span<const std::string>(texts)), 2}), "(S:a, S:, N:2)");
+  EXPECT_EQ(rendered({LogArg(std::span<const LogArg>(values))}), "(N:1, B:1, )") << "no arrays within arrays";
+  EXPECT_EQ(rendered({"a\r\nb\tc\rd"}), "(S:a<CR>b\tc\rd)");
+  EXPECT_EQ(VisibleControls(std::string("\t\r\0ü", 5)), "#[9]#[13]#[0]ü");
+}
+
+struct EntryRow {
+  int number;
+  const char* description;
+  int line;
+  const char* entry;
+};
+
+TEST(ErrorLog, AnEntryTellsWhereAndWhat) {
+  const EntryRow rows[] = {
+      {53, "File not found", 42, "clsX.Do, Line: 42  + 53 + File not found Params(S:0301234)"},
+      {5, "Text", 7, "clsX.Do, Line:  7  + 5 + Text Params(S:0301234)"},
+      {5, "Text", 123, "clsX.Do, Line:123  + 5 + Text Params(S:0301234)"},
+      {5, "Text", 1234, "clsX.Do, Line:1234  + 5 + Text Params(S:0301234)"},
+      {-5, "", 0, "clsX.Do + -5 +  Params(S:0301234)"},
+  };
+  for (const EntryRow& row : rows) {
+    LogSystem system;
+    system.Pend(row.number, row.description, row.line);
+    system.Log().ErrorLogNew("clsX.Do", {"0301234"});
+    EXPECT_THAT(system.Errors(), ElementsAre(LogSystem::Head() + row.entry));
+    EXPECT_EQ(system.diagnostics.pending.number, 0);
+    EXPECT_EQ(system.Log().ErrorLogLineCount, 1);
+  }
+}
+
+TEST(ErrorLog, SaysNothingWithoutAnErrorNorOfError401) {
+  LogSystem system;
+  system.Log().ErrorLogNew("clsX.Do", {1});
+  system.Log().ErrorLogWithMsgBox("clsX.Do", {1});
+  system.Pend(401, "Can't show non-modal form");
+  system.Log().ErrorLogForceWrite("clsX.Do", {1});
+  EXPECT_THAT(system.Errors(), IsEmpty());
+  EXPECT_THAT(system.boxes.shown, IsEmpty());
+  EXPECT_EQ(system.diagnostics.pending.number, 0);
+}
+
+TEST(ErrorLog, AForcedEntryIsTheCallersText) {
+  LogSystem system;
+  system.Log().ErrorLogForceWrite("Start", {5});
+  system.Log().ErrorLogForceWrite("Start", {});
+  system.Pend(6, "", 12);
+  system.Log().ErrorLogForceWrite("Start", {});
+  EXPECT_THAT(system.Errors(), ElementsAre(LogSystem::Head() + "Start Params(N:5)", LogSystem::Head() + "Start",
+                                           LogSystem::Head() + "Start, Line: 12  + 6"));
+  EXPECT_EQ(system.Log().ErrorLogLineCount, 3);
+}
+
+TEST(ErrorLog, ArgumentsStayOnOneLineInTheCodePage) {
+  LogSystem system;
+  system.Fail("clsX.Do", {std::string("a\r\nb\tc\n\0Grüße ☎", 19)});
+  ASSERT_THAT(system.Errors(), SizeIs(1));
+  EXPECT_THAT(system.Errors()[0], EndsWith(" Params(S:a<CR>b#[9]c#[10]#[0]Gr\xFC\xDF"
+                                           "e ?)"));
+}
+
+TEST(ErrorLog, TellsTheUserWhereToLook) {
+  LogSystem system;
+  system.Pend(53, "File not found");
+  system.Log().ErrorLogWithMsgBox("clsX.Do", {});
+  ASSERT_THAT(system.boxes.shown, SizeIs(1));
+  EXPECT_EQ(system.boxes.shown[0].prompt, "Es ist ein Fehler aufgetreten!\r\nsiehe Datei: \\log\\error.log");
+  EXPECT_EQ(system.boxes.shown[0].style, 48U);
+  EXPECT_EQ(system.Log().FileLogError(), "\\log\\error.log");
+}
+
+TEST(ErrorLog, ErrorsDuringItsMessageAreLoggedToo) {
+  LogSystem system;
+  system.boxes.whileShown = [&] { system.Fail("fMain.tapiline_Idle"); };
+  system.Pend(53, "File not found");
+  system.Log().ErrorLogWithMsgBox("clsX.Do", {});
+  EXPECT_THAT(system.Errors(), ElementsAre(HasSubstr("clsX.Do"), HasSubstr("fMain.tapiline_Idle")));
+}
+
+TEST(ErrorLog, OnlyTheMainProgramsEntriesTellTheElapsedTime) {
+  LogSystem system;
+  system.diagnostics.tag = "PRG";
+  system.clock.Advance(std::chrono::hours(30) + std::chrono::minutes(2) + std::chrono::milliseconds(3999));
+  system.Log().ErrorLogForceWrite("Start", {});
+  system.clock.Advance(std::chrono::hours(-40));
+  system.Log().ErrorLogForceWrite("Start", {});
+  const std::string head = std::string(LogSystem::kStamp) + "PRG v" + LogSystem::Version();
+  EXPECT_THAT(system.Errors(), ElementsAre(head + " 30:02:03 Start", head + " TimeError Start"));
+}
+
+TEST(ErrorLog, CountsTheLinesThatItFinds) {
+  LogSystem system;
+  system.File(LogSystem::kErrorLog) = "a\r\nb\r\nc";
+  system.diagnostics.tag.clear();
+  const clsErrorHandling second(system.diagnostics, system.config, system.AllPorts(), system.limits);
+  EXPECT_EQ(second.ErrorLogLineCount, 3);
+  EXPECT_EQ(system.diagnostics.tag, "NON");
+}
+
+TEST(ErrorLog, TenThousandErrorsStayWithinItsSize) {
+  LogSystem system;
+  std::uint64_t largest = 0;
+  for (int error = 0; error < 10000; ++error) {
+    system.Fail("clsX.Do", {error});
+    largest = std::max(largest, system.files.Length(LogSystem::kErrorLog));
+  }
+  const std::vector<std::string> lines = system.Errors();
+  EXPECT_LT(largest, 51 * 1024 + lines.back().size() + 2);
+  EXPECT_GT(largest, 50 * 1024U) << "the limit was never reached";
+  // Only the oldest are gone, and none is cut.
+  for (std::size_t at = 0; at < lines.size(); ++at) {
+    const std::size_t error = 10000 - lines.size() + at;
+    ASSERT_THAT(lines[at], EndsWith("Params(N:" + std::to_string(error) + ")"));
+    ASSERT_TRUE(lines[at].starts_with(LogSystem::Head() + "clsX.Do, Line:"));
+  }
+  EXPECT_EQ(system.Log().ErrorLogLineCount, static_cast<std::int32_t>(lines.size()));
+}
+
+struct FaultRow {
+  const char* name;
+  ErrorNumber fault;
+};
+
+/// A log that cannot be written, in all the ways that there are.
+class UnwritableLog : public testing::TestWithParam<FaultRow> {};
+
+TEST_P(UnwritableLog, StopsNothingAndRecovers) {
+  LogSystem system("TraceMode=1\r\nLogTAPI=1\r\n");
+  const auto breakLogs = [&](bool broken) {
+    for (const char* log : {LogSystem::kErrorLog, LogSystem::kTraceLog, LogSystem::kDebugLog}) {
+      if (broken) system.files.faults[FakeFileSystem::Key(log)] = GetParam().fault;
+    }
+    if (!broken) system.files.faults.clear();
+  };
+  breakLogs(true);
+  bool reached = false;
+  for (int call = 0; call < 100; ++call) {
+    Procedure(system.diagnostics, "fMain.cmdWahl_Click", {call}, [&] {
+      system.Log().LogDebug_TAPI("Call", {call});
+      reached = true;
+      throw RunTimeError(ErrorNumber::Overflow);
+    });
+  }
+  EXPECT_TRUE(reached);
+  EXPECT_THAT(system.boxes.shown, IsEmpty());
+  EXPECT_THAT(system.Errors(), IsEmpty());
+  breakLogs(false);
+  system.Fail("clsX.Do");
+  system.Log().LogDebug_TAPI("Again");
+  system.diagnostics.log.reset();
+  EXPECT_THAT(system.Errors(), ElementsAre(HasSubstr("clsX.Do")));
+  EXPECT_THAT(system.Debug(), ElementsAre(EndsWith("Again")));
+  EXPECT_THAT(system.Trace().front(), HasSubstr("fMain.cmdWahl_Click 01(N:0)")) << "trace lines wait for better times";
+}
+
+INSTANTIATE_TEST_SUITE_P(Faults, UnwritableLog,
+                         testing::Values(FaultRow{"missingFolder", ErrorNumber::PathNotFound},
+                                         FaultRow{"folderInItsPlace", ErrorNumber::PathFileAccessError},
+                                         FaultRow{"heldByAnotherProcess", ErrorNumber::PermissionDenied},
+                                         FaultRow{"diskFull", ErrorNumber::DiskFull}),
+                         [](const auto& row) { return row.param.name; });
+
+TEST(ErrorLog, ADebugLogThatCannotBeWrittenIsReportedThere) {
+  LogSystem system("LogTAPI=1\r\n");
+  system.files.faults[FakeFileSystem::Key(LogSystem::kDebugLog)] = ErrorNumber::PermissionDenied;
+  system.Log().LogDebug_TAPI("Call");
+  ASSERT_THAT(system.Errors(), SizeIs(1));
+  EXPECT_THAT(system.Errors()[0], HasSubstr("clsFiles_MakeFile, Line:"));
+  EXPECT_THAT(system.Errors()[0],
+              EndsWith(" + 70 + Permission denied Params(S:" + std::string(LogSystem::kDebugLog) + ", B:1)"));
+}
+
+/// A code page that cannot take any more, as when memory runs out.
+class BrokenClock : public FakeClock {
+ public:
+  [[nodiscard]] std::chrono::milliseconds Ticks() const override {
+    if (broken) throw RunTimeError(ErrorNumber::OutOfMemory);
+    return ticks;
+  }
+  bool broken{false};
+};
+
+TEST(ErrorLog, AFaultInTheLoggerItselfIsShown) {
+  LogSystem system;
+  BrokenClock clock;
+  Ports ports{clock,       system.codePage, system.dde,     system.files,   system.icons, system.boxes,
+              system.loop, system.locale,   system.profile, system.process, system.shell, system.telephony};
+  system.diagnostics.tag = "PRG";  // only its entries need the elapsed time
+  clsErrorHandling log(system.diagnostics, system.config, ports, system.limits);
+  clock.broken = true;
+  system.Pend(53, "File not found");
+  log.ErrorLogNew("clsX.Do", {});
+  ASSERT_THAT(system.boxes.shown, SizeIs(1));
+  EXPECT_EQ(system.boxes.shown[0].prompt, "Error in ExceptionHandler\r\nOut of memory");
+  EXPECT_EQ(system.boxes.shown[0].style, 48U);
+  EXPECT_EQ(system.diagnostics.pending.number, 0);
+}
+
+}  // namespace
+}  // namespace fonklav::test

@@ -1,0 +1,64 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "Version.h"
+#include "config/Configuration.h"
+#include "diag/clsErrorHandling.h"
+#include "tests/fakes/FakeSystem.h"
+#include "util/Procedure.h"
+#include "util/RunTimeError.h"
+
+namespace fonklav::test {
+
+/// The logs on a fake computer, started as a program starts them. The clock stands at 9:05:31 on 7 March 2015.
+struct LogSystem : FakeSystem {
+  explicit LogSystem(const std::string& switches = {}) {
+    if (!switches.empty()) File("C:\\Rufmon\\Rufmonspec.ini") = "[Debug]\r\n" + switches;
+    EXPECT_TRUE(config.declareAll.Init("FVT", false));
+  }
+  ~LogSystem() { diagnostics.log.reset(); }
+  LogSystem(const LogSystem&) = delete;
+  LogSystem& operator=(const LogSystem&) = delete;
+
+  clsErrorHandling& Log() { return dynamic_cast<clsErrorHandling&>(*diagnostics.log); }
+  void Pend(int number, const std::string& description, int line = 0) {
+    diagnostics.pending = {number, description, line};
+  }
+  /// A procedure of the program that fails.
+  void Fail(const char* name, LogArgs args = {}) {
+    Procedure(diagnostics, name, args, [] { throw RunTimeError(ErrorNumber::FileNotFound); });
+  }
+  /// The lines of a log; each must be whole.
+  std::vector<std::string> Lines(const std::string& path) {
+    const auto found = files.files.find(FakeFileSystem::Key(path));
+    if (found == files.files.end() || found->second.empty()) return {};
+    std::vector<std::string> lines = Split(found->second, kCrLf);
+    EXPECT_EQ(lines.back(), "") << path << " ends within a line";
+    lines.pop_back();
+    return lines;
+  }
+  std::vector<std::string> Errors() { return Lines(kErrorLog); }
+  std::vector<std::string> Trace() { return Lines(kTraceLog); }
+  std::vector<std::string> Debug() { return Lines(kDebugLog); }
+
+  static std::string Version() { return std::to_string(kVersionMajor) + "." + std::to_string(kVersionMinor); }
+  /// What stands in front of an entry, from the date to the blank behind the version.
+  static std::string Head() { return std::string(kStamp) + "FVT v" + Version() + " "; }
+
+  static constexpr const char* kStamp = "2015/03/07  09:05:31  ";
+  static constexpr const char* kErrorLog = "C:\\ProgramData\\Rufmon\\log\\error.log";
+  static constexpr const char* kTraceLog = "C:\\ProgramData\\Rufmon\\log\\trace.log";
+  static constexpr const char* kDebugLog = "C:\\ProgramData\\Rufmon\\log\\debug.log";
+  static constexpr const char* kLogFolder = "c:\\programdata\\rufmon\\log";
+
+  Diagnostics diagnostics;
+  LogLimits limits;
+  Configuration config{diagnostics, AllPorts(), [this]() -> std::unique_ptr<ProcedureLog> {
+                         return std::make_unique<clsErrorHandling>(diagnostics, config, AllPorts(), limits);
+                       }};
+};
+
+}  // namespace fonklav::test

@@ -1,0 +1,198 @@
+#include "diag/clsFiles.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/diag/LogSystem.h"
+
+namespace fonklav::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+constexpr const char* kFile = "C:\\ProgramData\\Rufmon\\log\\x.log";
+
+struct FilesSystem : LogSystem {
+  void Log(std::string line, std::int32_t maxKB = 0) { textFiles.FileWrite_Log(kFile, line, maxKB); }
+
+  clsFiles textFiles{diagnostics, config.files, files, codePage, clock};
+};
+
+TEST(LogLine, IsStampedInTheCallersText) {
+  FilesSystem system;
+  std::string line = "Übung";
+  system.diagnostics.tag.clear();
+  system.textFiles.FileWrite_Log(kFile, line);
+  EXPECT_EQ(line, "2015/03/07  09:05:31  Übung");
+  EXPECT_EQ(system.File(kFile),
+            "2015/03/07  09:05:31  \xDC"
+            "bung\r\n");
+  EXPECT_EQ(system.diagnostics.tag, "NON");
+}
+
+std::string HundredByteLines(std::size_t bytes) {
+  std::string text;
+  for (int line = 100000; text.size() < bytes; ++line) text += std::to_string(line) + std::string(92, '.') + "\r\n";
+  return text.substr(text.size() - bytes);
+}
+
+struct TrimRow {
+  const char* name;
+  std::string before;
+  std::int32_t maxKB;
+  std::size_t kept;  ///< bytes of the old text, its newest
+};
+
+TEST(LogSize, FallsBackToThreeQuarters) {
+  const std::string line = "2015/03/07  09:05:31  new\r\n";
+  const std::string stream(120 * 1024, '\xFF');  // no line ends anywhere, and NUL further down
+  const TrimRow rows[] = {
+      {"no limit", HundredByteLines(3'000'000), 0, 3'000'000},
+      {"exactly at the limit", HundredByteLines(100 * 1024), 100, 100 * 1024},
+      {"a byte short of the next KB", HundredByteLines(101 * 1024 - 1), 100, 101 * 1024 - 1},
+      // Whole lines of 100 bytes, below 76 KB: 778 of them.
+      {"over the limit", HundredByteLines(101 * 1024), 100, 77800},
+      {"no lines", stream, 100, 76 * 1024 - 1},
+      {"one huge line, then small ones", std::string(200 * 1024, 'a') + "\r\n" + HundredByteLines(1000), 100, 1000},
+      {"small ones, then a huge rest", HundredByteLines(1000) + std::string(200 * 1024, '\0'), 100, 76 * 1024 - 1},
+      {"limit of one KB", HundredByteLines(5000), 1, 2000},
+      {"limit of three KB", HundredByteLines(5000), 3, 4000},
+  };
+  for (const TrimRow& row : rows) {
+    FilesSystem system;
+    system.File(kFile) = row.before;
+    system.Log("new", row.maxKB);
+    EXPECT_EQ(system.File(kFile).size(), row.kept + line.size()) << row.name;
+    EXPECT_TRUE(system.File(kFile) == row.before.substr(row.before.size() - row.kept) + line) << row.name;
+  }
+}
+
+TEST(LogSize, AKillDuringTrimmingLeavesTheOldOrTheNewFile) {
+  const std::string before = HundredByteLines(60 * 1024);
+  std::string after;
+  for (int steps = 0; steps < 6; ++steps) {
+    FilesSystem system;
+    system.File(kFile) = before;
+    system.files.stepsToLive = steps;
+    system.Log("new", 50);
+    const std::string found = system.File(kFile);
+    if (found != before) after = found;
+    ASSERT_TRUE(found == before || found.ends_with("  new\r\n")) << "killed after " << steps << " steps";
+    ASSERT_GT(found.size(), 30 * 1024U);
+  }
+  EXPECT_TRUE(after.ends_with("new\r\n")) << "the kill came too early each time";
+}
+
+struct CountRow {
+  const char* bytes;
+  std::int32_t rows;
+  std::int32_t streamRows;
+};
+
+TEST(Lines, AreCounted) {
+  // A stream of lines ended by LF alone counts half of them and one; an empty one leaves the count alone.
+  const CountRow rows[] = {{"", 0, -1},
+                           {"a", 1, 1},
+                           {"a\r\nb", 2, 2},
+                           {"a\r\nb\r\n", 2, 2},
+                           {"\r\n", 1, 1},
+                           {"a\nb\nc\n", 1, 2},
+                           {"a\nb\nc\nd\ne\n", 1, 3},
+                           {"a\n\r\nb\n", 2, 2},
+                           {"a\r\r\n\n\r\n", 2, 2}};
+  for (const CountRow& row : rows) {
+    FilesSystem system;
+    system.File(kFile) = row.bytes;
+    std::int32_t count = -1;
+    EXPECT_EQ(system.textFiles.fOpenFileToStream(kFile, count), row.bytes);
+    EXPECT_EQ(count, row.streamRows) << testing::PrintToString(row.bytes);
+    EXPECT_EQ(system.textFiles.GetFileRowCount(kFile), row.rows) << testing::PrintToString(row.bytes);
+  }
+  FilesSystem system;
+  std::int32_t real = -1;
+  EXPECT_FALSE(system.textFiles.CheckFileMaxLines(kFile, 1, &real)) << "a missing file has no lines";
+  EXPECT_EQ(real, 0);
+  system.File(kFile) = "a\r\nb";
+  EXPECT_TRUE(system.textFiles.CheckFileMaxLines(kFile, 2, &real));
+  EXPECT_FALSE(system.textFiles.CheckFileMaxLines(kFile, 3));
+  EXPECT_EQ(real, 2);
+  EXPECT_THAT(system.Errors(), IsEmpty());
+}
+
+TEST(Lines, AreSplit) {
+  FilesSystem system;
+  const auto split = [&](std::string text, std::string_view delimiter = kCrLf) {
+    std::vector<std::string> pieces{"old"};
+    system.textFiles.fStreamToArray(text, pieces, delimiter);
+    EXPECT_EQ(text, "") << "the text is handed over";
+    return pieces;
+  };
+  EXPECT_THAT(split("  a\r\n\r\nb\r\n  "), ElementsAre("a", "", "b", ""));
+  EXPECT_THAT(split("a\nb"), ElementsAre("a", "b"));
+  EXPECT_THAT(split("a\nb\r\nc"), ElementsAre("a\nb", "c"));
+  EXPECT_THAT(split("a|b", "|"), ElementsAre("a", "b"));
+  EXPECT_THAT(split("a\nb", "|"), ElementsAre("a\nb"));
+  EXPECT_THAT(split("  a  ", ""), ElementsAre("a"));
+  EXPECT_THAT(split(""), ElementsAre(""));
+}
+
+TEST(Lines, AreWritten) {
+  FilesSystem system;
+  const std::vector<std::string> lines{"ä", "", "b"};
+  EXPECT_TRUE(system.textFiles.WriteArrayToFile("", lines));
+  EXPECT_TRUE(system.textFiles.WriteArrayToFile(kFile, lines));
+  EXPECT_EQ(system.File(kFile), "\xE4\r\nb\r\n");
+  EXPECT_TRUE(system.textFiles.MakeFile(kFile, "c", true));
+  EXPECT_EQ(system.File(kFile), "\xE4\r\nb\r\nc\r\n");
+  EXPECT_TRUE(system.textFiles.MakeFile(kFile, "d", false));
+  EXPECT_EQ(system.File(kFile), "d\r\n");
+  EXPECT_FALSE(system.textFiles.MakeFile("C:\\nowhere\\x.txt", "e", true));
+  EXPECT_FALSE(system.textFiles.WriteArrayToFile("C:\\nowhere\\x.txt", lines));
+  ASSERT_THAT(system.Errors(), SizeIs(2));
+  EXPECT_THAT(system.Errors()[0], testing::HasSubstr("clsFiles_MakeFile"));
+  EXPECT_THAT(system.Errors()[1], testing::HasSubstr("clsFiles.WriteArrayToFile"));
+}
+
+struct PickRow {
+  const char* text;
+  std::int16_t count;
+  bool fromLast;
+  bool withoutComment;
+  const char* picked;
+};
+
+TEST(Lines, ArePicked) {
+  constexpr const char* kText = "x\r\n;c\r\ny\r\n";
+  const PickRow rows[] = {
+      {kText, 2, true, true, "y"},       {kText, 2, true, false, ";c\r\ny"}, {kText, 0, true, false, ""},
+      {kText, -1, true, true, "x\r\ny"}, {kText, 9, true, true, "x\r\ny"},   {kText, 0, false, true, "x"},
+      {kText, 1, false, true, "x"},      {kText, 2, false, true, "x\r\ny"},  {kText, -1, false, false, "x\r\n;c\r\ny"},
+      {kText, -2, false, false, ""},     {kText, -2, true, false, ""},       {" ; c\nz", -1, false, true, "z"},
+      {"", -1, false, false, ""}};
+  FilesSystem system;
+  for (const PickRow& row : rows) {
+    std::string text = row.text;
+    EXPECT_EQ(system.textFiles.fStream_GetLastLines(text, row.count, row.fromLast, row.withoutComment), row.picked)
+        << row.count << row.fromLast << row.withoutComment;
+    EXPECT_EQ(text, "");
+  }
+}
+
+TEST(TrimCR, TakesLineBreaksOffTheEnds) {
+  for (const auto& [text, trimmed] : {std::pair{"\r\n\r\nabc\r\n\n", "abc"},
+                                      {"abc\r", "abc\r"},
+                                      {"\rabc", "\rabc"},
+                                      {"  a\r\nb  ", "a\r\nb"},
+                                      {"\n\nabc\n\n", "abc"},
+                                      {"\r\n", ""},
+                                      {" \r\n ", ""},
+                                      {"\r\n a \r\n", " a "},
+                                      {"", ""}}) {
+    EXPECT_EQ(clsFiles::TrimCR(text), trimmed) << testing::PrintToString(text);
+  }
+}
+
+}  // namespace
+}  // namespace fonklav::test
