@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <vector>
 
 namespace fonklav {
 namespace {
@@ -16,17 +17,20 @@ constexpr ULONGLONG kFarewellTime = 500;  ///< for the partner to answer our end
 struct Call {
   HWND client;
   LPARAM atoms;
-  const HWND& partner;  ///< set by the answer, which comes while the message is being sent
+  const HWND& partner;                 ///< set by the answer, which comes while the message is being sent
+  std::vector<DWORD> silentThreads{};  ///< their windows would not answer either
 };
 
 BOOL CALLBACK SendInitiate(HWND window, LPARAM data) {
-  const Call& call = *reinterpret_cast<const Call*>(data);
-  if (window == call.client) return TRUE;
+  auto& [client, atoms, partner, silentThreads] = *reinterpret_cast<Call*>(data);
+  const DWORD thread = GetWindowThreadProcessId(window, nullptr);
+  if (window == client || std::ranges::find(silentThreads, thread) != silentThreads.end()) return TRUE;
   // One window at a time and never waiting for one that hangs: a broadcast would wait for all of them.
   DWORD_PTR ignored = 0;
-  SendMessageTimeoutA(window, WM_DDE_INITIATE, reinterpret_cast<WPARAM>(call.client), call.atoms, SMTO_ABORTIFHUNG,
-                      kAnswerTime, &ignored);
-  return call.partner == nullptr ? TRUE : FALSE;
+  const LRESULT answered = SendMessageTimeoutA(window, WM_DDE_INITIATE, reinterpret_cast<WPARAM>(client), atoms,
+                                               SMTO_ABORTIFHUNG, kAnswerTime, &ignored);
+  if (answered == 0) silentThreads.push_back(thread);
+  return partner == nullptr ? TRUE : FALSE;
 }
 
 UniqueAtom Atom(std::string_view name) { return UniqueAtom{GlobalAddAtomA(std::string(name).c_str())}; }
@@ -82,7 +86,7 @@ bool Win32DdeTransport::Initiate(std::string_view application, std::string_view 
   partner_ = nullptr;
   terminated_ = partnerEnded_ = false;
   initiating_ = true;
-  const Call call{window_.Get(), MAKELPARAM(applicationAtom.Get(), topicAtom.Get()), partner_};
+  Call call{window_.Get(), MAKELPARAM(applicationAtom.Get(), topicAtom.Get()), partner_};
   EnumWindows(&SendInitiate, reinterpret_cast<LPARAM>(&call));
   initiating_ = false;
   if (partner_ == nullptr) return false;
