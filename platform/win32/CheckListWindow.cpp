@@ -37,7 +37,16 @@ void CheckListWindow::Show(const std::vector<CheckList::Entry>& entries) {
   RemoveGone(entries);
   for (std::size_t index = 0; index < entries.size(); ++index) ShowEntry(index, entries[index]);
   FitColumn();
+  FocusSomeEntry();
   SendMessageW(list_, WM_SETREDRAW, TRUE, 0);
+}
+
+void CheckListWindow::FocusSomeEntry() {
+  // The space bar is for the entry that has the focus; a new list has none yet.
+  constexpr LPARAM focused = LVNI_FOCUSED;
+  if (shown_.empty() || SendMessageW(list_, LVM_GETNEXTITEM, static_cast<WPARAM>(-1), focused) >= 0) return;
+  LVITEMW item = StateItem(LVIS_FOCUSED, LVIS_FOCUSED);
+  SendMessageW(list_, LVM_SETITEMSTATE, 0, reinterpret_cast<LPARAM>(&item));
 }
 
 void CheckListWindow::RemoveGone(const std::vector<CheckList::Entry>& entries) {

@@ -30,6 +30,7 @@ class CheckListWindow {
   void ShowTick(std::size_t index, bool ticked);
   void Measure(const std::wstring& text);
   void FitColumn();
+  void FocusSomeEntry();
   void OnItemChanged(const NMLISTVIEW& change, FormInput& input);
   void OnMouseClick(const NMITEMACTIVATE& click, FormInput& input);
 

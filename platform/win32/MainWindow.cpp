@@ -181,6 +181,7 @@ void MainWindow::ShowForm(bool visible) {
   SetWindowPos(window_.Get(), HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_SHOWWINDOW);
   if (IsIconic(window_.Get()) != FALSE) ShowWindow(window_.Get(), SW_RESTORE);
   SetForegroundWindow(window_.Get());
+  if (IsChild(window_.Get(), GetFocus()) == FALSE) FocusTo(ControlId::lstTAPI);
 }
 
 void MainWindow::TimerChanged(TimerId id) {
