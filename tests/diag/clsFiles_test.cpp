@@ -47,7 +47,7 @@ struct TrimRow {
 
 TEST(LogSize, FallsBackToThreeQuarters) {
   const std::string line = "2015/03/07  09:05:31  new\r\n";
-  const std::string stream(120 * 1024, '\xFF');  // no line ends anywhere, and NUL further down
+  const std::string stream(120 * 1024, '\xFF');  // no line ends anywhere
   const TrimRow rows[] = {
       {"no limit", HundredByteLines(3'000'000), 0, 3'000'000},
       {"exactly at the limit", HundredByteLines(100 * 1024), 100, 100 * 1024},
@@ -57,6 +57,7 @@ TEST(LogSize, FallsBackToThreeQuarters) {
       {"no lines", stream, 100, 76 * 1024 - 1},
       {"one huge line, then small ones", std::string(200 * 1024, 'a') + "\r\n" + HundredByteLines(1000), 100, 1000},
       {"small ones, then a huge rest", HundredByteLines(1000) + std::string(200 * 1024, '\0'), 100, 76 * 1024 - 1},
+      {"of many years", HundredByteLines(20'000'000), 50, 39'900},
       {"limit of one KB", HundredByteLines(5000), 1, 2000},
       {"limit of three KB", HundredByteLines(5000), 3, 4000},
   };
