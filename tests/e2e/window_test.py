@@ -1,0 +1,259 @@
+#!/usr/bin/env python3
+"""The window as a person has it: real clicks and keys, and what the program shows, reports and stores then."""
+import time
+
+from stories import (ANSWERED, CALL_UP, DIALED, SETTINGS, STARTED, calls, case, converse, dialer, equal,
+                     expect_reports, run, wait_for_reports)
+
+WINDOW = "Rufmon -  TAPI Wählhilfe Einstellungen"
+B_BOUND = ["Init2LastOK|1", "line|B"]
+ROW = 17  # pixels from one entry of the list to the next, at 96 dpi
+COLLAPSED, EXPANDED = 229, 446  # 3435 and 6690 twips
+CLOSE_BOX = (-14, 12)  # from the window's upper right corner
+
+
+def control(items, window_class, index=0):
+    """The index-th control of a window class, in tab order."""
+    return [item for item in items if item.window_class == window_class][index]
+
+
+def click_tick(session, row):
+    """Clicks the check box of an entry."""
+    box = control(session.window(WINDOW), "SysListView32")
+    session.click(box.left + 9, box.top + 1 + ROW * row + ROW // 2)
+
+
+def click_entry(session, row):
+    """Clicks the text of an entry."""
+    box = control(session.window(WINDOW), "SysListView32")
+    session.click(box.left + 40, box.top + 1 + ROW * row + ROW // 2)
+
+
+def ticks(session):
+    """The ticked entries, by number."""
+    return control(session.window(WINDOW), "SysListView32").ticks
+
+
+def type_into(session, index, keys):
+    """Clicks the index-th one-line box that is seen and types."""
+    box = control(session.window(WINDOW), "Edit", index)
+    session.click(box.left + box.width // 2, box.top + box.height // 2)
+    session.xdotool("key", *keys)
+
+
+def wait_until(what, met, seconds=5):
+    """Waits until met() says so."""
+    end = time.monotonic() + seconds
+    while not met():
+        assert time.monotonic() < end, what
+        time.sleep(0.05)
+
+
+def hidden(session):
+    """Whether the dialer shows nothing."""
+    return session.windows() == []
+
+
+@case("another-line-is-ticked-saved-and-given-up")
+def settings(name):
+    """The whole way of a setting: tick, untick, code, OK, and Cancel after another tick."""
+    with dialer(name, "device name=B") as session:
+        session.start(SETTINGS, "/sett")
+        heard = list(STARTED)
+        expect_reports(session, heard)
+        click_tick(session, 1)
+        heard += B_BOUND
+        expect_reports(session, heard)
+        equal(ticks(session), "1")
+        time.sleep(0.6)  # a second click so soon would be a double click
+        click_tick(session, 1)
+        heard += B_BOUND
+        expect_reports(session, heard)
+        equal(ticks(session), "1")
+        type_into(session, 0, ["9", "comma"])
+        session.press(session.window(WINDOW), "OK")
+        heard += [*B_BOUND, "cmd|settchange"]
+        expect_reports(session, heard)
+        wait_until("OK hides the window", lambda: hidden(session))
+        equal([line for line in session.read("data/sett_TAPI.ini") if line],
+              ["[TAPIDial]", "TAPILine=B", "TAPIAmtVW=9,", "[Dimensions]", "TopTAPI=600", "LeftTAPI=600"])
+        session.send("settings")
+        click_tick(session, 0)
+        heard += ["cmd|quitt", *STARTED]
+        expect_reports(session, heard)
+        session.press(session.window(WINDOW), "Abbrechen")
+        heard += [*B_BOUND, *B_BOUND]
+        expect_reports(session, heard)
+        session.send("settings")
+        equal(ticks(session), "1")
+        equal(session.read("log/error.log"), [])
+
+
+@case("panels-open-switch-and-close")
+def panels(name):
+    """The two buttons, the height and the focus, also after the window was shrunk by hand."""
+    with dialer(name) as session:
+        session.start(SETTINGS, "/sett")
+
+        def shown():
+            window = session.window(WINDOW)
+            captions = {item.caption for item in window}
+            panel = "test" if "Nummer" in captions else "info" if "Geräte-Informationen " in captions else "none"
+            focus = next((item.window_class for item in window[1:] if item.focus), "")
+            return window[0].height, panel, focus
+
+        def press(caption, expected):
+            session.press(session.window(WINDOW), caption)
+            wait_until(f"{caption}: {shown()} is not {expected}", lambda: shown() == expected)
+
+        press("Test", (EXPANDED, "test", "Edit"))
+        press("Test", (COLLAPSED, "none", "Button"))
+        press("Geräte-Info", (EXPANDED, "info", "Button"))
+        press("Test", (EXPANDED, "test", "Edit"))
+        window = session.window(WINDOW)[0]
+        x, bottom = window.left + 100, window.top + window.height - 2
+        session.xdotool("mousemove", x, bottom, "mousedown", 1, "mousemove", x, bottom - 100, "mousemove", x,
+                        window.top + 60, "mouseup", 1)
+        wait_until("shrunk by hand", lambda: session.window(WINDOW)[0].height == COLLAPSED)
+        press("Test", (EXPANDED, "test", "Edit"))
+
+
+@case("dialed-by-hand")
+def by_hand(name):
+    """A number typed, copied and pasted, dialed and dropped by the buttons; the far end is the simulator's."""
+    with dialer(name, CALL_UP) as session:
+        session.start(SETTINGS, "/sett")
+        wait_for_reports(session, len(STARTED))
+        session.press(session.window(WINDOW), "Test")
+        session.wait_for_control("Wählen")
+        type_into(session, 1, ["0", "3", "0", "ctrl+a", "ctrl+c", "End", "ctrl+v"])
+        session.wait_for_control("030030")
+        session.press(session.window(WINDOW), "Wählen")
+        heard = [*STARTED, *DIALED[1:], *ANSWERED]
+        expect_reports(session, heard)
+        status = control(session.window(WINDOW), "Edit", 2)
+        equal(status.text.split(), "Anmeldung >> ISDN-Line1 Vorbereitung Wählen Klingeln Verbunden".split())
+        session.press(session.window(WINDOW), "Auflegen")
+        session.wait("anzlog|Leerlauf")
+        session.press(session.window(WINDOW), "clear")
+        wait_until("the status box is empty", lambda: control(session.window(WINDOW), "Edit", 2).text == "")
+
+
+@case("a-click-on-a-line-shows-its-report")
+def report(name):
+    """Selecting is not ticking, and the next call still goes to the ticked line."""
+    with dialer(name, "device name=B provider=Sim\n" + CALL_UP) as session:
+        session.start(SETTINGS, "/sett")
+        expect_reports(session, STARTED)
+        session.press(session.window(WINDOW), "Geräte-Info")
+        session.wait_for_control("Geräte-Informationen ")
+        click_entry(session, 1)
+        wait_until("the report", lambda: "TAPI LINE NAME: B" in control(session.window(WINDOW), "Edit", 1).text)
+        equal(ticks(session), "0")
+        expect_reports(session, STARTED)
+        converse(session, [*STARTED, "> cmd|call|0301234567", *DIALED, *ANSWERED])
+
+
+@case("keys-do-what-a-dialog-does")
+def keys(name):
+    """Space ticks, the access key opens the panel, Esc is Cancel."""
+    with dialer(name, "device name=B") as session:
+        session.start(SETTINGS, "/sett")
+        expect_reports(session, STARTED)
+        click_entry(session, 1)
+        session.xdotool("key", "space")
+        expect_reports(session, [*STARTED, *B_BOUND])
+        session.xdotool("key", "alt+t")
+        session.wait_for_control("Nummer")
+        session.xdotool("key", "Escape")
+        wait_until("Esc hides the window", lambda: hidden(session))
+        expect_reports(session, [*STARTED, *B_BOUND, *STARTED, *STARTED])
+
+
+def close_by_box(session):
+    window = session.window(WINDOW)[0]
+    session.click(window.left + window.width + CLOSE_BOX[0], window.top + CLOSE_BOX[1])
+
+
+def close_by_keys(session):
+    window = session.window(WINDOW)[0]
+    session.click(window.left + 150, window.top + 10)
+    session.xdotool("key", "alt+F4")
+
+
+CLOSINGS = {
+    "close-box": (close_by_box, 0),
+    "system-key": (close_by_keys, 0),
+    "ok": (lambda session: session.press(session.window(WINDOW), "OK"), 1),
+    "cancel": (lambda session: session.press(session.window(WINDOW), "Abbrechen"), 1),
+}
+
+
+def closing(close, mode, linked, call):
+    """One way to close the window, as a case."""
+
+    def play(name):
+        with dialer(name, CALL_UP) as session:
+            session.write("Rufmonspec.ini", "[Debug]\nLogTAPI=1\n")
+            if not linked:
+                session.do("offline")
+            session.start(SETTINGS, "/sett")
+            session.window(WINDOW)
+            if call:
+                converse(session, [*STARTED, "> cmd|call|0301234567", *DIALED, *ANSWERED])
+            close(session)
+            if linked:
+                wait_until("the window hides", lambda: hidden(session))
+                equal(len(session.dialers()), 1)
+            else:
+                session.wait_for_end(seconds=5)
+            said = [line.split("FormFonklav_")[1] for line in session.read("log/debug.log") if "FormFonklav_" in line]
+            equal(said, [f"QueryUnload - Param={mode}", "QueryUnload - Cancel" if linked else "Unload"])
+            # Cancel makes the line object anew and with it gives a call back; the other ways leave the call alone.
+            dropped = call and close is CLOSINGS["cancel"][0]
+            equal(len(calls(session, "lineDeallocateCall")), 1 if dropped else 0)
+            equal(session.read("log/error.log"), [])
+
+    return play
+
+
+for way, (close_it, unload_mode) in CLOSINGS.items():
+    case(f"{way}-hides-while-linked")(closing(close_it, unload_mode, True, False))
+    case(f"{way}-hides-during-a-call")(closing(close_it, unload_mode, True, True))
+    case(f"{way}-ends-without-a-link")(closing(close_it, unload_mode, False, False))
+
+
+@case("texts-from-a-file-key-by-key")
+def texts(name):
+    """Of a file in which every second key is empty or missing, each text is the right one of the two."""
+    with dialer(name) as session:
+        session.write("data/Rufmon.ini", "[General]\nLanguage=44\n")
+        session.write("base/language_44.ini", "[Data]\nSettings_Label_HeadTAPI=Dialling aid\nDisplay_Menu_Settings=\n"
+                      "TAPIConfig_Button_Test=&Try\nTAPIConfig_Button_DeviceInfo=\nButton_OK=Good<TAB>\n"
+                      "TAPIConfig_Label_NationalPrefix2=a<cr>b\nSettings_String_TAPIDevice=\" Lines \"\n")
+        session.start(SETTINGS, "/sett")
+        captions = {item.text for item in session.window("Rufmon -  Dialling aid Einstellungen")}
+        wanted = {"&Try", "Geräte-&Info", "Good\t", "A&bbrechen", "a<cr>b", " Lines "}
+        equal(sorted(wanted - captions), [])
+
+
+@case("names-of-every-kind")
+def names(name):
+    """Two hundred lines and odd names: listed, bound, reported, usable by the keyboard."""
+    odd = ["Ü" * 200, "Zürich \\x80", "with\\x09tab", "\\x20"]
+    scenario = "".join(f'device name="{text}"\n' for text in odd) + "repeat 200 device name=Line{n}\n"
+    with dialer(name, scenario) as session:
+        session.start("[TAPIDial]\nTAPILine=Line200\n", "/sett")
+        expect_reports(session, ["Init2LastOK|1", "line|Line200"])
+        click_entry(session, 1)
+        session.xdotool("key", "space")
+        long_name = "Ü" * 200
+        expect_reports(session, ["Init2LastOK|1", "line|Line200", "Init2LastOK|1", f"line|{long_name}"])
+        session.xdotool("key", "End", "space")
+        expect_reports(session, ["Init2LastOK|1", "line|Line200", "Init2LastOK|1", f"line|{long_name}",
+                                 "Init2LastOK|1", "line|Line200"])
+        equal(session.read("log/error.log"), [])
+
+
+if __name__ == "__main__":
+    run()
