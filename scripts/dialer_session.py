@@ -180,6 +180,11 @@ class Session:
         """Synthetic input from outside the program, as a person's comes."""
         subprocess.run(["xdotool", *map(str, words)], env=self._environ, check=True)
 
+    def end_windows_session(self):
+        """Tells every program of the prefix that Windows ends the session, as when the user logs off."""
+        subprocess.run(["wine", "wineboot", "--end-session"], env=self._environ, check=False, timeout=30,
+                       stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+
     def picture(self, item, path):
         """Saves what the screen shows where this window is."""
         area = f"{item.width}x{item.height}+{item.left}+{item.top}"

@@ -181,6 +181,14 @@ def close_by_keys(session):
     session.xdotool("key", "alt+F4")
 
 
+def dial_by_hand(session):
+    session.press(session.window(WINDOW), "Test")
+    session.wait_for_control("Wählen")
+    type_into(session, 1, ["1", "2"])
+    session.press(session.window(WINDOW), "Wählen")
+    wait_until("the call is up", lambda: "Verbunden" in control(session.window(WINDOW), "Edit", 2).text)
+
+
 CLOSINGS = {
     "close-box": (close_by_box, 0),
     "system-key": (close_by_keys, 0),
@@ -199,8 +207,10 @@ def closing(close, mode, linked, call):
                 session.do("offline")
             session.start(SETTINGS, "/sett")
             session.window(WINDOW)
-            if call:
+            if call and linked:
                 converse(session, [*STARTED, "> cmd|call|0301234567", *DIALED, *ANSWERED])
+            elif call:
+                dial_by_hand(session)
             close(session)
             if linked:
                 wait_until("the window hides", lambda: hidden(session))
@@ -209,9 +219,9 @@ def closing(close, mode, linked, call):
                 session.wait_for_end(seconds=5)
             said = [line.split("FormFonklav_")[1] for line in session.read("log/debug.log") if "FormFonklav_" in line]
             equal(said, [f"QueryUnload - Param={mode}", "QueryUnload - Cancel" if linked else "Unload"])
-            # Cancel makes the line object anew and with it gives a call back; the other ways leave the call alone.
-            dropped = call and close is CLOSINGS["cancel"][0]
-            equal(len(calls(session, "lineDeallocateCall")), 1 if dropped else 0)
+            # The end gives a call back. So does Cancel, which makes the line object anew; hiding leaves the call alone.
+            given_back = call and (not linked or close is CLOSINGS["cancel"][0])
+            equal(len(calls(session, "lineDeallocateCall")), 1 if given_back else 0)
             equal(session.read("log/error.log"), [])
 
     return play
@@ -221,6 +231,23 @@ for way, (close_it, unload_mode) in CLOSINGS.items():
     case(f"{way}-hides-while-linked")(closing(close_it, unload_mode, True, False))
     case(f"{way}-hides-during-a-call")(closing(close_it, unload_mode, True, True))
     case(f"{way}-ends-without-a-link")(closing(close_it, unload_mode, False, False))
+    case(f"{way}-ends-without-a-link-during-a-call")(closing(close_it, unload_mode, False, True))
+
+
+@case("windows-ends-the-session")
+def session_end(name):
+    """Linked or not, the program goes at once, gives its call back and writes what the trace still holds."""
+    with dialer(name, CALL_UP) as session:
+        session.write("Rufmonspec.ini", "[Debug]\nLogTAPI=1\nTraceMode=1\n")
+        session.start(SETTINGS)
+        converse(session, [*STARTED, "> cmd|call|0301234567", *DIALED, *ANSWERED])
+        session.end_windows_session()
+        session.wait_for_end(seconds=5)
+        equal([line.split("FormFonklav_")[1] for line in session.read("log/debug.log") if "FormFonklav_" in line],
+              ["QueryUnload - Param=2", "Unload"])
+        equal([line.split("(")[0] for line in calls(session, "lineDeallocateCall", "lineClose", "lineShutdown")][-3:],
+              ["call lineDeallocateCall", "call lineClose", "call lineShutdown"])
+        assert any("fMain.Form_Unload" in line for line in session.read("log/trace.log")), "the trace lost its end"
 
 
 @case("texts-from-a-file-key-by-key")
