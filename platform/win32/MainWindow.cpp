@@ -121,7 +121,7 @@ void MainWindow::ShowControl(const LayoutRow& row) {
     if (row.id == ControlId::txtTestStatus) {
       ShowGrowingText(window, text);
     } else {
-      ShowText(window, text);
+      ShowText(window, row.kind == ControlKind::TextBox ? OneLine(text) : text);
     }
     toolTip_.Show(window, Wide(control->ToolTip()));
     NameBoxes(row.id, text);

@@ -21,11 +21,30 @@ std::optional<std::uint32_t> AttributesOrNothing(DWORD attributes) {
   throw RunTimeError(folder ? ErrorNumber::PathFileAccessError : ErrorNumberOf(error));
 }
 
+constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+
+UniqueFile TryOpen(const std::wstring& path, DWORD access, DWORD share, DWORD disposition) {
+  return UniqueFile{CreateFileW(path.c_str(), access, share, nullptr, disposition, FILE_ATTRIBUTE_NORMAL, nullptr)};
+}
+
 UniqueFile Open(const std::wstring& path, DWORD access, DWORD disposition) {
-  UniqueFile file{CreateFileW(path.c_str(), access, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
-                              disposition, FILE_ATTRIBUTE_NORMAL, nullptr)};
+  UniqueFile file = TryOpen(path, access, kShareAll, disposition);
   if (!file) ThrowFault(GetLastError(), path);
   return file;
+}
+
+/// Opens a file for one append. Windows makes each append whole by itself; elsewhere two programs that append at the
+/// same moment would overwrite each other, so other writers are kept out for that moment, if they let go soon.
+UniqueFile OpenToAppend(const std::wstring& path) {
+  constexpr int patience = 5;
+  constexpr DWORD access = FILE_APPEND_DATA | SYNCHRONIZE;
+  for (int attempt = 0; attempt < patience; ++attempt) {
+    UniqueFile file = TryOpen(path, access, FILE_SHARE_READ | FILE_SHARE_DELETE, OPEN_ALWAYS);
+    if (file) return file;
+    if (GetLastError() != ERROR_SHARING_VIOLATION) break;
+    Sleep(1);
+  }
+  return Open(path, access, OPEN_ALWAYS);
 }
 
 void WriteAll(const UniqueFile& file, std::string_view bytes, const std::wstring& path) {
@@ -83,7 +102,7 @@ void Win32FileSystem::Write(const std::string& path, std::string_view bytes) {
 void Win32FileSystem::Append(const std::string& path, std::string_view bytes) {
   // With this right alone each write goes to the end of the file as it then is, whoever else writes.
   const std::wstring wide = Wide(path);
-  WriteAll(Open(wide, FILE_APPEND_DATA | SYNCHRONIZE, OPEN_ALWAYS), bytes, wide);
+  WriteAll(OpenToAppend(wide), bytes, wide);
 }
 
 void Win32FileSystem::Replace(const std::string& path, std::string_view bytes) {

@@ -8,6 +8,12 @@ std::wstring TextOf(HWND window) {
   return text;
 }
 
+std::wstring OneLine(std::wstring text) {
+  constexpr std::size_t mostShown = 1000;
+  if (text.size() > mostShown) text.replace(mostShown, std::wstring::npos, 1, L'\u2026');
+  return text;
+}
+
 void ShowText(HWND window, const std::wstring& text) {
   if (TextOf(window) != text) SetWindowTextW(window, text.c_str());
 }

@@ -39,7 +39,10 @@ const std::vector<Script::Entry>& Script::Commands() {
                                            {"refuse-advise", &Script::RefuseAdvise},
                                            {"terminate", &Script::Terminate},
                                            {"windows", &Script::Windows},
-                                           {"offline", &Script::Offline}};
+                                           {"offline", &Script::Offline},
+                                           {"hold", &Script::Hold},
+                                           {"release", &Script::Release},
+                                           {"append", &Script::Append}};
   return commands;
 }
 
@@ -130,6 +133,18 @@ void Script::Windows(const std::string&) {
 }
 
 void Script::Offline(const std::string&) { server_.Withdraw(); }
+
+void Script::Hold(const std::string& path) {
+  held_.push_back(OpenFileFor(path, GENERIC_READ | GENERIC_WRITE, 0));
+  if (!held_.back()) Fail("cannot hold " + path);
+}
+
+void Script::Release(const std::string&) { held_.clear(); }
+
+void Script::Append(const std::string& pathAndText) {
+  const std::size_t blank = pathAndText.find(' ');
+  AppendLine(pathAndText.substr(0, blank), blank == std::string::npos ? "" : pathAndText.substr(blank + 1));
+}
 
 void Script::OnReport(const std::string& bytes) {
   Print(kDialerToSuite, bytes);

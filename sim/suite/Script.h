@@ -11,6 +11,7 @@
 
 #include "sim/suite/DdeServer.h"
 #include "sim/suite/DialerProcess.h"
+#include "sim/suite/HeldFile.h"
 
 namespace fonklav::suite {
 
@@ -48,6 +49,9 @@ class Script {
   void Terminate(const std::string&);
   void Windows(const std::string&);
   void Offline(const std::string&);
+  void Hold(const std::string& path);
+  void Release(const std::string&);
+  void Append(const std::string& pathAndText);
 
   void OnReport(const std::string& bytes);
   /// Pumps until `met` or the time is over; says whether it was met.
@@ -65,6 +69,7 @@ class Script {
   bool clearWhenAcknowledged_{false};
   bool clearNow_{false};
   bool ok_{true};
+  std::vector<HeldFile> held_;  ///< files that nobody else can open
   DdeServer server_;
 };
 

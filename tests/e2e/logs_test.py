@@ -1,0 +1,125 @@
+#!/usr/bin/env python3
+"""The logs of the real program: what they hold after a whole call, and calls that go on when they cannot be written."""
+import re
+
+from dialer_session import windows_path
+from stories import (ANSWERED, CALL_UP, DIALED, FAR_END_HUNG_UP, IDLE, SETTINGS, STARTED, case, converse, dialer, equal,
+                     expect_reports, run)
+
+STAMP = r"\d{4}/\d\d/\d\d  \d\d:\d\d:\d\d  "
+FORMS = {
+    "log/error.log": STAMP + r"FVT v1\.0 [\w.]+, Line:[ \d]{2}\d+  \+ \d+ \+ [\w /]+( Params\(.*\))?",
+    "log/trace.log": STAMP + r"FVT v1\.0  [\w.!]+ \d\d+(\(.*\))?",
+    "log/debug.log": STAMP + r"TAPI FVT .+",
+}
+ALL_ON = "".join(f"{key}=1\n" for key in ("LogExport", "LogCAPI", "LogAVM", "LogNCID", "LogTAPI", "LogOther",
+                                          "TraceMode", "LogTiming"))
+WHOLE_CALL = [*STARTED, "> cmd|call|0301234567", *DIALED, *ANSWERED, *FAR_END_HUNG_UP, *IDLE]
+CALL_STEPS = ["DDE Execute - cmd|call|0301234567", "MakeCallAsynch - Number: 0301234567",
+              "MakeCallAsynch - To API: 0301234567", "TAPIMakeCallResult -  OK", "TAPIDialing", "TAPIConnected",
+              "TAPIDisconnected", "TAPIDropCallResult -  Call Dropped", "TAPIIdle"]
+
+
+def ordered(wanted, lines):
+    """Which of the wanted texts do not end a line behind the one before."""
+    rest = iter(lines)
+    return [text for text in wanted if not any(line.endswith(text) for line in rest)]
+
+
+@case("every-switch-on")
+def every_switch(name):
+    """Every line of all three logs has its form, and they tell the call and a fault from start to end."""
+    with dialer(name, CALL_UP + "call state disconnected after=200") as session:
+        session.write("Rufmonspec.ini", "[Debug]\n" + ALL_ON)
+        session.start(SETTINGS)
+        converse(session, [*WHOLE_CALL, "> debug|maybe\ttab", "cmd|quitt"])
+        session.do("terminate")
+        session.wait_for_end(seconds=5)
+        for log, form in FORMS.items():
+            lines = session.read(log)
+            assert lines, f"{log} is empty"
+            equal([line for line in lines if not re.fullmatch(form, line)], [], log)
+        equal(ordered(["Start - Param=/run", "Init DDE", "DDE LinkOpen", *CALL_STEPS, "DDE LinkClose",
+                       "FormFonklav_QueryUnload - Param=1", "FormFonklav_Unload"], session.read("log/debug.log")), [])
+        trace = session.read("log/trace.log")
+        steps = [line.split("  ")[3] for line in trace]
+        equal(ordered(["fMain.Form_Load 01", "fMain.cmdWahl_Click 01", "CvbTAPILine.MakeCallAsynch 01(S:0301234567)",
+                       "fMain.tapiline_Idle 01", "fMain.Form_Unload 01"], steps), [])
+        assert any("  !ERROR! 01(S:" in line and "Type mismatch" in line for line in trace)
+        equal([line.split(" Params")[1] for line in session.read("log/error.log")], ["(S:debug|maybe#[9]tab)"])
+
+
+def blocked(prepare):
+    """A whole call with every switch on while logs cannot be written, as a case."""
+
+    def play(name):
+        with dialer(name, CALL_UP + "call state disconnected after=200") as session:
+            session.write("Rufmonspec.ini", "[Debug]\n" + ALL_ON)
+            prepare(session)
+            session.start(SETTINGS)
+            converse(session, WHOLE_CALL)
+            equal(session.windows(), [])
+            session.do("terminate")
+            session.wait_for_end(seconds=5)
+
+    return play
+
+
+def no_folder(session):
+    (session.folder / "log").rmdir()
+
+
+def folders_in_place(session):
+    for log in FORMS:
+        (session.folder / log).mkdir()
+
+
+case("no-folder-for-logs")(blocked(no_folder))
+case("folders-where-logs-should-be")(blocked(folders_in_place))
+
+
+@case("logs-held-open-by-another-program")
+def held(name):
+    """The call goes on; once the files are free again, what was traced meanwhile is written."""
+    with dialer(name, CALL_UP + "call state disconnected after=200") as session:
+        session.write("Rufmonspec.ini", "[Debug]\n" + ALL_ON)
+        for log in FORMS:
+            session.do(f"hold {windows_path(session.folder / log)}")
+        session.start(SETTINGS)
+        converse(session, WHOLE_CALL)
+        equal([log for log in FORMS if session.read(log)], [])
+        equal(session.windows(), [])
+        session.do("release")
+        session.send("debug|0")
+        session.wait("cmd|quitt")
+        session.do("terminate")
+        session.wait_for_end(seconds=5)
+        assert any("fMain.Form_Load 01" in line for line in session.read("log/trace.log")), "traced lines were lost"
+        assert any("DDE LinkClose" in line for line in session.read("log/debug.log")), "the log has not recovered"
+
+
+@case("two-programs-append-to-one-log")
+def two_writers(name):
+    """Another program of the suite appends to the debug log all the while: no line of either is lost or torn."""
+    with dialer(name) as session:
+        session.write("Rufmonspec.ini", "[Debug]\nLogTAPI=1\n")
+        session.start(SETTINGS)
+        expect_reports(session, STARTED)
+        before = len(session.read("log/debug.log"))
+        log = windows_path(session.folder / "log/debug.log")
+        for number in range(300):
+            session.do(f"set frob {number}")
+            for part in "abc":
+                session.do(f"append {log} the other program, line {number}{part}")
+        session.send("debug|0")
+        session.wait("cmd|quitt", seconds=30)
+        lines = session.read("log/debug.log")[before:]
+        equal([line for line in lines if line.startswith("the other")],
+              [f"the other program, line {number}{part}" for number in range(300) for part in "abc"])
+        ours = [line for line in lines if not line.startswith("the other")]
+        equal([line.split("Execute - ")[1] for line in ours], [f"frob {number}" for number in range(300)] + ["debug|0"])
+        equal([line for line in ours if not re.fullmatch(FORMS["log/debug.log"], line)], [])
+
+
+if __name__ == "__main__":
+    run()
