@@ -1,7 +1,8 @@
 #!/usr/bin/env python3
 """A call from the main program to the far end and back, as it happens, with a picture of the window.
 
-demo [--for-docs]     --for-docs also puts the picture where the README shows it
+demo                  dials a call
+demo --screens        takes pictures of the window collapsed, with its panels, in German and English, at 100 and 200 %
 """
 import shutil
 import sys
@@ -46,14 +47,63 @@ def run(env):
         return session.reports()
 
 
+def texts_of(code):
+    """The texts of a language file by key, as the window shows them: without quotes and access-key marks."""
+    lines = (ROOT / f"lang/language_{code}.ini").read_text(encoding="cp1252").splitlines()
+    return {key: text.strip('"').replace("&", "") for key, _, text in (line.partition("=") for line in lines)}
+
+
+def take_screens(env, name, code):
+    """The window's pictures in one language."""
+    texts = texts_of(code)
+    caption = f"Rufmon -  {texts['Settings_Label_HeadTAPI']} {texts['Display_Menu_Settings']}"
+    with Session(env, BUILD, ROOT / "build/demo/session", ROOT / "sim/scenarios/two-lines.txt") as session:
+        def picture(what):
+            path = ROOT / f"build/demo/{what}-{name}.png"
+            session.picture(session.window(caption)[0], path)
+            print(path.relative_to(ROOT), flush=True)
+
+        session.write("data/Rufmon.ini", f"[General]\nLanguage={code}\n")
+        shutil.copy(ROOT / f"lang/language_{code}.ini", session.folder / "base")
+        session.start("[TAPIDial]\nTAPILine=ISDN-Line1\n", "/sett")
+        session.wait("line|")
+        picture("collapsed")
+        session.press(session.window(caption), texts["TAPIConfig_Button_DeviceInfo"])
+        session.wait_for_control(texts["TAPIConfig_Frame_DeviceInfo"])
+        tick_list = next(item for item in session.window(caption) if item.window_class == "SysListView32")
+        session.click(tick_list.left + tick_list.width // 3, tick_list.top + tick_list.height // 12)
+        session.do("sleep 200")
+        picture("device-info")
+        session.press(session.window(caption), texts["TAPIConfig_Button_Test"])
+        session.wait_for_control(texts["TAPI_Button_HangUp"])
+        session.send("cmd|call|0301234567")
+        session.wait(f"anzlog|{texts['TAPIConfig_String_Connected']}")
+        session.wait("cmd|autohide")
+        picture("call")
+        session.do("terminate")
+        session.wait("dialer ended, exit code 0", who="suite")
+
+
+def screens(env):
+    """All pictures; the scale is the system's, so Wine starts anew for each."""
+    for percent in (100, 200):
+        env.set_registry(r"HKCU\Control Panel\Desktop", "LogPixels", "REG_DWORD", str(96 * percent // 100))
+        env.start()
+        for language, code in {"de": 49, "en": 44}.items():
+            take_screens(env, f"{language}-{percent}", code)
+    env.set_registry(r"HKCU\Control Panel\Desktop", "LogPixels", "REG_DWORD", "96")
+
+
 def main():
-    if sys.argv[1:] not in ([], ["--for-docs"]):
+    if sys.argv[1:] not in ([], ["--screens"]):
         sys.exit(__doc__)
     sys.stdout.reconfigure(encoding="utf-8")
     env = WineEnv(BUILD / "wine")
     try:
         env.start()
         env.install_tapi(BUILD / "sim/tapi32.dll")
+        if sys.argv[1:] == ["--screens"]:
+            return screens(env)
         reports = run(env)
     except AssertionError as fault:
         sys.exit(f"The demo failed: {fault}")
@@ -61,9 +111,6 @@ def main():
         env.stop()
     if reports != EXPECTED:
         sys.exit("The demo failed: the conversation was not as expected, which is\n" + "\n".join(EXPECTED))
-    if sys.argv[1:]:
-        (ROOT / "docs/images").mkdir(exist_ok=True)
-        shutil.copy(PICTURE, ROOT / "docs/images")
     print(f"\nThe call went through, the dialer ended by itself. Its window: {PICTURE.relative_to(ROOT)}")
 
 
