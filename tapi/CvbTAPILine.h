@@ -194,6 +194,7 @@ class CvbTAPILine : public std::enable_shared_from_this<CvbTAPILine> {
   void HandleCallState(std::uint32_t state);
   void HandleIdle();
   void HandleDisconnected();
+  void KnowIdle(bool idle, std::uint32_t message);
   void Release();
 
   /// Stores the code of a failed call and says whether it was one.
@@ -224,6 +225,7 @@ class CvbTAPILine : public std::enable_shared_from_this<CvbTAPILine> {
   std::uint32_t makeCallRequestId_{0};
   std::uint32_t dropRequestId_{0};
   bool idle_{false};
+  std::uint32_t stateMessages_{0};  ///< counts the call states heard
   std::int16_t internalNrLength_{3};
 };
 

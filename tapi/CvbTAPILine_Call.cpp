@@ -78,20 +78,28 @@ void CvbTAPILine::HandleReply(std::uint32_t requestId, std::int32_t result) {
   }
 }
 
+void CvbTAPILine::KnowIdle(bool idle, std::uint32_t message) {
+  // A handler that pumps messages may have heard the call's next state in the meantime: the newest counts.
+  if (message == stateMessages_) idle_ = idle;
+}
+
 void CvbTAPILine::HandleCallState(std::uint32_t state) {
+  const std::uint32_t message = ++stateMessages_;
   switch (state) {
     case LINECALLSTATE_IDLE:
       HandleIdle();
+      KnowIdle(true, message);
       break;
     case LINECALLSTATE_DIALING:
       if (events_ != nullptr) events_->tapiline_Dialing();
       break;
     case LINECALLSTATE_CONNECTED:
       if (events_ != nullptr) events_->tapiline_Connected();
-      idle_ = false;
+      KnowIdle(false, message);
       break;
     case LINECALLSTATE_DISCONNECTED:
       HandleDisconnected();
+      KnowIdle(false, message);
       break;
     default:  // every other state passes without a word
       break;
@@ -105,14 +113,12 @@ void CvbTAPILine::HandleIdle() {
     CloseLine();
   }
   if (events_ != nullptr) events_->tapiline_Idle();
-  idle_ = true;
 }
 
 void CvbTAPILine::HandleDisconnected() {
   // The far end has hung up; without a drop of ours the call would never become idle.
   static_cast<void>(DropCallAsynch());
   if (events_ != nullptr) events_->tapiline_Disconnected();
-  idle_ = false;
 }
 
 }  // namespace fonklav

@@ -164,6 +164,25 @@ TEST(Callback, ALineThatIsReplacedWhileItsEventRunsEndsFromTheLoop) {
   EXPECT_THAT(system.events.heard, ElementsAre("MakeCallResult 0", "Connected"));
 }
 
+TEST(Callback, AHandlerThatIsInterruptedByTheNextStateLeavesTheNewest) {
+  TapiSystem system(std::string("device\ncall reply after=5\n") + kLocation);
+  ASSERT_TRUE(system.Open());
+  EXPECT_TRUE(system.line->MakeCallAsynch("1"));
+  system.Pump(10);
+  system.events.onEvent = [&](const std::string& event) {
+    // The handler pumps messages, and the end of the call arrives before it returns.
+    if (event == "Connected") system.line->LineProcHandler(0, LINE_CALLSTATE, LINECALLSTATE_IDLE, 0, 0);
+    if (event == "Disconnected") system.line->LineProcHandler(0, LINE_CALLSTATE, LINECALLSTATE_CONNECTED, 0, 0);
+  };
+  system.line->LineProcHandler(0, LINE_CALLSTATE, LINECALLSTATE_CONNECTED, 0, 0);
+  EXPECT_THAT(system.events.heard, ElementsAre("MakeCallResult 0", "Connected", "Idle"));
+  EXPECT_TRUE(system.line->Idle());
+  EXPECT_EQ(system.sim.OpenLines(), 0U);
+  system.line->LineProcHandler(0, LINE_CALLSTATE, LINECALLSTATE_DISCONNECTED, 0, 0);
+  EXPECT_TRUE(system.line->Idle()) << "the connected state's own handler heard of the idle one last";
+  EXPECT_TRUE(system.line->OpenLine()) << "ready for the next call";
+}
+
 TEST(Callback, MessagesForNobodyPassInSilence) {
   TapiSystem system(std::string("device\n") + kLocation);
   ASSERT_TRUE(system.Open());
