@@ -86,12 +86,10 @@ void clsErrorHandling::QueueTraceLine(const std::string& line) {
   oTraceQueue_->Queue_Add(codePage_.ToBytes(line));
 }
 
-void clsErrorHandling::Trace_Flush() {
-  if (oTraceQueue_ && oTraceQueue_->Count() > 0) WriteTrace();
-}
+void clsErrorHandling::Trace_Flush() { WriteTrace(); }
 
 void clsErrorHandling::WriteTrace() noexcept {
-  if (config_.state.dataRoot.empty()) return;
+  if (!oTraceQueue_ || config_.state.dataRoot.empty()) return;
   try {
     while (oTraceQueue_->Count() > 0) {
       // Lines leave the queue when they are in the file. A few at a time keeps a vain attempt cheap, however many wait.
