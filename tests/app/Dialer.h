@@ -6,28 +6,15 @@
 #include <vector>
 
 #include "app/Program.h"
-#include "sim/SimTelephony.h"
-#include "tests/fakes/FakeClock.h"
-#include "tests/fakes/FakeCodePage.h"
-#include "tests/fakes/FakeDdeTransport.h"
-#include "tests/fakes/FakeFileSystem.h"
-#include "tests/fakes/FakeIconPainter.h"
-#include "tests/fakes/FakeMessageBoxes.h"
-#include "tests/fakes/FakeMessageLoop.h"
-#include "tests/fakes/FakeNumberLocale.h"
-#include "tests/fakes/FakePrivateProfile.h"
-#include "tests/fakes/FakeProcess.h"
-#include "tests/fakes/FakeShellFolders.h"
+#include "tests/fakes/FakeSystem.h"
 #include "tests/fakes/FakeView.h"
 
 namespace fonklav::test {
 
 /// A whole dialer on simulated telephony, with a main program at the other end of the link.
-class Dialer {
+class Dialer : public FakeSystem {
  public:
-  explicit Dialer(const std::string& scenario) : sim(Scenario::Parse(scenario)) {
-    files.folders = {"c:\\programdata\\rufmon\\data", "c:\\programdata\\rufmon\\log", "c:\\rufmon", "c:\\rufmon\\base"};
-  }
+  explicit Dialer(const std::string& scenario) : FakeSystem(scenario) {}
 
   /// Puts a line name into the settings, before the start.
   void StoreLine(const std::string& name) { profile.WriteString("TAPIDial", "TAPILine", name, kSettings); }
@@ -35,8 +22,7 @@ class Dialer {
   /// Starts the program and lets its start timers tick. False when the start was refused.
   bool Start(const std::string& commandLine) {
     process.commandLine = commandLine;
-    program = std::make_unique<Program>(
-        Ports{clock, codePage, dde, files, icons, boxes, loop, locale, profile, process, shell, sim});
+    program = std::make_unique<Program>(AllPorts());
     if (!program->Load(view)) return false;
     Input().TimerTick(TimerId::Start0);
     if (dde.Connected()) dde.Sink().OnAck(adviseStatus, 0);
@@ -62,24 +48,13 @@ class Dialer {
   FormInput& Input() { return program->Input(); }
   FakeView& View() { return view; }
   const std::vector<FakeMessageBoxes::Shown>& Messages() const { return boxes.shown; }
-  std::string ErrorLog() { return files.files["c:\\programdata\\rufmon\\log\\error.log"]; }
-  std::string DebugLog() { return files.files["c:\\programdata\\rufmon\\log\\debug.log"]; }
-  std::string Settings() { return files.files[FakeFileSystem::Key(kSettings)]; }
+  std::string ErrorLog() { return File("C:\\ProgramData\\Rufmon\\log\\error.log"); }
+  std::string DebugLog() { return File("C:\\ProgramData\\Rufmon\\log\\debug.log"); }
+  std::string Settings() { return File(kSettings); }
 
   static constexpr const char* kSettings = "C:\\ProgramData\\Rufmon\\data\\sett_TAPI.ini";
 
-  FakeClock clock;
-  FakeCodePage codePage;
-  FakeDdeTransport dde;
-  FakeFileSystem files;
-  FakeIconPainter icons;
-  FakeMessageBoxes boxes;
-  FakeMessageLoop loop;
-  FakeNumberLocale locale;
-  FakePrivateProfile profile{files};
-  FakeProcess process;
-  FakeShellFolders shell;
-  SimTelephony sim;
+  SimTelephony& sim{telephony};
   FakeView view;
   std::uint16_t adviseStatus{kDdeAckPositive};
   std::unique_ptr<Program> program;
