@@ -36,7 +36,7 @@ struct Program::Parts {
   Diagnostics diagnostics;
   LogLimits limits;
   Configuration config{diagnostics, ports, [this]() -> std::unique_ptr<ProcedureLog> {
-                         return std::make_unique<clsErrorHandling>(diagnostics, config, ports, limits);
+                         return std::make_unique<clsErrorHandling>(diagnostics, config, ports);
                        }};
   LineState lines;
   DialSettings settings;

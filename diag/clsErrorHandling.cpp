@@ -39,8 +39,7 @@ class Reserved {
 
 }  // namespace
 
-clsErrorHandling::clsErrorHandling(Diagnostics& diagnostics, Configuration& config, const Ports& ports,
-                                   const LogLimits& /*limits*/)
+clsErrorHandling::clsErrorHandling(Diagnostics& diagnostics, Configuration& config, const Ports& ports)
     : diagnostics_(diagnostics),
       config_(config),
       fileSystem_(ports.files),

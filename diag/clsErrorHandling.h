@@ -7,7 +7,6 @@
 #include <string_view>
 
 #include "config/Configuration.h"
-#include "diag/LogLimits.h"
 #include "diag/clsFiles.h"
 #include "platform/Clock.h"
 #include "platform/CodePage.h"
@@ -22,7 +21,7 @@ namespace fonklav {
 /// it writes what the trace still holds. Logging that fails is silent, or shown where a member says so.
 class clsErrorHandling final : public ProcedureLog {
  public:
-  clsErrorHandling(Diagnostics& diagnostics, Configuration& config, const Ports& ports, const LogLimits& limits);
+  clsErrorHandling(Diagnostics& diagnostics, Configuration& config, const Ports& ports);
   ~clsErrorHandling() override;
 
   /// Logs the pending error, if there is one, under the procedure's name and clears it. Error 401 is never logged.

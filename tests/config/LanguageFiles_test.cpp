@@ -60,11 +60,10 @@ std::set<std::string> KeysTheProgramAsksFor() {
     EXPECT_EQ(program.Load(view), system.process.commandLine == "/run");
   }
   Diagnostics diagnostics;
-  LogLimits limits;
   Configuration config(diagnostics, ports, [] { return std::unique_ptr<ProcedureLog>(); });
   EXPECT_TRUE(config.declareAll.Init("FVT", false));
   config.languagePrivate.LoadTexts();
-  clsErrorHandling log(diagnostics, config, ports, limits);
+  clsErrorHandling log(diagnostics, config, ports);
   diagnostics.pending.number = 5;
   log.ErrorLogWithMsgBox("somewhere", {});
   return profile.asked;

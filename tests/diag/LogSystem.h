@@ -55,9 +55,8 @@ struct LogSystem : FakeSystem {
   static constexpr const char* kLogFolder = "c:\\programdata\\rufmon\\log";
 
   Diagnostics diagnostics;
-  LogLimits limits;
   Configuration config{diagnostics, AllPorts(), [this]() -> std::unique_ptr<ProcedureLog> {
-                         return std::make_unique<clsErrorHandling>(diagnostics, config, AllPorts(), limits);
+                         return std::make_unique<clsErrorHandling>(diagnostics, config, AllPorts());
                        }};
 };
 
