@@ -120,7 +120,7 @@ TEST(ErrorLog, CountsTheLinesThatItFinds) {
   LogSystem system;
   system.File(LogSystem::kErrorLog) = "a\r\nb\r\nc";
   system.diagnostics.tag.clear();
-  const clsErrorHandling second(system.diagnostics, system.config, system.AllPorts(), system.limits);
+  const clsErrorHandling second(system.diagnostics, system.config, system.AllPorts());
   EXPECT_EQ(second.ErrorLogLineCount, 3);
   EXPECT_EQ(system.diagnostics.tag, "NON");
 }
@@ -214,7 +214,7 @@ TEST(ErrorLog, AFaultInTheLoggerItselfIsShown) {
   Ports ports{clock,       system.codePage, system.dde,     system.files,   system.icons, system.boxes,
               system.loop, system.locale,   system.profile, system.process, system.shell, system.telephony};
   system.diagnostics.tag = "PRG";  // only its entries need the elapsed time
-  clsErrorHandling log(system.diagnostics, system.config, ports, system.limits);
+  clsErrorHandling log(system.diagnostics, system.config, ports);
   clock.broken = true;
   system.Pend(53, "File not found");
   log.ErrorLogNew("clsX.Do", {});
