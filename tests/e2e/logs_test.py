@@ -1,6 +1,9 @@
 #!/usr/bin/env python3
 """The logs of the real program: what they hold after a whole call, and calls that go on when they cannot be written."""
+import os
 import re
+import signal
+import time
 
 from dialer_session import windows_path
 from stories import (ANSWERED, CALL_UP, DIALED, FAR_END_HUNG_UP, IDLE, SETTINGS, STARTED, case, converse, dialer, equal,
@@ -119,6 +122,35 @@ def two_writers(name):
         ours = [line for line in lines if not line.startswith("the other")]
         equal([line.split("Execute - ")[1] for line in ours], [f"frob {number}" for number in range(300)] + ["debug|0"])
         equal([line for line in ours if not re.fullmatch(FORMS["log/debug.log"], line)], [])
+
+
+OLD_LINES = [f"2015/03/07  09:05:31  FVT v1.0 an old line with the number {number:08}" for number in range(150_000)]
+
+
+@case("killed-while-the-error-log-is-cut")
+def killed(name):
+    """At whatever moment the program dies, the error log is whole: the old one or the new one."""
+    outcomes = set()
+    for milliseconds in (0, 5, 10, 20, 40, 80, 160, 2000):
+        with dialer(name) as session:
+            session.start(SETTINGS)
+            expect_reports(session, STARTED)
+            session.write("log/error.log", "\n".join(OLD_LINES) + "\n")
+            session.do("send debug|maybe")
+            session.wait("cmd|quitt")
+            time.sleep(milliseconds / 1000)
+            for pid in session.dialers():
+                os.kill(pid, signal.SIGKILL)
+            session.wait("dialer ended", who="suite")
+            lines = session.read("log/error.log")
+            if len(lines) < len(OLD_LINES):
+                equal(lines[:-1], OLD_LINES[-len(lines) + 1:])
+                assert lines[-1].endswith("Params(S:debug|maybe)"), lines[-1]
+                assert (session.folder / "log/error.log").stat().st_size < 51 * 1024
+            else:
+                equal(lines, OLD_LINES)
+            outcomes.add(len(lines) < len(OLD_LINES))
+    assert True in outcomes, "the log was never cut: the test has seen nothing"
 
 
 if __name__ == "__main__":
