@@ -36,14 +36,15 @@ UniqueFile Open(const std::wstring& path, DWORD access, DWORD disposition) {
 /// Opens a file for one append. Windows makes each append whole by itself; elsewhere two programs that append at the
 /// same moment would overwrite each other, so other writers are kept out for that moment, if they let go soon.
 UniqueFile OpenToAppend(const std::wstring& path) {
-  constexpr int patience = 5;
+  constexpr ULONGLONG patience = 100;  // milliseconds
   constexpr DWORD access = FILE_APPEND_DATA | SYNCHRONIZE;
-  for (int attempt = 0; attempt < patience; ++attempt) {
+  const ULONGLONG begin = GetTickCount64();
+  do {
     UniqueFile file = TryOpen(path, access, FILE_SHARE_READ | FILE_SHARE_DELETE, OPEN_ALWAYS);
     if (file) return file;
     if (GetLastError() != ERROR_SHARING_VIOLATION) break;
     Sleep(1);
-  }
+  } while (GetTickCount64() - begin < patience);
   return Open(path, access, OPEN_ALWAYS);
 }
 

@@ -24,7 +24,10 @@ inline HeldFile OpenFileFor(const std::string& path, DWORD access, DWORD share) 
 inline void AppendLine(const std::string& path, std::string_view line) {
   constexpr DWORD shareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
   HeldFile file = OpenFileFor(path, FILE_APPEND_DATA | SYNCHRONIZE, shareAll);
-  while (!file) file = OpenFileFor(path, FILE_APPEND_DATA | SYNCHRONIZE, shareAll);
+  while (!file) {
+    Sleep(1);
+    file = OpenFileFor(path, FILE_APPEND_DATA | SYNCHRONIZE, shareAll);
+  }
   const std::string text = std::string(line) + "\r\n";
   DWORD written = 0;
   WriteFile(file.get(), text.data(), static_cast<DWORD>(text.size()), &written, nullptr);
