@@ -21,6 +21,7 @@ std::optional<std::uint32_t> AttributesOrNothing(DWORD attributes) {
   throw RunTimeError(folder ? ErrorNumber::PathFileAccessError : ErrorNumberOf(error));
 }
 
+constexpr DWORD kAppend = FILE_APPEND_DATA | SYNCHRONIZE;
 constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 
 UniqueFile TryOpen(const std::wstring& path, DWORD access, DWORD share, DWORD disposition) {
@@ -33,19 +34,15 @@ UniqueFile Open(const std::wstring& path, DWORD access, DWORD disposition) {
   return file;
 }
 
-/// Opens a file for one append. Windows makes each append whole by itself; elsewhere two programs that append at the
-/// same moment would overwrite each other, so other writers are kept out for that moment, if they let go soon.
-UniqueFile OpenToAppend(const std::wstring& path) {
-  constexpr ULONGLONG patience = 100;  // milliseconds
-  constexpr DWORD access = FILE_APPEND_DATA | SYNCHRONIZE;
+/// Opens a file for one append while nobody else writes; empty when somebody still does after `patience` milliseconds.
+UniqueFile OpenAlone(const std::wstring& path, ULONGLONG patience) {
   const ULONGLONG begin = GetTickCount64();
-  do {
-    UniqueFile file = TryOpen(path, access, FILE_SHARE_READ | FILE_SHARE_DELETE, OPEN_ALWAYS);
-    if (file) return file;
-    if (GetLastError() != ERROR_SHARING_VIOLATION) break;
+  for (;;) {
+    UniqueFile file = TryOpen(path, kAppend, FILE_SHARE_READ | FILE_SHARE_DELETE, OPEN_ALWAYS);
+    const bool inUse = !file && GetLastError() == ERROR_SHARING_VIOLATION;
+    if (!inUse || GetTickCount64() - begin >= patience) return file;
     Sleep(1);
-  } while (GetTickCount64() - begin < patience);
-  return Open(path, access, OPEN_ALWAYS);
+  }
 }
 
 void WriteAll(const UniqueFile& file, std::string_view bytes, const std::wstring& path) {
@@ -101,9 +98,19 @@ void Win32FileSystem::Write(const std::string& path, std::string_view bytes) {
 }
 
 void Win32FileSystem::Append(const std::string& path, std::string_view bytes) {
-  // With this right alone each write goes to the end of the file as it then is, whoever else writes.
+  // With this right alone Windows puts each write at the end of the file as it then is, whoever else writes. Elsewhere
+  // two programs that append at the same moment would overwrite each other, so other writers are kept out. A file that
+  // somebody keeps is waited for once, and not again before it was free: nobody's call waits for a log.
+  constexpr ULONGLONG patience = 100;
   const std::wstring wide = Wide(path);
-  WriteAll(OpenToAppend(wide), bytes, wide);
+  UniqueFile file = OpenAlone(wide, kept_.contains(wide) ? 0 : patience);
+  if (file) {
+    kept_.erase(wide);
+  } else {
+    kept_.insert(wide);
+    file = Open(wide, kAppend, OPEN_ALWAYS);
+  }
+  WriteAll(file, bytes, wide);
 }
 
 void Win32FileSystem::Replace(const std::string& path, std::string_view bytes) {
