@@ -3,63 +3,83 @@
 #include <algorithm>
 #include <utility>
 
-#include "util/RunTimeError.h"
-
 namespace fonklav {
 
 void DdeConversation::Connect(LinkEvents& events, std::string_view application, std::string_view topic,
                               std::string_view item) {
-  if (!transport_.Initiate(application, topic, *this)) throw RunTimeError(ErrorNumber::NoForeignApplication);
+  item_ = item;
   events_ = &events;
+  since_ = clock_.Ticks();
+  state_ = State::Asking;
+  if (!transport_.Ask(application, topic, *this)) OnNobody();
+}
+
+void DdeConversation::OnAnswer() noexcept {
+  if (state_ != State::Asking) return;
   state_ = State::Advising;
-  events.LinkOpen();
-  if (!transport_.PostAdvise(item)) HandleAdviseAck(0);
+  events_->txtDDE_LinkOpen();
+  // The owner may have ended the conversation in its handler.
+  if (state_ == State::Advising) Advise();
+}
+
+void DdeConversation::OnNobody() noexcept {
+  if (state_ == State::Asking) EndWith(&LinkEvents::txtDDE_LinkFailed);
 }
 
 bool DdeConversation::Send(std::string_view bytes) {
   if (!Connected()) return false;
-  const DdeTransport::Block block = transport_.PostExecute(bytes);
-  if (block == 0) return false;
-  outstanding_.push_back({block, clock_.Ticks(), false});
+  const DdeExecute execute = transport_.PostExecute(bytes);
+  if (execute == 0) return false;
+  outstanding_.push_back({execute, clock_.Ticks()});
   return true;
 }
 
 void DdeConversation::Tick() {
+  if (state_ == State::Asking) return TickAsking();
   if (!Connected()) return;
-  if (!transport_.PartnerAlive()) {
-    Lost();
-    return;
-  }
-  const auto now = clock_.Ticks();
-  bool failed = false;
-  for (Outstanding& sent : outstanding_) {
-    if (sent.overdue || now - sent.sent < kAnswerTime) continue;
-    sent.overdue = true;
-    failed = true;
-  }
-  if (failed) events_->LinkSendFailed();
+  if (!transport_.PartnerAlive()) return EndWith(&LinkEvents::txtDDE_LinkClose);
+  TickAdvise();
+  TickAnswers();
 }
 
-void DdeConversation::OnAck(std::uint16_t status, std::uintptr_t what) noexcept {
-  if (!Connected()) return;
-  const auto found = std::ranges::find(outstanding_, what, &Outstanding::block);
-  if (found == outstanding_.end()) {
-    if (state_ == State::Advising) HandleAdviseAck(status);
-    return;
-  }
-  const bool heldAgainstIt = found->overdue;
-  transport_.Free(found->block);
-  outstanding_.erase(found);
-  // A busy server has lost the report, but the link stands.
-  const bool refused = (status & (kDdeAckPositive | kDdeAckBusy)) == 0;
-  if (refused && !heldAgainstIt) events_->LinkSendFailed();
+void DdeConversation::TickAsking() {
+  const auto asked = clock_.Ticks() - since_;
+  if (asked >= kAskingTime) return OnNobody();
+  if (asked > kPatience && !std::exchange(late_, true)) events_->txtDDE_LinkLate();
 }
 
-void DdeConversation::HandleAdviseAck(std::uint16_t status) noexcept {
-  if ((status & kDdeAckBusy) != 0) return;
+void DdeConversation::TickAdvise() {
+  if (busy_ && clock_.Ticks() - since_ >= kBusyTime) Advise();
+}
+
+void DdeConversation::TickAnswers() {
+  // What has failed by silence is forgotten: its late answer changes nothing any more.
+  const auto overdue = [now = clock_.Ticks()](const Outstanding& sent) { return now - sent.sent >= kAnswerTime; };
+  if (std::erase_if(outstanding_, overdue) != 0) events_->LinkSendFailed();
+}
+
+void DdeConversation::Advise() noexcept {
+  busy_ = false;
+  if (!transport_.PostAdvise(item_)) OnAdviseAck(0);
+}
+
+void DdeConversation::OnAdviseAck(std::uint16_t status) noexcept {
+  if (state_ != State::Advising) return;
+  if ((status & kDdeAckPositive) == 0 && (status & kDdeAckBusy) != 0) {
+    busy_ = true;
+    since_ = clock_.Ticks();
+    return;
+  }
   // Refused or not, there is a partner to watch and to report to.
   state_ = State::Linked;
-  if ((status & kDdeAckPositive) == 0) events_->LinkError();
+  if ((status & kDdeAckPositive) == 0) events_->txtDDE_LinkError();
+}
+
+void DdeConversation::OnExecuteAck(DdeExecute execute, std::uint16_t status) noexcept {
+  const bool waitedFor = std::erase_if(outstanding_, [&](const auto& sent) { return sent.execute == execute; }) != 0;
+  // A busy server has lost the report, but the link stands.
+  const bool refused = (status & (kDdeAckPositive | kDdeAckBusy)) == 0;
+  if (Connected() && waitedFor && refused) events_->LinkSendFailed();
 }
 
 void DdeConversation::OnData(std::string bytes) noexcept {
@@ -67,28 +87,21 @@ void DdeConversation::OnData(std::string bytes) noexcept {
 }
 
 void DdeConversation::OnTerminate() noexcept {
-  if (!Connected()) return;
-  transport_.PostTerminate();
-  Lost();
+  if (Connected()) EndWith(&LinkEvents::txtDDE_LinkClose);
 }
 
-void DdeConversation::Lost() noexcept {
-  state_ = State::Closed;
-  FreeOutstanding();
-  std::exchange(events_, nullptr)->LinkClose();
+void DdeConversation::EndWith(void (LinkEvents::*event)() noexcept) noexcept {
+  LinkEvents* const events = events_;
+  Close();
+  (events->*event)();
 }
 
 void DdeConversation::Close() noexcept {
-  if (!Connected()) return;
-  transport_.PostTerminate();
+  if (!Watching()) return;
   state_ = State::Closed;
   events_ = nullptr;
-  FreeOutstanding();
-}
-
-void DdeConversation::FreeOutstanding() noexcept {
-  for (const Outstanding& sent : outstanding_) transport_.Free(sent.block);
   outstanding_.clear();
+  transport_.End();
 }
 
 }  // namespace fonklav

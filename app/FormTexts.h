@@ -83,6 +83,7 @@ struct SingleText {
 
 inline constexpr SingleText kHeadText{"Settings_Label_HeadTAPI", "TAPI Wählhilfe"};
 inline constexpr SingleText kSettingsText{"Display_Menu_Settings", "Einstellungen"};
+inline constexpr SingleText kLineIdText{"TAPIConfig_Label_LineID", "LineID"};
 inline constexpr SingleText kDirectCallText{"Import_Msg_DirectCallNotProvided",
                                             "Ein Direktaufruf dieses Tools ist nicht vorgesehen!"};
 

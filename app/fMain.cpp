@@ -5,7 +5,8 @@
 #include "util/Procedure.h"
 #include "util/RunTimeError.h"
 
-// The way in: what the window hands over goes to the procedure that is named after it.
+// The way in: what the window hands over goes to the procedure that is named after it. Whatever happens on the way ends
+// in the log, never in the end of the process.
 namespace fonklav {
 
 fMain::fMain(const FormServices& services, FormControls& controls) : services_(services), controls_(controls) {
@@ -40,31 +41,35 @@ void fMain::KeyPress(ControlId box, int characterCode) noexcept {
 }
 
 void fMain::Edit(ControlId box, const std::string& text) noexcept {
-  if (Control* control = controls_.Find(box); control != nullptr) control->Edited(text);
+  Guarded(services_.diagnostics, "fMain.Edit", {}, [&] {
+    if (Control* control = controls_.Find(box); control != nullptr) control->Edited(text);
+  });
 }
 
-void fMain::TickEntry(std::size_t index, bool ticked) noexcept { controls_.lstTAPI.Tick(index, ticked); }
+void fMain::TickEntry(std::size_t index, bool ticked) noexcept {
+  Guarded(services_.diagnostics, "fMain.TickEntry", {}, [&] { controls_.lstTAPI.Tick(index, ticked); });
+}
 
 void fMain::ClickEntry(std::size_t index) noexcept { lstTAPI_Click(index); }
 
 void fMain::TimerTick(TimerId timer) noexcept {
   if (unloaded_) return;  // a tick may still be on its way when the form goes
   if (timer != TimerId::Link) return tmStart_Timer(static_cast<int>(timer));
-  Procedure(services_.diagnostics, "fMain.tmLink_Timer", {}, [&] {
-    services_.link.Tick();
-    controls_.tmLink.Enabled(services_.link.Connected());
-  });
+  Guarded(services_.diagnostics, "fMain.WatchLink", {}, [&] { WatchLink(); });
 }
 
 void fMain::Moved(float top, float left) noexcept { controls_.form.Moved(top, left); }
 
 void fMain::Resized(float width, float height) noexcept { controls_.form.Resized(width, height); }
 
-void fMain::CloseRequested(UnloadMode mode) noexcept { Unload(mode); }
+void fMain::CloseRequested(UnloadMode mode) noexcept {
+  Guarded(services_.diagnostics, "fMain.CloseRequested", {}, [&] { Unload(mode); });
+}
 
-CvbTAPILine& fMain::Line() const {
-  if (!tapiline_) throw RunTimeError(ErrorNumber::ObjectVariableNotSet);
-  return *tapiline_;
+fMain::LinePointer fMain::Line(int line) const {
+  if (unloaded_) throw RunTimeError(ErrorNumber::NeverLogged, line);
+  if (!tapiline_) throw RunTimeError(ErrorNumber::ObjectVariableNotSet, line);
+  return tapiline_;
 }
 
 void fMain::ReleaseLine() {

@@ -62,14 +62,19 @@ class fMain final : public FormInput, private LineEvents, private LinkEvents {
   void CloseRequested(UnloadMode mode) noexcept override;
 
  private:
+  using LinePointer = std::shared_ptr<CvbTAPILine>;
+
   // Start-up
   [[nodiscard]] bool ReadCommandLine();
   void ShowCollapsed();
   void tmStart_Timer(int index);
   void OpenLink();
+  void EndLinkStage();
+  void ShowAsAsked();
   void BindLineObject();
-  void CreateLine();
-  void LineCreated(std::string_view debugText);
+  void CreateLine(const LinePointer& line);
+  void LineCreated(const LinePointer& line, std::string_view debugText);
+  void StageWithoutLine();
   void ReportFirstFailure();
   void ReportWrongVersion();
   void ReportMissingAreaCodes();
@@ -78,12 +83,12 @@ class fMain final : public FormInput, private LineEvents, private LinkEvents {
   void DDEexecute(const std::string& message, const std::string& tag = {});
   void txtDDE_Change();
   void Obey(const std::string& command, const std::string& argument, const std::string& detail);
-  void txtDDE_LinkOpen();
-  void txtDDE_LinkError();
-  void txtDDE_LinkClose();
-  void LinkOpen() noexcept override;
-  void LinkError() noexcept override;
-  void LinkClose() noexcept override;
+  void txtDDE_LinkLate() noexcept override;
+  void txtDDE_LinkFailed() noexcept override;
+  void txtDDE_LinkOpen() noexcept override;
+  void txtDDE_LinkError() noexcept override;
+  void txtDDE_LinkClose() noexcept override;
+  void WatchLink();
   void LinkData(const std::string& bytes) noexcept override;
   void LinkSendFailed() noexcept override { LinkOpenFlag_ = false; }
 
@@ -137,15 +142,19 @@ class fMain final : public FormInput, private LineEvents, private LinkEvents {
   // Panels
   void cmdInfo_Click(std::int16_t index);
 
-  /// The line object; throws RunTimeError 91 when there is none.
-  [[nodiscard]] CvbTAPILine& Line() const;
+  /// The line object, counted for as long as the caller is inside it: telephony may dispatch messages in the middle of
+  /// its own functions, and what they bring may release the form's line. Throws RunTimeError 91 when there is none, and
+  /// 401, which no log shows, once the form has unloaded: a handler that the end has interrupted has nothing more to
+  /// do.
+  [[nodiscard]] LinePointer Line(int line = __builtin_LINE()) const;
+  [[nodiscard]] bool LineIsOpen() const { return tapiline_ && tapiline_->IsOpen(); }
   void ReleaseLine();
   void DebugLine(std::string_view text) const { DebugTapi(services_.diagnostics, text); }
 
   FormServices services_;
   FormControls& controls_;
   FormTexts texts_;
-  std::shared_ptr<CvbTAPILine> tapiline_;
+  LinePointer tapiline_;
   std::string ownAccessCode_;  ///< the outside-line code of the system's location
   std::string txtDDE_;         ///< the linked value last received
   std::int16_t shownPanel_{-1};
@@ -154,6 +163,8 @@ class fMain final : public FormInput, private LineEvents, private LinkEvents {
   bool TAPICheckShownFlag_{false};
   bool AreaCodeMsgShownFlag_{false};
   bool DebugFlag_{false};
+  bool shownAsAsked_{false};    ///< the start has shown the window, or left it hidden
+  bool lineStageWaits_{false};  ///< the second line stage waits until a call made by hand is over
   bool unloaded_{false};
 };
 

@@ -29,14 +29,14 @@ void fMain::ShowFailure(const std::string& line, const char* pointer) {
 }
 
 std::string fMain::ErrorLine(const char* prefix) {
-  return prefix + std::to_string(Line().LastError()) + " " + Line().ErrorString(Line().LastError());
+  return prefix + std::to_string(Line()->LastError()) + " " + Line()->ErrorString(Line()->LastError());
 }
 
 void fMain::ApplyDialButtonRule() {
   // The three are bits: a number and a voice line are all ones, and the version decides with its own bits.
   const std::int32_t number = services_.functions.fIsTelNumber(controls_.txtNumber.Text()) ? -1 : 0;
-  const std::int32_t voice = Line().LineSupportsVoiceCalls() ? -1 : 0;
-  controls_.cmdWahl.Enabled((number & Line().NegotiatedAPIVersion() & voice) != 0);
+  const std::int32_t voice = Line()->LineSupportsVoiceCalls() ? -1 : 0;
+  controls_.cmdWahl.Enabled((number & Line()->NegotiatedAPIVersion() & voice) != 0);
 }
 
 void fMain::SendHangUpState(const std::string& tag) {
@@ -50,8 +50,8 @@ void fMain::SendCallState(const std::string& tag) {
 void fMain::cmdWahl_Click() {
   Procedure(services_.diagnostics, "fMain.cmdWahl_Click", {}, [&] {
     controls_.cmdWahl.Enabled(false);
-    ShowProgress(texts_.registering + " >> " + WithoutNul(Line().LineName()));
-    const bool open = Line().OpenLine(LINECALLPRIVILEGE_NONE, LINEMEDIAMODE_INTERACTIVEVOICE);
+    ShowProgress(texts_.registering + " >> " + WithoutNul(Line()->LineName()));
+    const bool open = Line()->OpenLine(LINECALLPRIVILEGE_NONE, LINEMEDIAMODE_INTERACTIVEVOICE);
     controls_.cmdHangUp.Enabled(true);  // before the result is looked at
     SendHangUpState();
     if (open) return RequestCall();
@@ -65,9 +65,9 @@ void fMain::cmdWahl_Click() {
 void fMain::RequestCall() {
   ShowProgress(texts_.preparation);
   // The user's code stands in where the system's location has none of its own.
-  Line().OutsideLocalAccess(ownAccessCode_.empty() ? services_.settings.TAPIAmtVW : ownAccessCode_);
-  if (Line().MakeCallAsynch(controls_.txtNumber.Text())) return;
-  Line().CloseLine();
+  Line()->OutsideLocalAccess(ownAccessCode_.empty() ? services_.settings.TAPIAmtVW : ownAccessCode_);
+  if (Line()->MakeCallAsynch(controls_.txtNumber.Text())) return;
+  Line()->CloseLine();
   ShowFailure(ErrorLine("ERROR "), "MakeCallAsynch Error");
   ApplyDialButtonRule();
   controls_.cmdHangUp.Enabled(false);
@@ -79,7 +79,7 @@ void fMain::cmdHangUp_Click() {
     controls_.cmdHangUp.Enabled(false);
     SendHangUpState("|cmdHangUp_Click");
     ShowProgress(texts_.hangUp);
-    if (!Line().DropCallAsynch()) ShowFailure(ErrorLine("ERROR "), "DropCallAsynch Error");
+    if (!Line()->DropCallAsynch()) ShowFailure(ErrorLine("ERROR "), "DropCallAsynch Error");
     ApplyDialButtonRule();
     SendCallState("|cmdHangUp_Click");
   });
@@ -111,7 +111,7 @@ void fMain::FilterKey(const char* procedure, int keyAscii) {
 void fMain::tapiline_MakeCallResult(std::int32_t errorCode) {
   Procedure(services_.diagnostics, "fMain.tapiline_MakeCallResult", {errorCode}, [&] {
     if (errorCode != 0) {
-      const std::string line = "Call Error: " + Line().ErrorString(errorCode);
+      const std::string line = "Call Error: " + Line()->ErrorString(errorCode);
       DebugLine("TAPIMakeCallResult - " + line);
       DDEexecute("log|" + line);
       DDEexecute("anz|Call Error >> Log");
@@ -127,7 +127,7 @@ void fMain::tapiline_MakeCallResult(std::int32_t errorCode) {
 void fMain::tapiline_DropCallResult(std::int32_t errorCode) {
   Procedure(services_.diagnostics, "fMain.tapiline_DropCallResult", {errorCode}, [&] {
     const bool dropped = errorCode == 0;
-    const std::string line = dropped ? "Call Dropped" : "Call Drop Error: " + Line().ErrorString(errorCode);
+    const std::string line = dropped ? "Call Dropped" : "Call Drop Error: " + Line()->ErrorString(errorCode);
     DebugLine("TAPIDropCallResult -  " + line);
     DDEexecute((dropped ? "anzlog|" : "log|") + line);
     if (!dropped) DDEexecute("anz|Drop Error >> Log");

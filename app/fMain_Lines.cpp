@@ -19,7 +19,7 @@ void fMain::SetLine() {
     RefreshTAPIList();
     ApplyDialButtonRule();
     // Exactly this combination and no other: a line that could place calls but has no version.
-    if (Line().NegotiatedAPIVersion() == 0 && Line().LineSupportsVoiceCalls()) SendCallState("|SetLine");
+    if (Line()->NegotiatedAPIVersion() == 0 && Line()->LineSupportsVoiceCalls()) SendCallState("|SetLine");
   });
 }
 
@@ -39,9 +39,9 @@ void fMain::ReportMissingLine() {
 void fMain::ReportBoundLine(std::int16_t id) {
   services_.lines.LineOKFlag = true;
   DDEexecute("Init2LastOK|1");
-  Line().CurrentLineID(id);
+  Line()->CurrentLineID(id);
   controls_.tmStart[2].Enabled(true);
-  const std::string caption = WithoutNul(Line().LineName());
+  const std::string caption = WithoutNul(Line()->LineName());
   controls_.lbLineIDActive.Text(caption);
   DebugLine("SetLine - " + caption);
   DDEexecute("line|" + caption);
@@ -108,9 +108,9 @@ void fMain::lstTAPI_Click(std::size_t index) {
       controls_.txtLineInfo.Text(controls_.txtLineInfo.Text() + "<No Valid TAPI Line Selected>");
       return;
     }
-    controls_.txtLineInfo.Text(services_.lineFunctions.GetLineInfo(Line(), id));
+    controls_.txtLineInfo.Text(services_.lineFunctions.GetLineInfo(*Line(), id));
     // The report has made its device the current line; the next call is to go to the ticked one.
-    if (services_.lines.LineOKFlag) Line().CurrentLineID(services_.lineFunctions.GetLineID(services_.lines.TAPILine));
+    if (services_.lines.LineOKFlag) Line()->CurrentLineID(services_.lineFunctions.GetLineID(services_.lines.TAPILine));
   });
 }
 

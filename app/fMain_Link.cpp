@@ -17,13 +17,26 @@ bool EqualsIgnoringCase(std::string_view text, std::string_view lower) {
   });
 }
 
+/// A number without its exponent, which has no part in whether it is zero; the whole text where it has none.
+std::string_view Mantissa(std::string_view number) {
+  const auto mark = number.find_last_of("eEdD");
+  if (mark == std::string_view::npos) return number;
+  std::string_view exponent = number.substr(mark + 1);
+  if (exponent.starts_with('+') || exponent.starts_with('-')) exponent.remove_prefix(1);
+  const bool digits = !exponent.empty() && exponent.find_first_not_of("0123456789") == std::string_view::npos;
+  const std::string_view before = number.substr(0, mark);
+  const bool attached = !before.empty() && before.find_last_of(" +-") != before.size() - 1;
+  return digits && attached ? before : number;
+}
+
 /// The words True and False in any case, or a number, of which every one but zero is true. Throws RunTimeError 13 for
 /// anything else.
-bool ToBoolean(const std::string& text, const NumberSeparators& separators) {
+bool ToBoolean(const std::string& text, const NumberSeparators& separators, int line = __builtin_LINE()) {
   if (EqualsIgnoringCase(text, "true")) return true;
   if (EqualsIgnoringCase(text, "false")) return false;
-  if (!IsNumeric(text, separators)) throw RunTimeError(ErrorNumber::TypeMismatch);
-  return text.find_first_of("123456789") != std::string::npos;
+  const std::string_view mantissa = Mantissa(TrimBlanks(text));
+  if (!IsNumeric(mantissa, separators)) throw RunTimeError(ErrorNumber::TypeMismatch, line);
+  return mantissa.find_first_of("123456789") != std::string_view::npos;
 }
 
 }  // namespace
@@ -66,21 +79,33 @@ void fMain::Obey(const std::string& command, const std::string& argument, const 
   }
 }
 
-void fMain::txtDDE_LinkOpen() {
-  Procedure(services_.diagnostics, "fMain.txtDDE_LinkOpen", {}, [&] {
-    DebugLine("DDE LinkOpen");
-    LinkOpenFlag_ = true;
+void fMain::txtDDE_LinkLate() noexcept {
+  Procedure(services_.diagnostics, "fMain.txtDDE_LinkLate", {}, [&] { ShowAsAsked(); });
+}
+
+void fMain::txtDDE_LinkFailed() noexcept {
+  Procedure(services_.diagnostics, "fMain.txtDDE_LinkFailed", {}, [&] {
+    DebugLine(std::string("Init DDE - ERROR=") + ErrorText(ErrorNumber::NoForeignApplication));
+    EndLinkStage();
   });
 }
 
-void fMain::txtDDE_LinkError() {
+void fMain::txtDDE_LinkOpen() noexcept {
+  Procedure(services_.diagnostics, "fMain.txtDDE_LinkOpen", {}, [&] {
+    DebugLine("DDE LinkOpen");
+    LinkOpenFlag_ = true;
+    EndLinkStage();
+  });
+}
+
+void fMain::txtDDE_LinkError() noexcept {
   Procedure(services_.diagnostics, "fMain.txtDDE_LinkError", {}, [&] {
     DebugLine("DDE LinkError");
     LinkOpenFlag_ = false;
   });
 }
 
-void fMain::txtDDE_LinkClose() {
+void fMain::txtDDE_LinkClose() noexcept {
   Procedure(services_.diagnostics, "fMain.txtDDE_LinkClose", {}, [&] {
     DebugLine("DDE LinkClose");
     LinkOpenFlag_ = false;
@@ -88,15 +113,16 @@ void fMain::txtDDE_LinkClose() {
   });
 }
 
-void fMain::LinkOpen() noexcept { txtDDE_LinkOpen(); }
-
-void fMain::LinkError() noexcept { txtDDE_LinkError(); }
-
-void fMain::LinkClose() noexcept { txtDDE_LinkClose(); }
+void fMain::WatchLink() {
+  services_.link.Tick();
+  if (unloaded_) return;
+  if (lineStageWaits_ && !LineIsOpen()) EndLinkStage();
+  controls_.tmLink.Enabled(services_.link.Watching() || lineStageWaits_);
+}
 
 void fMain::LinkData(const std::string& bytes) noexcept {
   if (unloaded_) return;
-  Procedure(services_.diagnostics, "fMain.LinkData", {}, [&] {
+  Guarded(services_.diagnostics, "fMain.LinkData", {}, [&] {
     std::string text = services_.codePage.ToText(bytes);
     if (text == txtDDE_) return;  // as in any text box, the same text again is no change
     txtDDE_ = std::move(text);

@@ -64,6 +64,7 @@ void fMain::Form_Unload() {
   });
   for (Timer& timer : controls_.tmStart) timer.Enabled(false);
   controls_.tmLink.Enabled(false);
+  services_.link.Close();
   if (controls_.slot.view != nullptr) controls_.slot.view->Unloaded();
 }
 

@@ -1,3 +1,5 @@
+#include <utility>
+
 #include "app/Layout.h"
 #include "app/fMain.h"
 #include "config/Configuration.h"
@@ -70,52 +72,72 @@ void fMain::tmStart_Timer(int index) {
 void fMain::OpenLink() {
   controls_.tmStart[0].Enabled(false);
   DebugLine("Init DDE");
-  try {
-    services_.link.Connect(*this, kLinkApplication, kLinkTopic, kLinkItem);
-    controls_.tmLink.Enabled(true);
-  } catch (const RunTimeError& error) {
-    DebugLine("Init DDE - ERROR=" + error.Description());
-  }
-  controls_.form.Visible(SettModeFlag_);
-  controls_.tmStart[1].Enabled(true);
+  controls_.tmLink.Enabled(true);
+  services_.link.Connect(*this, kLinkApplication, kLinkTopic, kLinkItem);
+}
+
+void fMain::EndLinkStage() {
+  ShowAsAsked();
+  // A main program that is busy answers late, and its user may have dialed by hand meanwhile: the line stage makes a
+  // new line object, which would take that call away.
+  lineStageWaits_ = LineIsOpen();
+  controls_.tmStart[1].Enabled(!lineStageWaits_);
+}
+
+void fMain::ShowAsAsked() {
+  if (!std::exchange(shownAsAsked_, true)) controls_.form.Visible(SettModeFlag_);
 }
 
 void fMain::BindLineObject() {
   controls_.tmStart[1].Enabled(false);
-  auto line = CvbTAPILine::Make(services_.lineServices, *this);
+  lineStageWaits_ = false;
   ReleaseLine();
-  tapiline_ = std::move(line);
-  tapiline_->LowAPI(TAPI_VERSION1_3);
-  tapiline_->HiAPI(TAPI_VERSION3_0);
+  // Telephony may let messages in, here and in each of its functions below: when they have brought a newer line object,
+  // or the form's end, this run is over.
+  if (unloaded_ || tapiline_) return;
+  const LinePointer line = tapiline_ = CvbTAPILine::Make(services_.lineServices, *this);
+  line->LowAPI(TAPI_VERSION1_3);
+  line->HiAPI(TAPI_VERSION3_0);
   DebugLine("Check area codes");
-  if (tapiline_->CheckAreaCodes()) {
-    DebugLine("Check area codes - OK");
-    CreateLine();
-  } else {
-    DebugLine("Check area codes - Fail");
-    ReportMissingAreaCodes();
-  }
+  const bool complete = line->CheckAreaCodes();
+  if (tapiline_ != line) return;
+  DebugLine(complete ? "Check area codes - OK" : "Check area codes - Fail");
+  if (complete) return CreateLine(line);
+  StageWithoutLine();
+  controls_.lbLineIDActive.Text(Lookup(kLineIdText));
+  ReportMissingAreaCodes();
 }
 
-void fMain::CreateLine() {
-  if (Line().Create()) return LineCreated("Create line - OK");
+void fMain::CreateLine(const LinePointer& line) {
+  if (line->Create()) return LineCreated(line, "Create line - OK");
+  if (tapiline_ != line) return;
   if (!TAPICheckShownFlag_) ReportFirstFailure();
-  Line().LowAPI(TAPI_VERSION1_3);
-  Line().HiAPI(TAPI_VERSION1_4);
-  if (Line().Create()) return LineCreated("Create line - OK Lower version");
-  ReportWrongVersion();
+  line->LowAPI(TAPI_VERSION1_3);
+  line->HiAPI(TAPI_VERSION1_4);
+  if (line->Create()) return LineCreated(line, "Create line - OK Lower version");
+  if (tapiline_ == line) ReportWrongVersion();
 }
 
-void fMain::LineCreated(std::string_view debugText) {
+void fMain::LineCreated(const LinePointer& line, std::string_view debugText) {
+  if (tapiline_ != line) return;
   DebugLine(debugText);
-  ownAccessCode_ = Line().OutsideLocalAccess();
-  services_.lineFunctions.GetTAPIInterfaces(Line());
-  SetLine();
+  ownAccessCode_ = line->OutsideLocalAccess();
+  services_.lineFunctions.GetTAPIInterfaces(*line);
+  if (tapiline_ == line) SetLine();
+}
+
+void fMain::StageWithoutLine() {
+  // Nothing of an earlier run may look like a line: neither a name to find or to tick, nor a button to press.
+  services_.lineFunctions.ResetTable();
+  services_.lines.LineOKFlag = false;
+  ownAccessCode_.clear();
+  controls_.cmdWahl.Enabled(false);
+  controls_.lstTAPI.Clear();
 }
 
 void fMain::ReportFirstFailure() {
   TAPICheckShownFlag_ = true;
-  const std::string text = Line().ErrorString(Line().LastError());
+  const std::string text = Line()->ErrorString(Line()->LastError());
   DebugLine("TAPI check - Message=" + text);
   AppendStatus(text);
   DDEexecute("log|" + text);
@@ -124,6 +146,8 @@ void fMain::ReportFirstFailure() {
 }
 
 void fMain::ReportWrongVersion() {
+  StageWithoutLine();
+  controls_.lbLineIDActive.Text(texts_.errorVersion);
   DebugLine("TAPI check - Lower version Message=" + texts_.errorVersion);
   controls_.txtTestStatus.Text(controls_.txtTestStatus.Text() + texts_.errorVersion);
   DDEexecute("line|" + texts_.errorVersion);
@@ -131,10 +155,9 @@ void fMain::ReportWrongVersion() {
 }
 
 void fMain::ReportMissingAreaCodes() {
-  if (!AreaCodeMsgShownFlag_) {
-    services_.config.messages.MsgBoxForward(services_.config.state.texts.systemCodesFail, kMessageBoxExclamation, "");
-  }
-  AreaCodeMsgShownFlag_ = true;
+  // Before the box, which lets messages in: two of it must not stand on each other.
+  if (std::exchange(AreaCodeMsgShownFlag_, true)) return;
+  services_.config.messages.MsgBoxForward(services_.config.state.texts.systemCodesFail, kMessageBoxExclamation, "");
 }
 
 }  // namespace fonklav

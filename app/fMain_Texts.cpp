@@ -11,7 +11,9 @@ std::string fMain::Lookup(const SingleText& text) {
 
 void fMain::Language() {
   Procedure(services_.diagnostics, "fMain.Language", {}, [&] {
-    controls_.form.Caption("Rufmon -  " + Lookup(kHeadText) + " " + Lookup(kSettingsText));
+    const std::string head = Lookup(kHeadText);  // one after the other: the trace shows the order
+    const std::string settings = Lookup(kSettingsText);
+    controls_.form.Caption("Rufmon -  " + head + " " + settings);
     for (const FormTextRow& row : kFormTexts) texts_.*row.text = Lookup({row.key, row.defaultText});
     for (const ControlTextRow& row : kControlTexts) ApplyText(row);
   });

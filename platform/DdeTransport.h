@@ -6,8 +6,11 @@
 
 namespace fonklav {
 
-/// What the partner of a conversation sends, as it arrives on the program's message loop. Messages from any other
-/// window never get here.
+/// The number of one posted execute string, never used again; 0 is none.
+using DdeExecute = std::uint64_t;
+
+/// What becomes of a conversation, as it arrives on the program's message loop. Messages from any window but the
+/// partner's never get here.
 class DdeSink {
  public:
   DdeSink() = default;
@@ -15,38 +18,42 @@ class DdeSink {
   DdeSink& operator=(const DdeSink&) = delete;
   virtual ~DdeSink() = default;
 
-  /// WM_DDE_ACK: the status word, and in `what` the memory of the execute that it answers or, for the other messages,
-  /// an item's atom.
-  virtual void OnAck(std::uint16_t status, std::uintptr_t what) noexcept = 0;
-  /// WM_DDE_DATA: the value's bytes up to the first NUL. The transport has copied them out, answered and freed.
+  /// A server has answered the question and is the partner from now on. Comes at most once.
+  virtual void OnAnswer() noexcept = 0;
+  /// Every window has dealt with the question, and none is a server. Comes at most once, and never after OnAnswer.
+  virtual void OnNobody() noexcept = 0;
+  /// The partner has answered the advise with this status word.
+  virtual void OnAdviseAck(std::uint16_t status) noexcept = 0;
+  /// The partner has answered an execute with this status word. Comes at most once for each.
+  virtual void OnExecuteAck(DdeExecute execute, std::uint16_t status) noexcept = 0;
+  /// WM_DDE_DATA: the value's bytes up to the first NUL.
   virtual void OnData(std::string bytes) noexcept = 0;
   /// WM_DDE_TERMINATE.
   virtual void OnTerminate() noexcept = 0;
 };
 
 /// The published DDE messages between a hidden window of ours and one partner, as the client sees them. Nothing waits
-/// and nothing pumps messages, Initiate aside. Strings are bytes of the code page.
+/// and nothing pumps messages. The transport owns the memory and the atoms that go with its messages: they go when the
+/// partner has answered, or at the end. Strings are bytes of the code page.
 class DdeTransport {
  public:
-  /// The memory of one posted execute string; it belongs to the caller until Free. 0 is none.
-  using Block = std::uintptr_t;
-
   DdeTransport() = default;
   DdeTransport(const DdeTransport&) = delete;
   DdeTransport& operator=(const DdeTransport&) = delete;
   virtual ~DdeTransport() = default;
 
-  /// WM_DDE_INITIATE to all windows. The first server that answers becomes the partner and `sink`, which must live as
-  /// long as this object, hears it from then on; further servers are sent away. False when none answered.
-  virtual bool Initiate(std::string_view application, std::string_view topic, DdeSink& sink) = 0;
-  /// WM_DDE_ADVISE for `item`, with data and as text. False when it could not be posted.
-  virtual bool PostAdvise(std::string_view item) = 0;
-  /// WM_DDE_EXECUTE. The result is 0 when it could not be posted; nothing is left behind then.
-  [[nodiscard]] virtual Block PostExecute(std::string_view bytes) = 0;
-  /// Frees the memory of an execute that was answered, or that nobody will answer any more.
-  virtual void Free(Block block) noexcept = 0;
-  /// WM_DDE_TERMINATE.
-  virtual void PostTerminate() noexcept = 0;
+  /// WM_DDE_INITIATE to every window of other programs. Returns at once; `sink`, which must live until End, hears what
+  /// comes of it: the first server that answers is the partner, and further ones are sent away. False when the question
+  /// could not be put.
+  [[nodiscard]] virtual bool Ask(std::string_view application, std::string_view topic, DdeSink& sink) = 0;
+  /// WM_DDE_ADVISE for `item`, with data and as text. False when it could not be posted. May be asked again after the
+  /// answer.
+  [[nodiscard]] virtual bool PostAdvise(std::string_view item) = 0;
+  /// WM_DDE_EXECUTE. 0 when it could not be posted.
+  [[nodiscard]] virtual DdeExecute PostExecute(std::string_view bytes) = 0;
+  /// Ends the question or the conversation: says WM_DDE_TERMINATE to a partner, now or when a server still answers, and
+  /// frees what is out. The sink hears nothing any more.
+  virtual void End() noexcept = 0;
   /// Whether the partner's window still exists.
   [[nodiscard]] virtual bool PartnerAlive() const = 0;
 };

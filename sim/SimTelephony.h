@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <set>
 #include <string>
 #include <string_view>
@@ -17,6 +18,10 @@ class SimTelephony final : public LineSimulator {
 
   [[nodiscard]] LineSimulator& Simulator() { return *this; }
 
+  /// Called at the start of each function with its name: what telephony lets happen in the middle of it, for example a
+  /// message that it dispatches.
+  std::function<void(std::string_view)> inside;
+
   /// From now on every function raises run-time error 53.
   void SetLibraryMissing(bool missing = true) { libraryMissing_ = missing; }
   /// From now on `function` raises run-time error 453.
@@ -25,6 +30,7 @@ class SimTelephony final : public LineSimulator {
  protected:
   void OnEntry(std::string_view function) override {
     if (libraryMissing_) throw RunTimeError(ErrorNumber::FileNotFound);
+    if (inside) inside(function);
     if (missing_.contains(function)) throw RunTimeError(ErrorNumber::DllEntryPointNotFound);
   }
 

@@ -6,7 +6,7 @@
 
 #include "platform/CodePage.h"
 #include "platform/Telephony.h"
-#include "tapi/Int16.h"
+#include "tapi/Numbers.h"
 #include "tapi/StructReader.h"
 #include "tapi/mTAPIvb.h"
 #include "util/Procedure.h"
@@ -20,22 +20,6 @@ namespace {
 constexpr std::size_t kDevCapsSize = 2301;
 constexpr std::size_t kTranslateCapsSize = 6189;
 constexpr std::uint32_t kMostLines = 32768;  ///< device indexes are kept in 16 bits with a sign
-
-/// Puts the total size into the first field of a variable-length structure.
-void SetTotalSize(std::span<std::byte> buffer) {
-  const auto size = static_cast<std::uint32_t>(buffer.size());
-  std::memcpy(buffer.data(), &size, sizeof(size));
-}
-
-template <typename Value>
-const Value& AtIndex(const std::vector<Value>& values, std::int32_t index) {
-  if (index < 0 || static_cast<std::size_t>(index) >= values.size()) {
-    throw RunTimeError(ErrorNumber::SubscriptOutOfRange);
-  }
-  return values[static_cast<std::size_t>(index)];
-}
-
-std::int32_t Signed(std::uint32_t value) { return static_cast<std::int32_t>(value); }
 
 }  // namespace
 
@@ -51,15 +35,20 @@ CvbTAPILine::~CvbTAPILine() {
   events_ = nullptr;
   services_.callback.Unregister(instance_);
   try {
-    Procedure(services_.diagnostics, "CvbTAPILine.Class_Terminate", {}, [&] { Release(); });
+    TraceEntry(services_.diagnostics, "CvbTAPILine.Class_Terminate", {});
+    Release();
   } catch (...) {  // NOLINT(bugprone-empty-catch): only while no handler is armed, and nobody is left to tell
   }
 }
 
 void CvbTAPILine::Release() {
-  if (hCall_ != 0) services_.telephony.lineDeallocateCall(std::exchange(hCall_, 0));
-  if (hLine_ != 0) CloseLine();
-  if (hLineApp_ != 0) services_.telephony.lineShutdown(std::exchange(hLineApp_, 0));
+  // One by one: what cannot be given back must not keep the rest.
+  const auto giveBack = [&](auto& handle, auto&& how) {
+    if (handle != 0) Guarded(services_.diagnostics, "CvbTAPILine.Class_Terminate", {}, how);
+  };
+  giveBack(hCall_, [&] { services_.telephony.lineDeallocateCall(std::exchange(hCall_, 0)); });
+  giveBack(hLine_, [&] { CloseLine(); });
+  giveBack(hLineApp_, [&] { services_.telephony.lineShutdown(std::exchange(hLineApp_, 0)); });
 }
 
 bool CvbTAPILine::Succeeded(std::int32_t result) {
@@ -88,7 +77,7 @@ bool CvbTAPILine::TakeLocationCode(std::string_view buffer, std::string& code) c
 }
 
 bool CvbTAPILine::Create() {
-  return Procedure(services_.diagnostics, "CvbTAPILine.Create", {lowApi_, hiApi_}, false, [&](bool& created) {
+  return Procedure(services_.diagnostics, "CvbTAPILine.Create", {lowApi_, HiAPI()}, false, [&](bool& created) {
     if (hLineApp_ != 0) Release();
     if (!Register()) return;
     NegotiateVersions();
@@ -178,13 +167,13 @@ std::int16_t CvbTAPILine::ReadLocations() {
   services_.telephony.lineGetTranslateCaps(hLineApp_, TAPI_VERSION1_4, buffer);
   const auto header = StructReader(buffer).Read<LINETRANSLATECAPS>().value();
   if (header.dwNeededSize > kTranslateCapsSize) return 0;
-  const std::int16_t locations = ToInt16(header.dwNumLocations);
+  const std::int16_t locations = ToInt16(Signed(header.dwNumLocations));
   if (locations >= 1) TakeAccessCodes(buffer, header);
   return locations;
 }
 
 void CvbTAPILine::TakeAccessCodes(std::span<const std::byte> translateCaps, const LINETRANSLATECAPS& header) {
-  const std::int16_t current = ToInt16(header.dwCurrentLocationID);
+  const std::int16_t current = ToInt16(Signed(header.dwCurrentLocationID));
   const StructReader reader(translateCaps);
   const std::string_view list = reader.Bytes(header.dwLocationListOffset, header.dwLocationListSize);
   const std::size_t held = list.size() / sizeof(LINELOCATIONENTRY);  // a list cut short ends at its last whole entry

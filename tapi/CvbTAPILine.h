@@ -153,6 +153,8 @@ class CvbTAPILine : public std::enable_shared_from_this<CvbTAPILine> {
 
   /// True when the line is known to carry no call.
   [[nodiscard]] bool Idle() const { return idle_; }
+  /// Whether a line is open, with or without a call.
+  [[nodiscard]] bool IsOpen() const { return hLine_ != 0; }
 
   /// One line message; called by the callback only.
   void LineProcHandler(std::uint32_t hDevice, std::uint32_t dwMsg, std::uint32_t dwParam1, std::uint32_t dwParam2,
@@ -194,7 +196,6 @@ class CvbTAPILine : public std::enable_shared_from_this<CvbTAPILine> {
   void HandleCallState(std::uint32_t state);
   void HandleIdle();
   void HandleDisconnected();
-  void KnowIdle(bool idle, std::uint32_t message);
   void Release();
 
   /// Stores the code of a failed call and says whether it was one.
@@ -225,7 +226,6 @@ class CvbTAPILine : public std::enable_shared_from_this<CvbTAPILine> {
   std::uint32_t makeCallRequestId_{0};
   std::uint32_t dropRequestId_{0};
   bool idle_{false};
-  std::uint32_t stateMessages_{0};  ///< counts the call states heard
   std::int16_t internalNrLength_{3};
 };
 

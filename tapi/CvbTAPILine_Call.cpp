@@ -3,6 +3,7 @@
 #include "platform/CodePage.h"
 #include "platform/Telephony.h"
 #include "tapi/CvbTAPILine.h"
+#include "tapi/Numbers.h"
 #include "util/Procedure.h"
 
 // The open line, the call on it, and the line messages that tell how it goes.
@@ -20,11 +21,16 @@ bool CvbTAPILine::Accepted(std::int32_t result, std::uint32_t& requestId) {
 bool CvbTAPILine::OpenLine(std::uint32_t privileges, std::uint32_t mediamodes) {
   return Procedure(services_.diagnostics, "CvbTAPILine.OpenLine", {privileges, mediamodes}, false, [&](bool& open) {
     if (hLine_ != 0) return;
+    // Without a registration there is no version, and nothing to open.
+    const std::uint32_t version = AtIndex(apiVersions_, currentLineId_);
     HLINE line = 0;
-    open = Succeeded(services_.telephony.lineOpen(hLineApp_, static_cast<std::uint32_t>(currentLineId_), line,
-                                                  static_cast<std::uint32_t>(NegotiatedAPIVersion()), 0, instance_,
-                                                  privileges, mediamodes));
-    if (open) hLine_ = line;
+    open = Succeeded(services_.telephony.lineOpen(hLineApp_, static_cast<std::uint32_t>(currentLineId_), line, version,
+                                                  0, instance_, privileges, mediamodes));
+    if (open) {
+      hLine_ = line;
+    } else {
+      static_cast<void>(ErrorString(lastError_));  // for the trace
+    }
   });
 }
 
@@ -60,10 +66,11 @@ bool CvbTAPILine::CloseLine() {
 void CvbTAPILine::LineProcHandler(std::uint32_t hDevice, std::uint32_t dwMsg, std::uint32_t dwParam1,
                                   std::uint32_t dwParam2, std::uint32_t dwParam3) {
   const ProcedureName name{"CvbTAPILine.LineProcHandler", "LineProcHandler"};
-  Procedure(services_.diagnostics, name, {hDevice, dwMsg, dwParam1, dwParam2, dwParam3}, [&] {
-    if (dwMsg == LINE_REPLY) HandleReply(dwParam1, static_cast<std::int32_t>(dwParam2));
-    if (dwMsg == LINE_CALLSTATE) HandleCallState(dwParam1);
-  });
+  Procedure(services_.diagnostics, name,
+            {Signed(hDevice), Signed(dwMsg), Signed(dwParam1), Signed(dwParam2), Signed(dwParam3)}, [&] {
+              if (dwMsg == LINE_REPLY) HandleReply(dwParam1, Signed(dwParam2));
+              if (dwMsg == LINE_CALLSTATE) HandleCallState(dwParam1);
+            });
 }
 
 void CvbTAPILine::HandleReply(std::uint32_t requestId, std::int32_t result) {
@@ -78,28 +85,22 @@ void CvbTAPILine::HandleReply(std::uint32_t requestId, std::int32_t result) {
   }
 }
 
-void CvbTAPILine::KnowIdle(bool idle, std::uint32_t message) {
-  // A handler that pumps messages may have heard the call's next state in the meantime: the newest counts.
-  if (message == stateMessages_) idle_ = idle;
-}
-
 void CvbTAPILine::HandleCallState(std::uint32_t state) {
-  const std::uint32_t message = ++stateMessages_;
   switch (state) {
     case LINECALLSTATE_IDLE:
       HandleIdle();
-      KnowIdle(true, message);
+      idle_ = true;
       break;
     case LINECALLSTATE_DIALING:
       if (events_ != nullptr) events_->tapiline_Dialing();
       break;
     case LINECALLSTATE_CONNECTED:
       if (events_ != nullptr) events_->tapiline_Connected();
-      KnowIdle(false, message);
+      idle_ = false;
       break;
     case LINECALLSTATE_DISCONNECTED:
       HandleDisconnected();
-      KnowIdle(false, message);
+      idle_ = false;
       break;
     default:  // every other state passes without a word
       break;

@@ -1,11 +1,11 @@
 #include <algorithm>
 #include <array>
-#include <cstring>
 #include <utility>
 
 #include "platform/CodePage.h"
 #include "platform/Telephony.h"
 #include "tapi/CvbTAPILine.h"
+#include "tapi/Numbers.h"
 #include "tapi/StructReader.h"
 #include "util/Procedure.h"
 #include "util/Text.h"
@@ -43,11 +43,13 @@ std::string BracketAreaCode(const std::string& number) {
 }
 
 /// The text that an output structure names by offset and size, without its terminating NUL; false when the structure
-/// names none. The strings stand behind the fixed part.
+/// names none, or one that leaves it. The strings stand behind the fixed part.
 bool TakeString(const StructReader& reader, const CodePage& codePage, std::uint32_t offset, std::uint32_t size,
                 std::string& text) {
-  if (static_cast<std::int32_t>(size) < 1 || offset < sizeof(LINETRANSLATEOUTPUT)) return false;
-  text = codePage.ToText(reader.Bytes(offset, size - 1));
+  if (Signed(size) < 1 || std::cmp_less(Signed(offset), sizeof(LINETRANSLATEOUTPUT))) return false;
+  const std::string_view bytes = reader.Bytes(offset, size);
+  if (bytes.empty()) return false;
+  text = codePage.ToText(bytes.substr(0, bytes.size() - 1));
   return true;
 }
 
@@ -75,8 +77,7 @@ std::string CvbTAPILine::TransformPhoneNumber(const std::string& number) {
 bool CvbTAPILine::GetlineTranslateAddress(const std::string& number, std::string& dialable, std::string& displayable) {
   return Procedure(services_.diagnostics, "CvbTAPILine.GetlineTranslateAddress", {number}, false, [&](bool& done) {
     std::array<std::byte, kTranslateOutputSize> buffer{};
-    const auto size = static_cast<std::uint32_t>(buffer.size());
-    std::memcpy(buffer.data(), &size, sizeof(size));
+    SetTotalSize(buffer);
     const std::string address = services_.codePage.ToBytes(number);
     const auto result = services_.telephony.lineTranslateAddress(hLineApp_, static_cast<std::uint32_t>(currentLineId_),
                                                                  static_cast<std::uint32_t>(highestApiVersion_),

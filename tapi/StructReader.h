@@ -10,6 +10,12 @@
 
 namespace fonklav {
 
+/// Says in the first field of a variable-length structure, dwTotalSize, how many of its bytes may be written.
+inline void SetTotalSize(std::span<std::byte> buffer) {
+  const auto size = static_cast<std::uint32_t>(buffer.size());
+  std::memcpy(buffer.data(), &size, sizeof(size));
+}
+
 /// Reads what a driver has put into a buffer of ours. Offsets and sizes inside it are the driver's word only: whatever
 /// would leave the buffer reads as empty.
 class StructReader {

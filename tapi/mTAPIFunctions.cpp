@@ -1,9 +1,11 @@
 #include "tapi/mTAPIFunctions.h"
 
 #include <algorithm>
+#include <utility>
+#include <vector>
 
 #include "tapi/CvbTAPILine.h"
-#include "tapi/Int16.h"
+#include "tapi/Numbers.h"
 #include "util/Procedure.h"
 #include "util/Text.h"
 
@@ -12,17 +14,19 @@ namespace fonklav {
 void mTAPIFunctions::ResetTable() { state_.table.assign(1, LineRecord{}); }
 
 void mTAPIFunctions::GetTAPIInterfaces(CvbTAPILine& line) {
+  // Whole before anybody sees it: telephony may let messages in meanwhile. After a fault it is what was found so far.
+  std::vector<LineRecord> table;
+  const std::int32_t lines = line.numLines();
   Procedure(diagnostics_, "mTAPIFunctions.GetTAPIInterfaces", {}, [&] {
-    const std::int32_t lines = line.numLines();
-    if (lines == 0) return;
-    state_.table.clear();
     for (std::int32_t device = 0; device < lines; ++device) {
       line.CurrentLineID(device);
       if (line.NegotiatedAPIVersion() == 0 || !line.LineSupportsVoiceCalls()) continue;
-      state_.table.push_back({ToInt16(device), WithoutNul(line.LineName())});
+      table.push_back({ToInt16(device), WithoutNul(line.LineName())});
     }
   });
-  if (state_.table.empty()) ResetTable();  // outside the guard: the table is whole after a fault as well
+  if (lines == 0) return;
+  state_.table = std::move(table);
+  if (state_.table.empty()) ResetTable();
 }
 
 std::int16_t mTAPIFunctions::GetLineID(const std::string& name) const {

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "tapi/CvbTAPILine.h"
+#include "tapi/Numbers.h"
 #include "util/Procedure.h"
 
 namespace fonklav {
@@ -16,7 +17,9 @@ void mTAPIvb::LineCallBackProc(std::uint32_t hDevice, std::uint32_t dwMsg, std::
                                std::uintptr_t dwParam1, std::uintptr_t dwParam2, std::uintptr_t dwParam3) noexcept {
   const ProcedureName name{"mTAPIvb.LineCallBackProc", "LineCallBackProc"};
   const auto low = [](std::uintptr_t value) { return static_cast<std::uint32_t>(value); };
-  Procedure(diagnostics_, name, {hDevice, dwMsg, dwCallbackInstance, dwParam1, dwParam2, dwParam3}, [&] {
+  const LogArgs arguments{Signed(hDevice),       Signed(dwMsg),         dwCallbackInstance,
+                          Signed(low(dwParam1)), Signed(low(dwParam2)), Signed(low(dwParam3))};
+  Procedure(diagnostics_, name, arguments, [&] {
     const auto found = lines_.find(dwCallbackInstance);
     if (found == lines_.end()) return;
     auto line = found->second.lock();

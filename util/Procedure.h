@@ -27,17 +27,24 @@ void CapturePendingError(Diagnostics& diagnostics) noexcept;
 /// Hands the exception in flight to the error log, or passes it on while the handlers are not armed.
 void HandleFault(Diagnostics& diagnostics, ProcedureName name, LogArgs args);
 
+/// Runs the body and ends a fault in the error log: the guard of what must not be traced, because it runs so often that
+/// the trace would tell of nothing else.
+template <typename Body>
+void Guarded(Diagnostics& diagnostics, ProcedureName name, LogArgs args, Body&& body) {
+  try {
+    std::forward<Body>(body)();
+  } catch (...) {
+    HandleFault(diagnostics, name, args);
+  }
+}
+
 /// The convention that every procedure follows, in one line at its top: trace the entry, run the body, and end a fault
 /// in the error log. The arguments are rendered only when a line is written; with tracing off and no fault the guard
 /// costs one test of a flag.
 template <typename Body>
 void Procedure(Diagnostics& diagnostics, ProcedureName name, LogArgs args, Body&& body) {
   TraceEntry(diagnostics, name, args);
-  try {
-    std::forward<Body>(body)();
-  } catch (...) {
-    HandleFault(diagnostics, name, args);
-  }
+  Guarded(diagnostics, name, args, std::forward<Body>(body));
 }
 
 /// The same for a procedure with a result: the body receives `held` by reference, and what it holds when the body ends,

@@ -3,37 +3,38 @@
 #include <dde.h>
 
 #include <algorithm>
+#include <array>
 #include <cstring>
-#include <vector>
+#include <utility>
+
+#include "platform/DdeValue.h"
 
 namespace fonklav {
 namespace {
 
 constexpr const char* kClassName = "FonklavTAPI.Link";
-constexpr UINT kAnswerTime = 1000;        ///< for one window to answer the initiate, in milliseconds
-constexpr ULONGLONG kFarewellTime = 500;  ///< for the partner to answer our end
+constexpr ULONGLONG kFarewellTime = 500;  ///< for the partner to answer our end, in milliseconds
 
-/// What the initiate goes out with. The atoms stay ours and are deleted afterwards.
-struct Call {
-  HWND client;
-  LPARAM atoms;
-  const HWND& partner;                 ///< set by the answer, which comes while the message is being sent
-  std::vector<DWORD> silentThreads{};  ///< their windows would not answer either
-};
+// Posted to our own window, so that what follows does not run inside another program's sent message.
+constexpr UINT kDealtWithMessage = WM_APP;     ///< a window has dealt with the question
+constexpr UINT kAnsweredMessage = WM_APP + 1;  ///< there is a partner
 
-BOOL CALLBACK SendInitiate(HWND window, LPARAM data) {
-  auto& [client, atoms, partner, silentThreads] = *reinterpret_cast<Call*>(data);
-  const DWORD thread = GetWindowThreadProcessId(window, nullptr);
-  if (window == client || std::ranges::find(silentThreads, thread) != silentThreads.end()) return TRUE;
-  // One window at a time and never waiting for one that hangs: a broadcast would wait for all of them.
-  DWORD_PTR ignored = 0;
-  const LRESULT answered = SendMessageTimeoutA(window, WM_DDE_INITIATE, reinterpret_cast<WPARAM>(client), atoms,
-                                               SMTO_ABORTIFHUNG, kAnswerTime, &ignored);
-  if (answered == 0) silentThreads.push_back(thread);
-  return partner == nullptr ? TRUE : FALSE;
+static_assert(offsetof(DDEDATA, Value) == sizeof(DdeValue::flags) + sizeof(DdeValue::format));
+static_assert(DdeValue::kText == CF_TEXT);
+
+/// The system calls this while we wait for messages. The window's number is all that it carries: it may have gone.
+void CALLBACK DealtWith(HWND /*asked*/, UINT /*message*/, ULONG_PTR link, LRESULT /*result*/) {
+  PostMessageA(reinterpret_cast<HWND>(link), kDealtWithMessage, 0, 0);
 }
 
 UniqueAtom Atom(std::string_view name) { return UniqueAtom{GlobalAddAtomA(std::string(name).c_str())}; }
+
+/// Whether an atom stands for this name. Its number says nothing once our own atom of that name has been deleted.
+bool Names(ATOM atom, const std::string& name) {
+  std::array<char, 256> text{};  // no atom's name is longer
+  GlobalGetAtomNameA(atom, text.data(), static_cast<int>(text.size()));
+  return lstrcmpiA(text.data(), name.c_str()) == 0;
+}
 
 /// Memory that DDE may hand to another process.
 UniqueMemory Share(const void* bytes, std::size_t size, std::size_t allocated) {
@@ -45,33 +46,19 @@ UniqueMemory Share(const void* bytes, std::size_t size, std::size_t allocated) {
   return memory;
 }
 
+std::optional<DdeValue> ReadValue(HGLOBAL memory) {
+  const auto* const data = static_cast<const std::byte*>(GlobalLock(memory));
+  if (data == nullptr) return std::nullopt;
+  auto value = DdeValue::Read({data, GlobalSize(memory)});
+  GlobalUnlock(memory);
+  return value;
+}
+
 }  // namespace
-
-/// What a data message carried.
-struct Win32DdeTransport::Value {
-  bool isText{false};
-  bool release{false};
-  bool answer{false};
-  std::string bytes;
-
-  /// Copies it out of the partner's memory, which may be shorter than its head and need not end in a zero.
-  static std::optional<Value> Read(HGLOBAL memory) {
-    constexpr std::size_t head = offsetof(DDEDATA, Value);
-    const std::size_t size = GlobalSize(memory);
-    const auto* const data = static_cast<const char*>(size < head ? nullptr : GlobalLock(memory));
-    if (data == nullptr) return std::nullopt;
-    DDEDATA flags{};
-    std::memcpy(&flags, data, head);
-    const char* const end = std::find(data + head, data + size, '\0');
-    Value value{flags.cfFormat == CF_TEXT, flags.fRelease != 0, flags.fAckReq != 0, {data + head, end}};
-    GlobalUnlock(memory);
-    return value;
-  }
-};
 
 Win32DdeTransport::~Win32DdeTransport() {
   const ULONGLONG begin = GetTickCount64();
-  while (terminated_ && !partnerEnded_ && PartnerAlive() && GetTickCount64() - begin < kFarewellTime) {
+  while (ended_ && !partnerEnded_ && PartnerAlive() && GetTickCount64() - begin < kFarewellTime) {
     MsgWaitForMultipleObjects(0, nullptr, FALSE, 20, QS_ALLINPUT);
     for (MSG message{}; PeekMessageA(&message, window_.Get(), WM_DDE_FIRST, WM_DDE_LAST, PM_REMOVE) != FALSE;) {
       DispatchMessageA(&message);
@@ -79,24 +66,36 @@ Win32DdeTransport::~Win32DdeTransport() {
   }
 }
 
-bool Win32DdeTransport::Initiate(std::string_view application, std::string_view topic, DdeSink& sink) {
-  const UniqueAtom applicationAtom = Atom(application);
-  const UniqueAtom topicAtom = Atom(topic);
-  if (!applicationAtom || !topicAtom || !window_.Create(kClassName, instance_, *this)) return false;
-  partner_ = nullptr;
-  terminated_ = partnerEnded_ = false;
-  initiating_ = true;
-  Call call{window_.Get(), MAKELPARAM(applicationAtom.Get(), topicAtom.Get()), partner_};
-  EnumWindows(&SendInitiate, reinterpret_cast<LPARAM>(&call));
-  initiating_ = false;
-  if (partner_ == nullptr) return false;
+bool Win32DdeTransport::Ask(std::string_view application, std::string_view topic, DdeSink& sink) {
+  application_ = application;
+  topic_ = topic;
+  applicationAtom_ = Atom(application);
+  topicAtom_ = Atom(topic);
+  if (!applicationAtom_ || !topicAtom_ || !window_.Create(kClassName, instance_, *this)) return false;
   sink_ = &sink;
-  return true;
+  toDealWith_ = 1;  // this function itself: nobody has declined before everybody was asked
+  EnumWindows(&AskWindow, reinterpret_cast<LPARAM>(this));
+  return PostMessageA(window_.Get(), kDealtWithMessage, 0, 0) != FALSE;
+}
+
+BOOL CALLBACK Win32DdeTransport::AskWindow(HWND window, LPARAM transport) {
+  auto& self = *reinterpret_cast<Win32DdeTransport*>(transport);
+  // Our own windows are no servers, and would be asked by a call that does not return at once.
+  if (GetWindowThreadProcessId(window, nullptr) == GetCurrentThreadId()) return TRUE;
+  const HWND link = self.window_.Get();
+  const LPARAM atoms = MAKELPARAM(self.applicationAtom_.Get(), self.topicAtom_.Get());
+  // A broadcast, or any send that waits, would wait for a program that is busy, and without end for one that hangs.
+  if (SendMessageCallbackA(window, WM_DDE_INITIATE, reinterpret_cast<WPARAM>(link), atoms, &DealtWith,
+                           reinterpret_cast<ULONG_PTR>(link)) != FALSE) {
+    ++self.toDealWith_;
+  }
+  return TRUE;
 }
 
 bool Win32DdeTransport::PostAdvise(std::string_view item) {
   DDEADVISE options{};
   options.cfFormat = CF_TEXT;  // and not deferred: the value itself comes with each change
+  item_ = item;
   adviseOptions_ = Share(&options, sizeof options, sizeof options);
   adviseItem_ = Atom(item);
   if (!adviseOptions_ || !adviseItem_) return false;
@@ -107,19 +106,27 @@ bool Win32DdeTransport::PostAdvise(std::string_view item) {
   return false;
 }
 
-DdeTransport::Block Win32DdeTransport::PostExecute(std::string_view bytes) {
+DdeExecute Win32DdeTransport::PostExecute(std::string_view bytes) {
   UniqueMemory text = Share(bytes.data(), bytes.size(), bytes.size() + 1);  // the terminating zero is sent as well
-  if (!text || !PostToPartner(WM_DDE_EXECUTE, reinterpret_cast<LPARAM>(text.Get()))) return 0;
-  return reinterpret_cast<Block>(text.Release());
+  if (!text) return 0;
+  // Room first: once the message is on its way its memory must not get lost.
+  posted_.push_back({lastExecute_ + 1, std::move(text)});
+  if (!PostToPartner(WM_DDE_EXECUTE, reinterpret_cast<LPARAM>(posted_.back().memory.Get()))) {
+    posted_.pop_back();
+    return 0;
+  }
+  return ++lastExecute_;
 }
 
-void Win32DdeTransport::Free(Block block) noexcept { MemoryHandle::Close(reinterpret_cast<HGLOBAL>(block)); }
-
-void Win32DdeTransport::PostTerminate() noexcept {
-  if (!Talking()) return;
-  sink_ = nullptr;  // whatever still arrives is of no interest, and whoever listened may go
-  PostMessageA(partner_, WM_DDE_TERMINATE, reinterpret_cast<WPARAM>(window_.Get()), 0);
-  terminated_ = true;
+void Win32DdeTransport::End() noexcept {
+  if (Talking()) PostMessageA(partner_, WM_DDE_TERMINATE, reinterpret_cast<WPARAM>(window_.Get()), 0);
+  ended_ = true;
+  sink_ = nullptr;
+  posted_.clear();
+  adviseOptions_.Reset();
+  adviseItem_.Reset();
+  applicationAtom_.Reset();
+  topicAtom_.Reset();
 }
 
 bool Win32DdeTransport::PartnerAlive() const {
@@ -132,12 +139,16 @@ bool Win32DdeTransport::PostToPartner(UINT message, LPARAM lParam) const {
 }
 
 std::optional<LRESULT> Win32DdeTransport::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
-  if (message < WM_DDE_FIRST || message > WM_DDE_LAST) return std::nullopt;
-  const HWND sender = reinterpret_cast<HWND>(wParam);
-  // An answer to the initiate is the one message that is sent and not posted, and its lParam is not packed.
-  if (message == WM_DDE_ACK && (initiating_ || InSendMessage() != FALSE)) {
-    OnInitiateAnswer(sender, lParam);
-  } else if (sender == partner_ && partner_ != nullptr) {
+  if (message == kDealtWithMessage) {
+    OnDealtWith();
+  } else if (message == kAnsweredMessage) {
+    if (sink_ != nullptr) sink_->OnAnswer();
+  } else if (message < WM_DDE_FIRST || message > WM_DDE_LAST) {
+    return std::nullopt;
+  } else if (const HWND sender = reinterpret_cast<HWND>(wParam); partner_ == nullptr || sender != partner_) {
+    // The answer to the question is the one message that anybody may send. Its lParam is not packed.
+    if (message == WM_DDE_ACK) OnInitiateAnswer(sender, lParam);
+  } else {
     if (message == WM_DDE_ACK) OnAck(lParam);
     if (message == WM_DDE_DATA) OnData(lParam);
     if (message == WM_DDE_TERMINATE) OnTerminate();
@@ -145,13 +156,22 @@ std::optional<LRESULT> Win32DdeTransport::OnMessage(UINT message, WPARAM wParam,
   return 0;
 }
 
+void Win32DdeTransport::OnDealtWith() {
+  if (toDealWith_ == 0 || --toDealWith_ != 0) return;
+  applicationAtom_.Reset();
+  topicAtom_.Reset();
+  if (partner_ == nullptr && sink_ != nullptr) sink_->OnNobody();
+}
+
 void Win32DdeTransport::OnInitiateAnswer(HWND server, LPARAM atoms) {
+  if (!Names(LOWORD(atoms), application_) || !Names(HIWORD(atoms), topic_)) return;
   const UniqueAtom application{LOWORD(atoms)};
   const UniqueAtom topic{HIWORD(atoms)};
-  if (initiating_ && partner_ == nullptr) {
+  if (partner_ == nullptr && sink_ != nullptr) {
     partner_ = server;
     partnerThread_ = GetWindowThreadProcessId(server, nullptr);
-  } else if (server != partner_) {
+    PostMessageA(window_.Get(), kAnsweredMessage, 0, 0);
+  } else {
     PostMessageA(server, WM_DDE_TERMINATE, reinterpret_cast<WPARAM>(window_.Get()), 0);
   }
 }
@@ -162,22 +182,36 @@ void Win32DdeTransport::OnAck(LPARAM lParam) {
   if (UnpackDDElParam(WM_DDE_ACK, lParam, &status, &what) == FALSE) return;
   FreeDDElParam(WM_DDE_ACK, lParam);
   if (adviseItem_ && what == adviseItem_.Get()) {
-    // The item's atom has come back. The options belong to the server from the moment that it accepts them.
-    if ((status & kDdeAckPositive) != 0) static_cast<void>(adviseOptions_.Release());
-    adviseOptions_.Reset();
-    adviseItem_.Reset();
+    OnAdviseAck(static_cast<std::uint16_t>(status));
+  } else {
+    OnExecuteAck(reinterpret_cast<HGLOBAL>(what), static_cast<std::uint16_t>(status));
   }
-  if (sink_ != nullptr) sink_->OnAck(static_cast<std::uint16_t>(status), what);
+}
+
+void Win32DdeTransport::OnAdviseAck(std::uint16_t status) {
+  // The item's atom has come back. The options belong to the server from the moment that it accepts them.
+  if ((status & kDdeAckPositive) != 0) static_cast<void>(adviseOptions_.Release());
+  adviseOptions_.Reset();
+  adviseItem_.Reset();
+  if (sink_ != nullptr) sink_->OnAdviseAck(status);
+}
+
+void Win32DdeTransport::OnExecuteAck(HGLOBAL memory, std::uint16_t status) {
+  const auto found = std::ranges::find_if(posted_, [&](const Posted& posted) { return posted.memory.Get() == memory; });
+  if (found == posted_.end()) return;
+  const DdeExecute execute = found->execute;
+  posted_.erase(found);
+  if (sink_ != nullptr) sink_->OnExecuteAck(execute, status);
 }
 
 void Win32DdeTransport::OnData(LPARAM lParam) {
   UINT_PTR memory = 0;
   UINT_PTR item = 0;
   if (UnpackDDElParam(WM_DDE_DATA, lParam, &memory, &item) == FALSE) return;
-  auto value = Value::Read(reinterpret_cast<HGLOBAL>(memory));
-  const bool accepted = value && value->isText;
-  const bool answer = value && value->answer;
-  const bool ours = value && value->release && (accepted || !answer);
+  auto value = ReadValue(reinterpret_cast<HGLOBAL>(memory));
+  const bool accepted = value && value->IsText() && Names(static_cast<ATOM>(item), item_);
+  const bool answer = value && value->WantsAnswer();
+  const bool ours = value && value->ToBeReleased() && (accepted || !answer);
   if (answer) {
     AnswerData(lParam, item, accepted);
   } else {

@@ -1,5 +1,9 @@
 #pragma once
 
+#include <optional>
+#include <string>
+#include <vector>
+
 #include "platform/DdeTransport.h"
 #include "platform/win32/HiddenWindow.h"
 
@@ -15,36 +19,50 @@ class Win32DdeTransport final : public DdeTransport, private WindowMessages {
   /// Gives a partner that was told the end a short time to answer.
   ~Win32DdeTransport() override;
 
-  bool Initiate(std::string_view application, std::string_view topic, DdeSink& sink) override;
+  bool Ask(std::string_view application, std::string_view topic, DdeSink& sink) override;
   bool PostAdvise(std::string_view item) override;
-  [[nodiscard]] Block PostExecute(std::string_view bytes) override;
-  void Free(Block block) noexcept override;
-  void PostTerminate() noexcept override;
+  DdeExecute PostExecute(std::string_view bytes) override;
+  void End() noexcept override;
   [[nodiscard]] bool PartnerAlive() const override;
 
  private:
-  struct Value;
+  /// The memory of an execute that the partner has not answered.
+  struct Posted {
+    DdeExecute execute;
+    UniqueMemory memory;
+  };
 
   std::optional<LRESULT> OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+  static BOOL CALLBACK AskWindow(HWND window, LPARAM transport);
+  void OnDealtWith();
   void OnInitiateAnswer(HWND server, LPARAM atoms);
   void OnAck(LPARAM lParam);
+  void OnAdviseAck(std::uint16_t status);
+  void OnExecuteAck(HGLOBAL memory, std::uint16_t status);
   void OnData(LPARAM lParam);
   void OnTerminate();
   void AnswerData(LPARAM lParam, UINT_PTR item, bool accepted);
-  [[nodiscard]] bool Talking() const { return partner_ != nullptr && !terminated_; }
-  /// Posts to the partner; whoever posts still owns what it posted when this is false.
+  [[nodiscard]] bool Talking() const { return partner_ != nullptr && !ended_; }
+  /// Posts to the partner. When this is false nothing was posted, and what the message carries is still ours to free.
   [[nodiscard]] bool PostToPartner(UINT message, LPARAM lParam) const;
 
   HINSTANCE instance_;
   HiddenWindow window_;
-  DdeSink* sink_{nullptr};  ///< not owned; set while the partner may be heard
+  DdeSink* sink_{nullptr};  ///< not owned; set from Ask to End
+  std::string application_;
+  std::string topic_;
+  std::string item_;
+  UniqueAtom applicationAtom_;  ///< both live as long as a window may still have to read them
+  UniqueAtom topicAtom_;
+  std::size_t toDealWith_{0};  ///< windows that still have the question before them
   HWND partner_{nullptr};
   DWORD partnerThread_{0};
-  bool initiating_{false};
-  bool terminated_{false};    ///< we have told the end
-  bool partnerEnded_{false};  ///< the partner has told it
+  bool ended_{false};         ///< by us
+  bool partnerEnded_{false};  ///< the partner has told the end
   UniqueMemory adviseOptions_;
   UniqueAtom adviseItem_;
+  std::vector<Posted> posted_;
+  DdeExecute lastExecute_{0};
 };
 
 }  // namespace fonklav

@@ -21,14 +21,26 @@ class Dialer : public FakeSystem {
 
   /// Starts the program and lets its start timers tick. False when the start was refused.
   bool Start(const std::string& commandLine) {
+    if (!Ask(commandLine)) return false;
+    dde.DeliverOutcome();
+    if (dde.alive) dde.Sink().OnAdviseAck(adviseStatus);
+    StageAgain();
+    dde.DeliverAcks();
+    return true;
+  }
+
+  /// The start up to the question for a main program, which is still out afterwards.
+  bool Ask(const std::string& commandLine) {
     process.commandLine = commandLine;
     program = std::make_unique<Program>(AllPorts());
     if (!program->Load(view)) return false;
     Input().TimerTick(TimerId::Start0);
-    if (dde.Connected()) dde.Sink().OnAck(adviseStatus, 0);
-    if (Controls().tmStart[1].Enabled()) Input().TimerTick(TimerId::Start1);
-    dde.DeliverAcks();
     return true;
+  }
+
+  /// The second line stage, if it is due.
+  void StageAgain() {
+    if (Controls().tmStart[1].Enabled()) Input().TimerTick(TimerId::Start1);
   }
 
   /// The main program changes the linked item.

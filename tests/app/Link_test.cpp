@@ -30,7 +30,7 @@ bool StillLinked(Dialer& dialer) {
 
 TEST(Link, IsOpenedOnceForTheItem) {
   const auto dialer = Linked();
-  EXPECT_THAT(dialer->dde.initiated, ElementsAre("Rufmon Fonklav|RufmonFonklav"));
+  EXPECT_THAT(dialer->dde.asked, ElementsAre("Rufmon Fonklav|RufmonFonklav"));
   EXPECT_THAT(dialer->dde.advised, ElementsAre("txtDDE"));
   EXPECT_TRUE(StillLinked(*dialer));
 }
@@ -47,8 +47,7 @@ TEST_P(Answer, DecidesWhetherTheLinkStands) {
   const auto dialer = Linked();
   dialer->dde.answersAtOnce = false;
   dialer->Command("debug|1");
-  dialer->dde.Sink().OnAck(GetParam().status, dialer->dde.posted.back());
-  EXPECT_THAT(dialer->dde.held, IsEmpty());
+  dialer->dde.Sink().OnExecuteAck(dialer->dde.posted.back(), GetParam().status);
   dialer->Command("debug|0");
   EXPECT_EQ(dialer->TakeReports().size(), 2U) << "later reports still go out";
   EXPECT_EQ(StillLinked(*dialer), GetParam().linked);
@@ -60,34 +59,139 @@ INSTANTIATE_TEST_SUITE_P(Rows, Answer,
                          [](const auto& row) { return row.param.name; });
 
 TEST(Link, SilenceForFiveSecondsIsAFailedSendAndNothingMore) {
-  const auto dialer = Linked();
-  dialer->dde.answersAtOnce = false;
-  dialer->Command("debug|1");
-  const auto block = dialer->dde.posted.back();
-  dialer->Pump(4999);
-  EXPECT_EQ(dialer->dde.held.size(), 1U);
-  dialer->Pump(1);
-  EXPECT_EQ(dialer->dde.held.size(), 1U) << "the memory waits for the late answer";
-  EXPECT_EQ(dialer->View().unloads, 0);
-  dialer->dde.Sink().OnAck(kDdeAckPositive, block);
-  EXPECT_THAT(dialer->dde.held, IsEmpty());
-  EXPECT_FALSE(dialer->dde.doubleFree);
-  EXPECT_FALSE(StillLinked(*dialer));
+  for (const int silence : {4999, 5000}) {
+    const auto dialer = Linked();
+    dialer->dde.answersAtOnce = false;
+    dialer->Command("debug|1");
+    dialer->Pump(silence);
+    EXPECT_EQ(dialer->View().unloads, 0);
+    dialer->dde.Sink().OnExecuteAck(dialer->dde.posted.back(), kDdeAckPositive);
+    EXPECT_EQ(StillLinked(*dialer), silence < 5000);
+  }
 }
 
-TEST(Link, AnswersAreMatchedByTheirMemoryAndStrangersPass) {
+TEST(Link, OnlyAnswersToWhatIsOutCount) {
   const auto dialer = Linked();
   dialer->dde.answersAtOnce = false;
   dialer->Command("debug|1");
-  dialer->Command("debug|0");
-  const auto posted = dialer->dde.posted;
-  dialer->dde.Sink().OnAck(0, 77);  // nobody's
-  dialer->dde.Sink().OnAck(kDdeAckPositive, posted[posted.size() - 1]);
-  dialer->dde.Sink().OnAck(kDdeAckPositive, posted[posted.size() - 1]);  // a second time
-  dialer->dde.Sink().OnAck(kDdeAckPositive, posted[posted.size() - 2]);
-  EXPECT_THAT(dialer->dde.held, IsEmpty());
-  EXPECT_FALSE(dialer->dde.doubleFree);
+  const auto execute = dialer->dde.posted.back();
+  dialer->dde.Sink().OnExecuteAck(77, 0);
+  dialer->dde.Sink().OnExecuteAck(execute, kDdeAckPositive);
+  dialer->dde.Sink().OnExecuteAck(execute, 0);
+  dialer->dde.Sink().OnAdviseAck(0);
   EXPECT_TRUE(StillLinked(*dialer));
+}
+
+struct AskingRow {
+  const char* name;
+  int answersAfter;  ///< milliseconds; none where nobody answers
+  bool answers;
+  bool shownBefore;  ///< the settings window did not wait for the outcome
+};
+
+class Asking : public testing::TestWithParam<AskingRow> {};
+
+TEST_P(Asking, WaitsForTheOutcomeAndForNoLongerThanTenSeconds) {
+  Dialer dialer(kAnswered);
+  dialer.StoreLine("ISDN-Line1");
+  dialer.files.files["c:\\rufmon\\rufmonspec.ini"] = "[Debug]\r\nLogTAPI=1\r\n";
+  ASSERT_TRUE(dialer.Ask("/sett"));
+  for (int passed = 0; passed < GetParam().answersAfter; passed += 250) dialer.Pump(250);
+  EXPECT_EQ(dialer.Controls().form.Visible(), GetParam().shownBefore);
+  dialer.dde.serverRunning = GetParam().answers;
+  if (GetParam().answersAfter < 10000) {
+    EXPECT_FALSE(dialer.Controls().tmStart[1].Enabled()) << "the line stage follows the outcome";
+    dialer.dde.DeliverOutcome();
+  }
+  EXPECT_TRUE(dialer.Controls().form.Visible());
+  dialer.StageAgain();
+  const std::vector<std::string> reports = dialer.TakeReports();
+  if (GetParam().answers) {
+    EXPECT_THAT(reports, ElementsAre("Init2LastOK|1", "line|ISDN-Line1"));
+    EXPECT_THAT(dialer.DebugLog(), testing::HasSubstr("TAPI FVT DDE LinkOpen\r\n"));
+  } else {
+    EXPECT_THAT(reports, IsEmpty());
+    EXPECT_THAT(dialer.DebugLog(), testing::HasSubstr("TAPI FVT Init DDE\r\n2015/03/07  09:05:31  TAPI FVT Init DDE - "
+                                                      "ERROR=No foreign application responded to a DDE initiate\r\n"));
+    EXPECT_EQ(dialer.dde.ends, 1) << "a late answer is not wanted any more";
+    dialer.dde.DeliverOutcome();
+    dialer.Pump(250);
+    EXPECT_FALSE(dialer.Controls().tmLink.Enabled());
+  }
+  EXPECT_EQ(StillLinked(dialer), GetParam().answers);
+  EXPECT_THAT(dialer.ErrorLog(), IsEmpty());
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Rows, Asking,
+    testing::Values(AskingRow{"answeredAtOnce", 0, true, false}, AskingRow{"answeredWithinASecond", 1000, true, false},
+                    AskingRow{"answeredLate", 2500, true, true}, AskingRow{"answeredVeryLate", 9750, true, true},
+                    AskingRow{"declinedAtOnce", 0, false, false}, AskingRow{"declinedLate", 2500, false, true},
+                    AskingRow{"hanging", 10000, false, true}),
+    [](const auto& row) { return row.param.name; });
+
+TEST(Link, AQuestionThatCannotBePutHasFailed) {
+  Dialer dialer(kAnswered);
+  dialer.dde.askSucceeds = false;
+  ASSERT_TRUE(dialer.Ask("/sett"));
+  EXPECT_TRUE(dialer.Controls().form.Visible());
+  EXPECT_TRUE(dialer.Controls().tmStart[1].Enabled());
+}
+
+TEST(Link, ACloseEndsTheQuestion) {
+  for (const UnloadMode mode : {UnloadMode::UserClosed, UnloadMode::SessionEnds}) {
+    Dialer dialer(kAnswered);
+    ASSERT_TRUE(dialer.Ask("/sett"));
+    dialer.Pump(2000);
+    dialer.Input().CloseRequested(mode);
+    EXPECT_EQ(dialer.View().unloads, 1);
+    EXPECT_EQ(dialer.dde.ends, 1);
+    dialer.dde.DeliverOutcome();
+    EXPECT_THAT(dialer.dde.advised, IsEmpty());
+    EXPECT_EQ(dialer.sim.Registrations(), 0U);
+  }
+}
+
+TEST(Link, ACallMadeByHandMeanwhileIsNotTakenAway) {
+  for (const bool answered : {false, true}) {
+    Dialer dialer(kAnswered);
+    dialer.StoreLine("ISDN-Line1");
+    ASSERT_TRUE(dialer.Ask("/sett"));
+    dialer.Input().Edit(ControlId::txtNumber, "0301234567");
+    dialer.Input().Click(ControlId::cmdWahl);
+    dialer.Pump(1500);
+    dialer.dde.serverRunning = answered;
+    dialer.dde.DeliverOutcome();
+    dialer.Pump(250);
+    dialer.StageAgain();
+    EXPECT_EQ(dialer.sim.LiveCalls(), 1U);
+    dialer.Input().Click(ControlId::cmdHangUp);
+    dialer.Pump(250);
+    dialer.TakeReports();
+    EXPECT_TRUE(dialer.Controls().tmStart[1].Enabled()) << "once the line has closed";
+    dialer.StageAgain();
+    EXPECT_EQ(dialer.TakeReports().size(), answered ? 2U : 0U);
+  }
+}
+
+TEST(Link, ABusyServerIsAskedForTheItemAgainUntilItSaysYesOrNo) {
+  for (const std::uint16_t verdict : {kDdeAckPositive, std::uint16_t{0}}) {
+    Dialer dialer(kAnswered);
+    dialer.adviseStatus = kDdeAckBusy;
+    dialer.Start("/run");
+    dialer.Pump(999);
+    EXPECT_EQ(dialer.dde.advised.size(), 1U);
+    dialer.Pump(1);
+    dialer.Pump(2000);
+    EXPECT_THAT(dialer.dde.advised, ElementsAre("txtDDE", "txtDDE")) << "not again before it was answered";
+    dialer.dde.Sink().OnAdviseAck(kDdeAckBusy);
+    dialer.Pump(1000);
+    EXPECT_EQ(dialer.dde.advised.size(), 3U);
+    dialer.dde.Sink().OnAdviseAck(verdict);
+    dialer.Pump(5000);
+    EXPECT_EQ(dialer.dde.advised.size(), 3U);
+    EXPECT_EQ(StillLinked(dialer), verdict != 0);
+  }
 }
 
 TEST(Link, APostThatFailsLowersTheFlagAndTheHandlerGoesOn) {
@@ -128,11 +232,10 @@ TEST_P(End, OfTheConversationEndsTheProgramWithTheLineGivenBack) {
     dialer->Pump(250);
   }
   EXPECT_EQ(dialer->View().unloads, 1);
-  EXPECT_EQ(dialer->dde.terminates, GetParam().terminated ? 1 : 0);
+  EXPECT_EQ(dialer->dde.ends, 1);
   EXPECT_EQ(dialer->sim.Registrations(), 0U);
   EXPECT_EQ(dialer->sim.OpenLines(), 0U);
   EXPECT_EQ(dialer->sim.LiveCalls(), 0U);
-  EXPECT_THAT(dialer->dde.held, IsEmpty());
   dialer->dde.Sink().OnTerminate();
   dialer->Command("cmd|call|1");
   EXPECT_EQ(dialer->View().unloads, 1) << "what comes late finds nobody";
@@ -154,8 +257,7 @@ TEST(Link, TheProgramsOwnEndSaysGoodbye) {
   dialer->Input().CloseRequested(UnloadMode::SessionEnds);
   EXPECT_EQ(dialer->View().unloads, 1);
   dialer->program.reset();
-  EXPECT_EQ(dialer->dde.terminates, 1);
-  EXPECT_THAT(dialer->dde.held, IsEmpty());
+  EXPECT_EQ(dialer->dde.ends, 1);
 }
 
 }  // namespace

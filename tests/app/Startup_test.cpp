@@ -34,7 +34,7 @@ TEST_P(CommandLine, IsJudged) {
     EXPECT_THAT(dialer.Messages().front().prompt, "Ein Direktaufruf dieses Tools ist nicht vorgesehen!");
     EXPECT_EQ(dialer.Messages().front().style, 64U);
     EXPECT_THAT(dialer.sim.Calls(), IsEmpty());
-    EXPECT_THAT(dialer.dde.initiated, IsEmpty());
+    EXPECT_THAT(dialer.dde.asked, IsEmpty());
   }
 }
 
@@ -129,6 +129,82 @@ TEST(Startup, MissingAreaCodesAreShownOnceAndNothingIsReported) {
   EXPECT_EQ(dialer.Messages().front().style, 48U);
   EXPECT_THAT(dialer.TakeReports(), IsEmpty());
   EXPECT_EQ(dialer.sim.CountOf("lineInitializeEx"), 0U);
+}
+
+struct LostRow {
+  const char* name;
+  const char* fault;  ///< what telephony has become after a good start
+  std::vector<std::string> reports;
+  const char* caption;
+};
+
+class LostLine : public testing::TestWithParam<LostRow> {};
+
+TEST_P(LostLine, LeavesNothingThatLooksLikeOne) {
+  for (const bool cancelled : {false, true}) {
+    Dialer dialer("device name=ISDN-Line1 version=0x00020000\nlocation local=9\n");
+    dialer.StoreLine("ISDN-Line1");
+    dialer.Start("/sett");
+    dialer.Input().Edit(ControlId::txtNumber, "0301234567");
+    EXPECT_TRUE(dialer.Controls().cmdWahl.Enabled());
+    dialer.TakeReports();
+    dialer.sim.Rules().Apply(GetParam().fault);
+    if (cancelled) {
+      dialer.Input().Click(ControlId::cmdExit);
+    } else {
+      dialer.Command("unload");
+    }
+    std::vector<std::string> expected = GetParam().reports;
+    if (!cancelled) expected.insert(expected.begin(), "cmd|quitt");
+    EXPECT_EQ(dialer.TakeReports(), expected);
+    EXPECT_FALSE(dialer.Controls().cmdWahl.Enabled());
+    EXPECT_EQ(dialer.Controls().lstTAPI.Count(), 0U);
+    EXPECT_EQ(dialer.Controls().lbLineIDActive.Text(), GetParam().caption);
+    dialer.Input().Edit(ControlId::txtNumber, "12345");
+    EXPECT_FALSE(dialer.Controls().cmdWahl.Enabled()) << "no line is bound";
+    // The command goes its way all the same, and finds no line to open.
+    dialer.Command("cmd|call|0301234567");
+    EXPECT_EQ(dialer.TakeReports().back(), "btnCall|0|cmdWahl_Click 1");
+    EXPECT_EQ(dialer.sim.OpenLines(), 0U);
+    // Telephony has come back: the next stage finds everything again. It fills an empty list, and so does the Cancel.
+    dialer.sim.Rules() = Scenario::Parse("device name=ISDN-Line1 version=0x00020000\nlocation local=9\n");
+    dialer.Command("unload");
+    EXPECT_THAT(dialer.TakeReports(), ElementsAre("cmd|quitt", "Init2LastOK|1", "line|ISDN-Line1", "Init2LastOK|1",
+                                                  "line|ISDN-Line1", "Init2LastOK|1", "line|ISDN-Line1"));
+    EXPECT_TRUE(dialer.Controls().lstTAPI.At(0).ticked);
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Rows, LostLine,
+                         testing::Values(LostRow{"areaCodes", "codes none", {}, "LineID"},
+                                         LostRow{"telephony",
+                                                 "refuse lineInitializeEx 0x80000048",
+                                                 {"log|Operation Failed",
+                                                  "log|Pr\xFC"
+                                                  "fe auf TAPI 1.3 - 1.4...",
+                                                  "line|Fehlende oder falsche TAPI-Version!",
+                                                  "log|Fehlende oder falsche TAPI-Version!"},
+                                                 "Fehlende oder falsche TAPI-Version!"}),
+                         [](const auto& row) { return row.param.name; });
+
+TEST(Startup, TheAreaCodeMessageIsNotShownOnTopOfItself) {
+  Dialer dialer(std::string(kLine) + "codes none\n");
+  dialer.boxes.whileShown = [&] { dialer.Input().TimerTick(TimerId::Start1); };
+  dialer.Start("/run");
+  EXPECT_EQ(dialer.Messages().size(), 1U);
+}
+
+TEST(Startup, AHandlerThatTheEndInterruptsIsQuiet) {
+  Dialer dialer(kLine);
+  dialer.StoreLine("ISDN-Line1");
+  dialer.Start("/run");
+  dialer.sim.Rules().Apply("codes none");
+  dialer.boxes.whileShown = [&] { dialer.dde.Sink().OnTerminate(); };
+  dialer.Command("unload");
+  EXPECT_EQ(dialer.Messages().size(), 1U);
+  EXPECT_EQ(dialer.View().unloads, 1);
+  EXPECT_EQ(dialer.sim.Registrations(), 0U);
+  EXPECT_THAT(dialer.ErrorLog(), IsEmpty());
 }
 
 TEST(Startup, ACodeThatFillsItsBufferWithoutAnEndCountsAsMissing) {

@@ -57,8 +57,9 @@ struct Desk : FakeSystem {
     Program program({clock, codePage, dde, files, icons, boxes, loop, locale, profile, process, shell, telephony});
     EXPECT_TRUE(program.Load(view));
     program.Input().TimerTick(TimerId::Start0);
+    dde.DeliverOutcome();
+    dde.Sink().OnAdviseAck(kDdeAckPositive);
     program.Input().TimerTick(TimerId::Start1);
-    dde.Sink().OnAck(kDdeAckPositive, 0);
     dde.Sink().OnData("cmd|call|0301234567");
     telephony.Advance(std::chrono::milliseconds(100));
     loop.Run();

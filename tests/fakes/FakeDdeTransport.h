@@ -13,55 +13,59 @@ namespace fonklav::test {
 /// and answers by hand or by itself.
 class FakeDdeTransport : public DdeTransport {
  public:
-  bool Initiate(std::string_view application, std::string_view topic, DdeSink& sink) override {
-    initiated.push_back(std::string(application) + "|" + std::string(topic));
-    if (!serverRunning) return false;
+  bool Ask(std::string_view application, std::string_view topic, DdeSink& sink) override {
+    asked.push_back(std::string(application) + "|" + std::string(topic));
     sink_ = &sink;
-    alive = true;
-    return true;
+    return askSucceeds;
   }
   bool PostAdvise(std::string_view item) override {
     advised.emplace_back(item);
     return postSucceeds;
   }
-  Block PostExecute(std::string_view bytes) override {
+  DdeExecute PostExecute(std::string_view bytes) override {
     if (!postSucceeds) return 0;
     executed.emplace_back(bytes);
     posted.push_back(++last_);
-    held.insert(last_);
     if (answersAtOnce) pendingAcks_.push_back(last_);
     return last_;
   }
-  void Free(Block block) noexcept override { doubleFree = held.erase(block) == 0 || doubleFree; }
-  void PostTerminate() noexcept override { ++terminates; }
+  void End() noexcept override { ++ends; }
   [[nodiscard]] bool PartnerAlive() const override { return alive; }
 
-  /// The server's answers arrive, as they do when the message loop runs.
+  /// The question's outcome arrives, as it does when the message loop runs.
+  void DeliverOutcome() {
+    if (sink_ == nullptr) return;
+    alive = serverRunning;
+    if (serverRunning) {
+      sink_->OnAnswer();
+    } else {
+      sink_->OnNobody();
+    }
+  }
+  /// The server's answers arrive.
   void DeliverAcks() {
-    for (const Block block : std::exchange(pendingAcks_, {})) sink_->OnAck(kDdeAckPositive, block);
+    for (const DdeExecute execute : std::exchange(pendingAcks_, {})) sink_->OnExecuteAck(execute, kDdeAckPositive);
   }
   DdeSink& Sink() { return *sink_; }
-  [[nodiscard]] bool Connected() const { return sink_ != nullptr; }
 
   /// What the dialer has reported since the last call of this.
   std::vector<std::string> TakeReports() { return std::exchange(executed, {}); }
 
+  bool askSucceeds{true};
   bool serverRunning{true};
   bool postSucceeds{true};
   bool answersAtOnce{true};
   bool alive{false};
-  bool doubleFree{false};
-  int terminates{0};
-  std::vector<std::string> initiated;
+  int ends{0};
+  std::vector<std::string> asked;
   std::vector<std::string> advised;
   std::vector<std::string> executed;
-  std::vector<Block> posted;
-  std::set<Block> held;  ///< memory that nobody has freed yet
+  std::vector<DdeExecute> posted;
 
  private:
   DdeSink* sink_{nullptr};
-  Block last_{100};
-  std::vector<Block> pendingAcks_;
+  DdeExecute last_{100};
+  std::vector<DdeExecute> pendingAcks_;
 };
 
 }  // namespace fonklav::test

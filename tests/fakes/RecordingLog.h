@@ -12,7 +12,13 @@ class RecordingLog : public ProcedureLog {
  public:
   explicit RecordingLog(Diagnostics& diagnostics) : diagnostics_(diagnostics) {}
 
-  void LogDebug_Trace(std::string_view step, LogArgs) noexcept override { steps.emplace_back(step); }
+  void LogDebug_Trace(std::string_view step, LogArgs args) noexcept override {
+    steps.emplace_back(step);
+    numbers.clear();
+    for (const LogArg& arg : args) {
+      if (const auto* number = std::get_if<std::int64_t>(&arg.Get())) numbers.push_back(*number);
+    }
+  }
   void LogDebug_TAPI(std::string_view message, LogArgs) noexcept override { telephony.emplace_back(message); }
   void ErrorLogNew(std::string_view module, LogArgs) noexcept override {
     const PendingError& error = diagnostics_.pending;
@@ -25,6 +31,7 @@ class RecordingLog : public ProcedureLog {
 
   std::vector<std::string> errors;
   std::vector<std::string> steps;
+  std::vector<std::int64_t> numbers;  ///< among the arguments of the last step
   std::vector<std::string> telephony;
   std::vector<std::string> lines;  ///< of logs of their own, as "name: line"
 

@@ -77,12 +77,14 @@ INSTANTIATE_TEST_SUITE_P(
                     LocationRow{"needsMore", "patch translatecaps offset=4 value=6190\n", false, "", false},
                     LocationRow{"countAbsurd", "patch translatecaps offset=12 value=30000\n", true, "0", false},
                     LocationRow{"countOverflows", "patch translatecaps offset=12 value=0x8000\n", false, "", true},
-                    LocationRow{"countHuge", "patch translatecaps offset=12 value=0xFFFFFFFF\n", false, "", true},
+                    LocationRow{"countNegative", "patch translatecaps offset=12 value=0xFFFFFFFF\n", false, "", false},
                     LocationRow{"listCutShort", "patch translatecaps offset=16 value=67\n", true, "", false},
                     LocationRow{"listSizeHuge", "patch translatecaps offset=16 value=0xFFFFFFFF\n", true, "", false},
                     LocationRow{"listOutside", "patch translatecaps offset=20 value=6180\n", true, "", false},
                     LocationRow{"listOffsetHuge", "patch translatecaps offset=20 value=0xFFFFFFF0\n", true, "", false},
-                    LocationRow{"currentOverflows", "patch translatecaps offset=24 value=40000\n", false, "", true}),
+                    LocationRow{"currentOverflows", "patch translatecaps offset=24 value=40000\n", false, "", true},
+                    LocationRow{"currentNegative", "patch translatecaps offset=24 value=0xFFFFFFFF\n", true, "",
+                                false}),
     [](const auto& row) { return row.param.name; });
 
 struct CapsRow {
@@ -164,23 +166,75 @@ TEST(Callback, ALineThatIsReplacedWhileItsEventRunsEndsFromTheLoop) {
   EXPECT_THAT(system.events.heard, ElementsAre("MakeCallResult 0", "Connected"));
 }
 
-TEST(Callback, AHandlerThatIsInterruptedByTheNextStateLeavesTheNewest) {
+TEST(Callback, TheIdleFlagFollowsItsEvent) {
   TapiSystem system(std::string("device\ncall reply after=5\n") + kLocation);
   ASSERT_TRUE(system.Open());
   EXPECT_TRUE(system.line->MakeCallAsynch("1"));
   system.Pump(10);
+  std::string flags;
   system.events.onEvent = [&](const std::string& event) {
-    // The handler pumps messages, and the end of the call arrives before it returns.
+    flags += system.line->Idle() ? '1' : '0';
+    // The handler pumps messages, and the end of the call arrives before it returns: the flag is the outer one's then.
     if (event == "Connected") system.line->LineProcHandler(0, LINE_CALLSTATE, LINECALLSTATE_IDLE, 0, 0);
-    if (event == "Disconnected") system.line->LineProcHandler(0, LINE_CALLSTATE, LINECALLSTATE_CONNECTED, 0, 0);
   };
-  system.line->LineProcHandler(0, LINE_CALLSTATE, LINECALLSTATE_CONNECTED, 0, 0);
-  EXPECT_THAT(system.events.heard, ElementsAre("MakeCallResult 0", "Connected", "Idle"));
-  EXPECT_TRUE(system.line->Idle());
-  EXPECT_EQ(system.sim.OpenLines(), 0U);
-  system.line->LineProcHandler(0, LINE_CALLSTATE, LINECALLSTATE_DISCONNECTED, 0, 0);
-  EXPECT_TRUE(system.line->Idle()) << "the connected state's own handler heard of the idle one last";
-  EXPECT_TRUE(system.line->OpenLine()) << "ready for the next call";
+  for (const std::uint32_t state :
+       {LINECALLSTATE_CONNECTED, LINECALLSTATE_IDLE, LINECALLSTATE_DIALING, LINECALLSTATE_DISCONNECTED}) {
+    system.line->LineProcHandler(0, LINE_CALLSTATE, state, 0, 0);
+  }
+  EXPECT_THAT(system.events.heard,
+              ElementsAre("MakeCallResult 0", "Connected", "Idle", "Idle", "Dialing", "Disconnected"));
+  EXPECT_EQ(flags, "11011") << "each as it was before its own event";
+  EXPECT_FALSE(system.line->Idle());
+}
+
+TEST(Callback, TracesItsNumbersWithASign) {
+  TapiSystem system(std::string("device\n") + kLocation);
+  ASSERT_TRUE(system.Open());
+  system.log->steps.clear();
+  system.callback.LineCallBackProc(0x80000001, LINE_REPLY, 1, 3, 0x80000048, 0);
+  EXPECT_THAT(system.log->steps, IsEmpty()) << "nothing unless tracing is on";
+  system.diagnostics.traceMode = true;
+  system.callback.LineCallBackProc(0x80000001, LINE_REPLY, 1, 3, 0x80000048, 0);
+  EXPECT_THAT(system.log->steps, ElementsAre("mTAPIvb.LineCallBackProc", "CvbTAPILine.LineProcHandler"));
+  EXPECT_THAT(system.log->numbers, ElementsAre(-2147483647, 12, 3, -2147483576, 0));
+}
+
+TEST(Open, WithoutARegistrationIsItsOwnFaultAndAsksTelephonyForNothing) {
+  TapiSystem system("refuse lineInitializeEx 0x80000048\n");
+  EXPECT_FALSE(system.line->Create());
+  EXPECT_FALSE(system.line->OpenLine());
+  EXPECT_THAT(system.log->errors, ElementsAre("CvbTAPILine.OpenLine 9 Subscript out of range"));
+  EXPECT_EQ(system.sim.CountOf("lineOpen"), 0U);
+  EXPECT_EQ(system.line->LastError(), static_cast<std::int32_t>(0x80000048));
+}
+
+TEST(Open, ThatFailsLooksItsTextUp) {
+  TapiSystem system(std::string("device\nrefuse lineOpen 0x80000048\n") + kLocation);
+  ASSERT_TRUE(system.line->Create());
+  system.diagnostics.traceMode = true;
+  system.log->steps.clear();
+  EXPECT_FALSE(system.line->OpenLine());
+  EXPECT_THAT(system.log->steps,
+              ElementsAre("CvbTAPILine.OpenLine", "CvbTAPILine.ErrorString", "CvbTAPILine.GetLineErrString"));
+}
+
+TEST(End, GivesBackOneByOneWhateverFails) {
+  for (const char* missing : {"lineDeallocateCall", "lineClose", "lineShutdown"}) {
+    TapiSystem system(std::string("device\ncall reply after=5\n") + kLocation);
+    ASSERT_TRUE(system.Open());
+    EXPECT_TRUE(system.line->MakeCallAsynch("1"));
+    system.Pump(10);
+    system.sim.ForgetCalls();
+    system.sim.SetFunctionMissing(missing);
+    system.line.reset();
+    std::vector<std::string> given;
+    for (const auto& call : system.sim.Calls()) given.push_back(call.function);
+    std::vector<std::string> expected{"lineDeallocateCall", "lineClose", "lineShutdown"};
+    std::erase(expected, missing);
+    EXPECT_EQ(given, expected);
+    EXPECT_EQ(system.log->errors.size(), 1U);
+    EXPECT_THAT(system.log->errors.front(), HasSubstr(" 453 "));
+  }
 }
 
 TEST(Callback, MessagesForNobodyPassInSilence) {

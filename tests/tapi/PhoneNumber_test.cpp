@@ -92,7 +92,9 @@ INSTANTIATE_TEST_SUITE_P(
                     OutputRow{"sizeHuge", "patch translateoutput offset=12 value=0x7FFFFFFF\n", ""},
                     OutputRow{"sizeNegative", "patch translateoutput offset=12 value=0xFFFFFFFF\n", ""},
                     OutputRow{"displayableSizeZero", "patch translateoutput offset=20 value=0\n", ""},
-                    OutputRow{"displayableOffsetHuge", "patch translateoutput offset=24 value=0xFFFFFFF0\n", "01234"}),
+                    OutputRow{"lastByteOutside", "patch translateoutput offset=16 value=1059\n", ""},
+                    OutputRow{"displayableOffsetHuge", "patch translateoutput offset=24 value=0xFFFFFFF0\n", ""},
+                    OutputRow{"displayableOutside", "patch translateoutput offset=24 value=1064\n", ""}),
     [](const auto& row) { return row.param.name; });
 
 TEST(TelNumber, IsANumberOnceHashesAndStarsAreGone) {

@@ -1,0 +1,105 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/app/Dialer.h"
+
+// Telephony that dispatches messages in the middle of its own functions, so that anything may arrive inside each of
+// them.
+namespace fonklav::test {
+namespace {
+
+using testing::IsEmpty;
+
+struct ArrivalRow {
+  const char* name;
+  void (*arrive)(Dialer&);
+  bool ends;  ///< the program is over afterwards
+};
+
+const std::vector<ArrivalRow> kArrivals{
+    {"terminate", [](Dialer& dialer) { dialer.dde.Sink().OnTerminate(); }, true},
+    {"sessionEnd", [](Dialer& dialer) { dialer.Input().CloseRequested(UnloadMode::SessionEnds); }, true},
+    {"unload", [](Dialer& dialer) { dialer.dde.Sink().OnData("unload"); }, false},
+    {"lineMessages",
+     [](Dialer& dialer) {
+       // Whatever is out is answered, and the call ends.
+       for (std::uintptr_t instance = 1; instance < 8; ++instance) {
+         for (std::uintptr_t request = 1; request < 8; ++request) {
+           dialer.sim.InjectMessage(0, LINE_REPLY, instance, request, 0, 0);
+         }
+         dialer.sim.InjectMessage(0, LINE_CALLSTATE, instance, LINECALLSTATE_IDLE, 0, 0);
+       }
+       dialer.sim.Advance(std::chrono::milliseconds(0));
+     },
+     false},
+};
+
+constexpr std::array kFunctions{"tapiGetLocationInfo",
+                                "lineInitializeEx",
+                                "lineNegotiateAPIVersion",
+                                "lineGetDevCaps",
+                                "lineGetTranslateCaps",
+                                "lineOpen",
+                                "lineTranslateAddress",
+                                "lineMakeCall",
+                                "lineDrop",
+                                "lineDeallocateCall",
+                                "lineClose",
+                                "lineShutdown"};
+
+class Inside : public testing::TestWithParam<std::tuple<const char*, ArrivalRow>> {};
+
+/// A call by command, the end of it, a report on the line, and the settings given up.
+void Work(Dialer& dialer) {
+  const auto command = [&](const char* text) {
+    if (dialer.View().unloads == 0) dialer.Command(text);
+    dialer.Pump(100);
+  };
+  command("cmd|call|0301234567");
+  command("cmd|hangup");
+  dialer.Input().ClickEntry(0);
+  command("");
+  command("cmd|call|0301234567");
+  dialer.sim.RemoteHangUp();
+  dialer.Pump(100);
+  command("unload");
+}
+
+TEST_P(Inside, NothingDeadIsTouchedAndNothingIsLost) {
+  const auto& [function, arrival] = GetParam();
+  Dialer dialer(
+      "device name=L\nlocation local=9\ncall reply after=5\ncall state CONNECTED after=10\n"
+      "drop reply after=5\ndrop state IDLE after=10\n");
+  dialer.StoreLine("L");
+  dialer.Start("/run");
+  int arrivals = 0;
+  dialer.sim.inside = [&, name = std::string_view(function)](std::string_view entered) {
+    if (entered == name && arrivals++ == 0) arrival.arrive(dialer);
+    EXPECT_LE(dialer.sim.OpenLines(), 1U);
+  };
+  Work(dialer);
+  EXPECT_GE(arrivals, 1) << "the function was never called: the test has seen nothing";
+  EXPECT_THAT(dialer.ErrorLog(), IsEmpty());
+  EXPECT_EQ(dialer.View().unloads, arrival.ends ? 1 : 0);
+  if (!arrival.ends) {
+    dialer.Command("cmd|hangup");
+    dialer.Pump(100);
+    dialer.TakeReports();
+    dialer.Command("cmd|call|0307654321");
+    dialer.Pump(100);
+    EXPECT_THAT(dialer.TakeReports(), testing::Contains("anzlog|Verbunden")) << "the next call works";
+    dialer.dde.Sink().OnTerminate();
+  }
+  dialer.loop.Run();
+  EXPECT_EQ(dialer.sim.LiveCalls(), 0U);
+  EXPECT_EQ(dialer.sim.OpenLines(), 0U);
+  EXPECT_EQ(dialer.sim.Registrations(), 0U);
+}
+
+INSTANTIATE_TEST_SUITE_P(Rows, Inside, testing::Combine(testing::ValuesIn(kFunctions), testing::ValuesIn(kArrivals)),
+                         [](const auto& row) {
+                           return std::string(std::get<0>(row.param)) + "_" + std::get<1>(row.param).name;
+                         });
+
+}  // namespace
+}  // namespace fonklav::test
