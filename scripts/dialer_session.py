@@ -48,9 +48,10 @@ class Item:
 class Session:
     """One dialer and one stand-in. Everything that belongs to the session lies in its folder: the program as it was
     built, its settings and logs, the simulator's log. `scenario` is a file that the line simulator reads; `tapi` says
-    which telephony library Wine offers ("n,b" the simulator, "" none); `hear` is told each line at once."""
+    which telephony library Wine offers ("n,b" the simulator, "" none); `messages` lets the stand-in speak the DDE
+    messages itself and not through the system's library; `hear` is told each line at once."""
 
-    def __init__(self, env, build, folder, scenario=None, tapi="n,b", hear=None):
+    def __init__(self, env, build, folder, scenario=None, tapi="n,b", messages=False, hear=None):
         self.env, self.build, self.folder = env, Path(build), Path(folder)
         self.lines = []
         self._hear = hear or (lambda line: None)
@@ -67,10 +68,12 @@ class Session:
                                     FONKLAV_SIM_SCENARIO=windows_path(scenario) if scenario else "",
                                     FONKLAV_SIM_LOG=windows_path(self.sim_log),
                                     FONKLAV_SIM_CONTROL=windows_path(self.sim_control))
+        self._speech = ["--messages"] if messages else []
         self.suite = None
 
     def __enter__(self):
-        self.suite = subprocess.Popen(["wine", str(self.build / "sim/suite.exe"), windows_path(self.program)],
+        self.suite = subprocess.Popen(["wine", str(self.build / "sim/suite.exe"), *self._speech,
+                                       windows_path(self.program)],
                                       env=self._environ, cwd=self.folder, stdin=subprocess.PIPE,
                                       stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
         threading.Thread(target=self._read, daemon=True).start()

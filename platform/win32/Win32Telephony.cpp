@@ -8,11 +8,14 @@ namespace {
 
 using LineCallback = void(CALLBACK*)(DWORD, DWORD, DWORD_PTR, DWORD_PTR, DWORD_PTR, DWORD_PTR);
 
+/// Who hears the line messages of this thread. Telephony hands its callback nothing that belongs to a whole
+/// registration; but with a hidden window of its own it calls back on the thread that registered, so the thread itself
+/// carries the way back.
+thread_local LineMessageSink* t_sink = nullptr;
+
 void CALLBACK LineCallBackProc(DWORD device, DWORD message, DWORD_PTR instance, DWORD_PTR parameter1,
                                DWORD_PTR parameter2, DWORD_PTR parameter3) {
-  if (LineMessageSink* sink = LineSinkWindow::OfThisThread(); sink != nullptr) {
-    sink->LineCallBackProc(device, message, instance, parameter1, parameter2, parameter3);
-  }
+  if (t_sink != nullptr) t_sink->LineCallBackProc(device, message, instance, parameter1, parameter2, parameter3);
 }
 
 DWORD Word(std::uint32_t number) { return number; }
@@ -27,16 +30,27 @@ constexpr void* kNone = nullptr;
 
 }  // namespace
 
+Win32Telephony::~Win32Telephony() { t_sink = nullptr; }
+
 std::int32_t Win32Telephony::lineInitializeEx(HLINEAPP& lineApp, LineMessageSink& sink, const char* friendlyName,
                                               std::uint32_t& numDevs, std::uint32_t& apiVersion,
                                               LINEINITIALIZEEXPARAMS& params) {
-  sink_.Remember(sink, instance_);
   const LineCallback callback = &LineCallBackProc;
-  return library_.Call("lineInitializeExA", WordAt(lineApp), instance_, callback, friendlyName, WordAt(numDevs),
-                       WordAt(apiVersion), &params);
+  const std::int32_t result = library_.Call("lineInitializeExA", WordAt(lineApp), instance_, callback, friendlyName,
+                                            WordAt(numDevs), WordAt(apiVersion), &params);
+  if (result != 0) return result;
+  registrations_.insert(lineApp);
+  t_sink = &sink;
+  return result;
 }
 
-std::int32_t Win32Telephony::lineShutdown(HLINEAPP lineApp) { return library_.Call("lineShutdown", Word(lineApp)); }
+std::int32_t Win32Telephony::lineShutdown(HLINEAPP lineApp) {
+  const std::int32_t result = library_.Call("lineShutdown", Word(lineApp));
+  // Refused or not, whoever listened may go now.
+  registrations_.erase(lineApp);
+  if (registrations_.empty()) t_sink = nullptr;
+  return result;
+}
 
 std::int32_t Win32Telephony::lineNegotiateAPIVersion(HLINEAPP lineApp, std::uint32_t deviceId, std::uint32_t low,
                                                      std::uint32_t high, std::uint32_t& apiVersion,

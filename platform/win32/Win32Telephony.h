@@ -1,8 +1,10 @@
 #pragma once
 
+#include <windows.h>
+
+#include <set>
+
 #include "platform/Telephony.h"
-#include "platform/win32/Handles.h"
-#include "platform/win32/LineSinkWindow.h"
 #include "platform/win32/TelephonyLibrary.h"
 
 namespace fonklav {
@@ -11,6 +13,9 @@ namespace fonklav {
 class Win32Telephony final : public Telephony {
  public:
   explicit Win32Telephony(HINSTANCE instance) : instance_(instance) {}
+  Win32Telephony(const Win32Telephony&) = delete;
+  Win32Telephony& operator=(const Win32Telephony&) = delete;
+  ~Win32Telephony() override;
 
   std::int32_t lineInitializeEx(HLINEAPP& lineApp, LineMessageSink& sink, const char* friendlyName,
                                 std::uint32_t& numDevs, std::uint32_t& apiVersion,
@@ -40,7 +45,7 @@ class Win32Telephony final : public Telephony {
  private:
   HINSTANCE instance_;
   TelephonyLibrary library_;
-  LineSinkWindow sink_;
+  std::set<HLINEAPP> registrations_;  ///< as long as there is one, line messages may come
 };
 
 }  // namespace fonklav

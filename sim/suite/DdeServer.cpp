@@ -10,10 +10,6 @@ namespace fonklav::suite {
 
 namespace {
 
-constexpr char kService[] = "Rufmon Fonklav";
-constexpr char kTopic[] = "RufmonFonklav";
-constexpr char kItem[] = "txtDDE";
-
 /// The library's callback gets no context, and one variable for all would not do either: so a hidden window that is
 /// named after this very thread carries the server's address.
 std::string AnchorName() { return "suite link of thread " + std::to_string(GetCurrentThreadId()); }
@@ -22,7 +18,10 @@ HDDEDATA Flag(bool value) { return reinterpret_cast<HDDEDATA>(static_cast<ULONG_
 
 }  // namespace
 
-DdeServer::DdeServer(Listener listener) : listener_(std::move(listener)) {
+static_assert(static_cast<WORD>(Server::Answer::Accept) == DDE_FACK);
+static_assert(static_cast<WORD>(Server::Answer::Busy) == DDE_FBUSY);
+
+DdeServer::DdeServer(Listener listener) : Server(std::move(listener)) {
   anchor_ = CreateWindowA("STATIC", AnchorName().c_str(), 0, 0, 0, 0, 0, nullptr, nullptr, nullptr, nullptr);
   SetWindowLongPtrA(anchor_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
   if (DdeInitializeA(&instance_, &DdeServer::Callback, APPCLASS_STANDARD, 0) != DMLERR_NO_ERROR) {

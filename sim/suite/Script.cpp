@@ -4,6 +4,8 @@
 #include <cstdlib>
 #include <utility>
 
+#include "sim/suite/DdeServer.h"
+#include "sim/suite/MessageServer.h"
 #include "sim/suite/WindowList.h"
 
 namespace fonklav::suite {
@@ -22,10 +24,15 @@ std::chrono::milliseconds Milliseconds(const std::string& text) {
 
 }  // namespace
 
-Script::Script(std::string dialer)
-    : dialerPath_(std::move(dialer)),
-      server_({[this](const std::string& bytes) { OnReport(bytes); },
-               [this](std::string_view what) { Print(kSuite, what); }}) {}
+Script::Script(std::string dialer, Speech speech) : dialerPath_(std::move(dialer)) {
+  const Server::Listener listener{[this](const std::string& bytes) { OnReport(bytes); },
+                                  [this](std::string_view what) { Print(kSuite, what); }};
+  if (speech == Speech::Library) {
+    server_ = std::make_unique<DdeServer>(listener);
+  } else {
+    server_ = std::make_unique<MessageServer>(listener);
+  }
+}
 
 const std::vector<Script::Entry>& Script::Commands() {
   static const std::vector<Entry> commands{{"start", &Script::Start},
@@ -40,6 +47,7 @@ const std::vector<Script::Entry>& Script::Commands() {
                                            {"terminate", &Script::Terminate},
                                            {"windows", &Script::Windows},
                                            {"offline", &Script::Offline},
+                                           {"misbehave", &Script::Misbehave},
                                            {"hold", &Script::Hold},
                                            {"release", &Script::Release},
                                            {"append", &Script::Append}};
@@ -66,7 +74,7 @@ void Script::Pump() {
   MSG message;
   while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE) != FALSE) DispatchMessageA(&message);
   // The library must not be called back into while it delivers a report: the item is cleared here.
-  if (std::exchange(clearNow_, false)) server_.Publish("");
+  if (std::exchange(clearNow_, false)) server_->Publish("");
   if (const auto code = dialer_.TakeExit()) {
     dialerEnded_ = true;
     Print(kSuite, "dialer ended, exit code " + std::to_string(*code));
@@ -88,7 +96,7 @@ void Script::Set(const std::string& value) {
   const bool isLong = value.size() > kLongCommand;
   Print(kSuiteToDialer,
         isLong ? value.substr(0, kLongCommand) + "... " + std::to_string(value.size()) + " bytes" : value);
-  server_.Publish(value);
+  server_->Publish(value);
 }
 
 void Script::Wait(const std::string& millisecondsAndPrefix) {
@@ -116,15 +124,15 @@ void Script::ExpectExit(const std::string& milliseconds) {
 }
 
 void Script::Answer(const std::string& how) {
-  using Kind = DdeServer::Answer;
-  server_.AnswerWith(how == "refuse" ? Kind::Refuse : how == "busy" ? Kind::Busy : Kind::Accept);
+  using Kind = Server::Answer;
+  server_->AnswerWith(how == "refuse" ? Kind::Refuse : how == "busy" ? Kind::Busy : Kind::Accept);
 }
 
-void Script::RefuseAdvise(const std::string&) { server_.AcceptAdvise(false); }
+void Script::RefuseAdvise(const std::string&) { server_->AcceptAdvise(false); }
 
 void Script::Terminate(const std::string&) {
   Print(kSuite, "closes the conversation");
-  if (!server_.Terminate()) Fail("there is no conversation to close");
+  if (!server_->Terminate()) Fail("there is no conversation to close");
 }
 
 void Script::Windows(const std::string&) {
@@ -132,7 +140,14 @@ void Script::Windows(const std::string&) {
   Print(kScreen, "end");
 }
 
-void Script::Offline(const std::string&) { server_.Withdraw(); }
+void Script::Offline(const std::string&) { server_->Withdraw(); }
+
+void Script::Misbehave(const std::string& howAndAmount) {
+  const std::size_t blank = howAndAmount.find(' ');
+  const std::string amount = blank == std::string::npos ? "0" : howAndAmount.substr(blank + 1);
+  const auto number = static_cast<unsigned>(std::strtoul(amount.c_str(), nullptr, 10));
+  if (!server_->Misbehave(howAndAmount.substr(0, blank), number)) Fail("cannot misbehave so: " + howAndAmount);
+}
 
 void Script::Hold(const std::string& path) {
   held_.push_back(OpenFileFor(path, GENERIC_READ | GENERIC_WRITE, 0));

@@ -5,21 +5,25 @@
 #include <chrono>
 #include <cstddef>
 #include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "sim/suite/DdeServer.h"
 #include "sim/suite/DialerProcess.h"
 #include "sim/suite/HeldFile.h"
+#include "sim/suite/Server.h"
 
 namespace fonklav::suite {
 
 /// Runs the main program's part of a conversation, one command a line, and prints what is said on either side.
 class Script {
  public:
+  /// How the main program talks to its tools: through the system's DDE library, or by the DDE messages themselves.
+  enum class Speech { Library, Messages };
+
   /// `dialer` is the program that the command start starts.
-  explicit Script(std::string dialer);
+  Script(std::string dialer, Speech speech);
 
   /// Runs one line. False when it was "exit".
   bool Run(const std::string& line);
@@ -49,6 +53,7 @@ class Script {
   void Terminate(const std::string&);
   void Windows(const std::string&);
   void Offline(const std::string&);
+  void Misbehave(const std::string& howAndAmount);
   void Hold(const std::string& path);
   void Release(const std::string&);
   void Append(const std::string& pathAndText);
@@ -70,7 +75,7 @@ class Script {
   bool clearNow_{false};
   bool ok_{true};
   std::vector<HeldFile> held_;  ///< files that nobody else can open
-  DdeServer server_;
+  std::unique_ptr<Server> server_;
 };
 
 }  // namespace fonklav::suite

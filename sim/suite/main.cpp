@@ -2,24 +2,27 @@
 #include <io.h>
 
 #include <cstdio>
+#include <cstring>
 #include <exception>
 
 #include "sim/suite/InputLines.h"
 #include "sim/suite/Script.h"
 
-/// suite.exe PROGRAM: plays the suite's main program towards the dialer PROGRAM, as the lines of standard input tell
-/// it. Ends with the input, with 0 when everything that it was told to wait for has happened.
+/// suite.exe [--messages] PROGRAM: plays the suite's main program towards the dialer PROGRAM, as the lines of standard
+/// input tell it; with --messages not through the system's DDE library. Ends with the input, with 0 when everything
+/// that it was told to wait for has happened.
 int main(int argc, char** argv) {
   using namespace fonklav::suite;
-  if (argc != 2) {
-    std::fputs("usage: suite.exe PROGRAM < SCRIPT\n", stderr);
+  const bool messages = argc == 3 && std::strcmp(argv[1], "--messages") == 0;
+  if (argc != 2 && !messages) {
+    std::fputs("usage: suite.exe [--messages] PROGRAM < SCRIPT\n", stderr);
     return 2;
   }
   try {
     // Reports are bytes of the code page and leave as such; so do the line ends.
     _setmode(_fileno(stdout), _O_BINARY);
     InputLines input;
-    Script script(argv[1]);
+    Script script(argv[argc - 1], messages ? Script::Speech::Messages : Script::Speech::Library);
     while (!input.AtEnd()) {
       const auto line = input.Take();
       if (line && !script.Run(*line)) break;
