@@ -1,7 +1,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "platform/DdeValue.h"
 #include "tests/app/Dialer.h"
+#include "util/Text.h"
 
 // The link as the main program can make it go wrong: refusals, silence, ends of every kind.
 namespace fonklav::test {
@@ -249,6 +251,57 @@ INSTANTIATE_TEST_SUITE_P(Rows, End,
                                          EndRow{"killedDuringACall", false, false, true},
                                          EndRow{"killedAfterAFailedSend", false, true, true}),
                          [](const auto& row) { return row.param.name; });
+
+TEST(Link, TheTraceTellsOfCommandsAndNotOfTheWatch) {
+  Dialer dialer(kAnswered);
+  dialer.files.files["c:\\rufmon\\rufmonspec.ini"] = "[Debug]\r\nTraceMode=1\r\n";
+  dialer.StoreLine("ISDN-Line1");
+  dialer.Start("/run");
+  dialer.Command("debug|1");
+  for (int tick = 0; tick < 8; ++tick) {
+    dialer.Pump(250);
+    dialer.Input().TimerTick(TimerId::Start2);
+  }
+  dialer.Input().CloseRequested(UnloadMode::SessionEnds);
+  dialer.program.reset();
+  std::vector<std::string> steps;
+  const std::vector<std::string> lines = Split(dialer.File("C:\\ProgramData\\Rufmon\\log\\trace.log"), kCrLf);
+  for (const std::string& line : lines) steps.push_back(line.substr(std::min<std::size_t>(line.size(), 32)));
+  const auto last = std::ranges::find_if(steps, [](const auto& step) { return step.starts_with("txtDDE_Change"); });
+  ASSERT_NE(last, steps.end());
+  EXPECT_THAT(std::vector(last, last + 6), ElementsAre("txtDDE_Change 01(S:debug|1)", "DDEexecute 01(S:cmd|quitt, S:)",
+                                                       "fMain.tmStart_Timer 01(N:2)", "fMain.tmStart_Timer 02(N:2)",
+                                                       "fMain.tmStart_Timer 03(N:2)", "fMain.tmStart_Timer 04(N:2)"));
+  EXPECT_EQ(*(last + 9), "fMain.tmStart_Timer 08(N:2)");
+  const auto head = std::ranges::find_if(steps, [](const auto& s) { return s.find("HeadTAPI") != std::string::npos; });
+  EXPECT_THAT(std::vector(head, head + 2),
+              ElementsAre(testing::HasSubstr("HeadTAPI"), testing::HasSubstr("Display_Menu_Settings")));
+}
+
+struct ValueRow {
+  const char* name;
+  std::string memory;
+  bool readable;
+  const char* bytes;
+};
+
+TEST(Value, IsReadFromWhateverMemoryThereIs) {
+  const auto memory = [](const char* text, std::size_t size) { return std::string(text, size); };
+  for (const ValueRow& row :
+       {ValueRow{"none", "", false, ""}, ValueRow{"headCutShort", memory("\0\x20\1", 3), false, ""},
+        ValueRow{"headAlone", memory("\0\x20\1\0", 4), true, ""},
+        ValueRow{"whole", memory("\0\xA0\1\0abc\0def", 11), true, "abc"},
+        ValueRow{"withoutAnEnd", memory("\0\0\1\0abc", 7), true, "abc"},
+        ValueRow{"otherFormat", memory("\0\0\2\0abc\0", 8), true, "abc"}}) {
+    const auto value = DdeValue::Read(std::as_bytes(std::span(row.memory)));
+    ASSERT_EQ(value.has_value(), row.readable) << row.name;
+    if (!value) continue;
+    EXPECT_EQ(value->bytes, row.bytes) << row.name;
+    EXPECT_EQ(value->IsText(), row.memory[2] == 1) << row.name;
+    EXPECT_EQ(value->ToBeReleased(), (row.memory[1] & 0x20) != 0) << row.name;
+    EXPECT_EQ(value->WantsAnswer(), (row.memory[1] & 0x80) != 0) << row.name;
+  }
+}
 
 TEST(Link, TheProgramsOwnEndSaysGoodbye) {
   const auto dialer = Linked();
