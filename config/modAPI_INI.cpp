@@ -86,7 +86,7 @@ std::int32_t modAPI_INI::Range(std::int32_t lower, std::int32_t upper, std::int3
                      }
                      // Only here is an upper bound of 0 no bound; the lower one always counts.
                      if (value < lower) result = lower;
-                     if (upper != 0 && result > upper) result = upper;
+                     if (upper != 0 && value > upper) result = upper;
                    });
 }
 

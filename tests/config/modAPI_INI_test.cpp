@@ -47,6 +47,8 @@ TEST(Ini, NumbersWithinTheirBounds) {
       {"K=-1\r\n", 0, 5, false, 0},
       {"K=5\r\n", 10, 1000, false, 10},
       {"K=1001\r\n", 10, 1000, false, 1000},
+      {"K=3\r\n", 10, 5, false, 10},
+      {"K=7\r\n", 10, 5, false, 5},
       {"K=1000\r\n", 10, 1000, true, 1000},
       {"K=11\r\n", 1, 10, true, 3},
       {"K=0\r\n", 1, 10, true, 3},
