@@ -20,9 +20,9 @@ constexpr std::uint32_t EndOf(std::int32_t position, std::int32_t length) {
 
 }  // namespace
 
-void cStringBuilder::ChunkSize(std::int32_t iChunkSize) {
+void cStringBuilder::ChunkSize(std::int32_t iChunkSize, int line) {
   TraceEntry(diagnostics_, "cStringBuilder.ChunkSize", {iChunkSize});
-  if (iChunkSize < 1) throw RunTimeError(ErrorNumber::InvalidPropertyValue);
+  if (iChunkSize < 1) throw RunTimeError(ErrorNumber::InvalidPropertyValue, line);
   chunkSize_ = iChunkSize;
 }
 
@@ -46,9 +46,9 @@ void cStringBuilder::AppendLine(std::u16string_view sThis) {
   });
 }
 
-void cStringBuilder::Insert(std::int32_t iIndex, std::u16string_view sThis) {
+void cStringBuilder::Insert(std::int32_t iIndex, std::u16string_view sThis, int line) {
   TraceEntry(diagnostics_, "cStringBuilder.Insert", {iIndex, sThis.size()});
-  if (iIndex < 0 || iIndex > length_) throw RunTimeError(ErrorNumber::SubscriptOutOfRange);
+  if (iIndex < 0 || iIndex > length_) throw RunTimeError(ErrorNumber::SubscriptOutOfRange, line);
   try {
     Grow(sThis.size());
   } catch (...) {
@@ -61,11 +61,11 @@ void cStringBuilder::Insert(std::int32_t iIndex, std::u16string_view sThis) {
   length_ += static_cast<std::int32_t>(sThis.size());
 }
 
-void cStringBuilder::Remove(std::int32_t iIndex, std::int32_t lLen) {
+void cStringBuilder::Remove(std::int32_t iIndex, std::int32_t lLen, int line) {
   TraceEntry(diagnostics_, "cStringBuilder.Remove", {iIndex, lLen});
   const bool inside =
       iIndex >= 0 && lLen >= 0 && iIndex <= length_ && EndOf(iIndex, lLen) <= static_cast<std::uint32_t>(length_);
-  if (!inside) throw RunTimeError(ErrorNumber::SubscriptOutOfRange);
+  if (!inside) throw RunTimeError(ErrorNumber::SubscriptOutOfRange, line);
   const auto end = buffer_.begin() + length_;
   std::fill(std::move(buffer_.begin() + iIndex + lLen, end, buffer_.begin() + iIndex), end, u' ');
   length_ -= lLen;
@@ -107,13 +107,13 @@ void cStringBuilder::Clear() {
   });
 }
 
-void cStringBuilder::Grow(std::size_t more) {
+void cStringBuilder::Grow(std::size_t more, int line) {
   const std::size_t needed = static_cast<std::size_t>(length_) + more;
   if (needed <= buffer_.size()) return;
   const auto chunk = static_cast<std::size_t>(chunkSize_);
   const std::size_t chunks = (needed - buffer_.size() + chunk - 1) / chunk;
   const std::size_t grown = buffer_.size() + chunks * chunk;
-  if (more > kMostCharacters || grown > kMostCharacters) throw RunTimeError(ErrorNumber::OutOfMemory);
+  if (more > kMostCharacters || grown > kMostCharacters) throw RunTimeError(ErrorNumber::OutOfMemory, line);
   buffer_.resize(grown, u' ');
 }
 

@@ -15,7 +15,7 @@ enum class TextCompare : std::int32_t {
 };
 
 /// Collects text in a buffer that grows by whole chunks, so that building a long text does not copy it at every step.
-/// Lengths and positions are in 16-bit characters.
+/// Lengths and positions are in 16-bit characters. An error that is meant for the caller names the caller's line.
 class cStringBuilder {
  public:
   explicit cStringBuilder(Diagnostics& diagnostics) : diagnostics_(diagnostics) {}
@@ -25,16 +25,16 @@ class cStringBuilder {
   [[nodiscard]] std::int32_t Capacity() const noexcept { return static_cast<std::int32_t>(buffer_.size()); }
   [[nodiscard]] std::int32_t ChunkSize() const noexcept { return chunkSize_; }
   /// The step by which the reserve grows from now on. Throws RunTimeError 380 for less than one character.
-  void ChunkSize(std::int32_t iChunkSize);
+  void ChunkSize(std::int32_t iChunkSize, int line = __builtin_LINE());
   [[nodiscard]] std::u16string ToString() const;
 
   void Append(std::u16string_view sThis);
   /// Appends the text, if any, and CR LF.
   void AppendLine(std::u16string_view sThis = {});
   /// Inserts before the character at the 0-based position. Throws RunTimeError 9 for a position behind the end.
-  void Insert(std::int32_t iIndex, std::u16string_view sThis);
+  void Insert(std::int32_t iIndex, std::u16string_view sThis, int line = __builtin_LINE());
   /// Removes `lLen` characters from the 0-based position on. Throws RunTimeError 9 when they are not all there.
-  void Remove(std::int32_t iIndex, std::int32_t lLen);
+  void Remove(std::int32_t iIndex, std::int32_t lLen, int line = __builtin_LINE());
   /// The 1-based position of a text, or 0. A start below 1 searches the whole buffer exactly; otherwise the search
   /// begins at that 1-based position and compares as said. The blank reserve behind the content takes part, but a match
   /// that begins at the last character of the content or behind it counts as none.
@@ -46,7 +46,7 @@ class cStringBuilder {
   void Clear();
 
  private:
-  void Grow(std::size_t more);
+  void Grow(std::size_t more, int line = __builtin_LINE());
   void Put(std::u16string_view text);
   [[nodiscard]] std::size_t Position(std::u16string_view toFind, std::size_t start, TextCompare compare) const;
 

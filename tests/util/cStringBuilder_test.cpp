@@ -22,10 +22,12 @@ struct Built {
   cStringBuilder builder{diagnostics};
 };
 
-int ErrorOf(const std::function<void()>& action) {
+/// The number of the error that an action raises, for an error that names the action's own line.
+int ErrorOf(const std::function<void()>& action, int line = __builtin_LINE()) {
   try {
     action();
   } catch (const RunTimeError& error) {
+    EXPECT_EQ(error.Line(), line);
     return error.Number();
   }
   return 0;
