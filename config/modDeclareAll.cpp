@@ -47,10 +47,13 @@ bool modDeclareAll::Init(const std::string& programCode, bool endIfAlreadyRunnin
     if (endIfAlreadyRunning && services_.process.OtherInstanceRunning()) return;
     // Inside a development environment faults would stay visible; a built program always catches them.
     diagnostics.handlersArmed = true;
+    diagnostics.startingUp = true;
     diagnostics.tag = programCode;
-    if (!LoadSavePaths()) return;
-    diagnostics.log = makeLog_();
-    started = true;
+    if (LoadSavePaths()) {
+      diagnostics.log = makeLog_();
+      started = true;
+    }
+    diagnostics.startingUp = false;
   });
 }
 

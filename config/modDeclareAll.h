@@ -38,10 +38,10 @@ class modDeclareAll {
       : services_(services), makeLog_(std::move(makeLog)) {}
 
   /// Arms the error handlers, stores the program's tag, resolves the folders and creates the log. False when the
-  /// program is to end at once.
+  /// program is to end at once. Throws what the log's own making threw: there is nobody yet who could write it down.
   [[nodiscard]] bool Init(const std::string& programCode, bool endIfAlreadyRunning);
   /// Reads the switches, then resolves the folders from the paths file beside the executable, which may be missing.
-  /// True when they are set. A fault is shown, not logged: there is no log yet.
+  /// True when they are set. A fault, also one of an accessor beneath, is shown, not logged: there is no log yet.
   [[nodiscard]] bool LoadSavePaths();
   /// Reads the switches from the specification file beside the executable; without it all stay off. A fault is shown,
   /// not logged, and leaves the switches read so far.

@@ -8,6 +8,7 @@
 namespace fonklav {
 namespace {
 
+constexpr std::string_view kLineBreak = "<CR>";
 constexpr const char* kFailed = "ERROR in GetStringFromParamArray";  // short enough to need little memory
 
 template <typename Number>
@@ -62,7 +63,7 @@ std::string GetStringFromParamArray(LogArgs args) noexcept {
     Gatherer gatherer;
     for (const LogArg& argument : args) std::visit(gatherer, argument.Get());
     if (gatherer.Text().empty()) return {};
-    return "(" + ReplaceAll(gatherer.Text(), kCrLf, "<CR>") + ")";
+    return "(" + ReplaceAll(gatherer.Text(), kCrLf, kLineBreak) + ")";
   } catch (...) {
     return kFailed;
   }
@@ -71,7 +72,7 @@ std::string GetStringFromParamArray(LogArgs args) noexcept {
 std::string VisibleControls(const std::string& text) {
   std::string visible;
   visible.reserve(text.size());
-  for (const char c : text) {
+  for (const char c : ReplaceAll(text, kCrLf, kLineBreak)) {
     const auto code = static_cast<unsigned char>(c);
     if (code >= 32) {
       visible += c;

@@ -48,7 +48,11 @@ clsErrorHandling::clsErrorHandling(Diagnostics& diagnostics, Configuration& conf
       files_(diagnostics, config.files, ports.files, ports.codePage, ports.clock),
       created_(ports.clock.Ticks()) {
   if (diagnostics_.tag.empty()) diagnostics_.tag = "NON";
-  ErrorLogLineCount = files_.GetFileRowCount(FullPath(kErrorLog));
+  try {
+    ErrorLogLineCount = files_.GetFileRowCount(FullPath(kErrorLog));
+  } catch (...) {
+    // Somebody else holds the old log. That is no reason not to start.
+  }
 }
 
 clsErrorHandling::~clsErrorHandling() { Trace_Flush(); }
@@ -70,10 +74,12 @@ std::string clsErrorHandling::FileLogError() { return std::string(kErrorLog); }
 void clsErrorHandling::ErrorLogWrite(std::string_view module, const std::string& args, Show show,
                                      Force force) noexcept {
   try {
-    const PendingError error = std::exchange(diagnostics_.pending, {});
+    PendingError error = std::exchange(diagnostics_.pending, {});
     // A log that cannot be written reports itself in here: that report ends where it would begin again.
     if (writing_ || error.number == static_cast<int>(ErrorNumber::NeverLogged)) return;
     if (force == Force::No && error.number == 0) return;
+    // The words of an exception that is not ours may hold anything.
+    error.description = VisibleControls(error.description);
     if (diagnostics_.traceMode) TraceError(error);
     WriteEntry(error, module, args, force);
     if (show == Show::Yes) ShowError();

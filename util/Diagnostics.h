@@ -22,6 +22,7 @@ struct PendingError {
 struct Diagnostics {
   bool traceMode{false};      ///< every procedure traces its entry while this is set
   bool handlersArmed{false};  ///< faults end in the error log while this is set; until then they pass to the caller
+  bool startingUp{false};     ///< there is no log yet: faults pass to start-up, which tells them itself
   std::string tag;            ///< the program's short code, heads every log line
   PendingError pending;
   std::unique_ptr<ProcedureLog> log;  ///< empty until start-up has resolved the folders

@@ -32,7 +32,7 @@ void CapturePendingError(Diagnostics& diagnostics) noexcept {
 }
 
 void HandleFault(Diagnostics& diagnostics, ProcedureName name, LogArgs args) {
-  if (!diagnostics.handlersArmed) throw;
+  if (!diagnostics.handlersArmed || diagnostics.startingUp) throw;
   CapturePendingError(diagnostics);
   if (diagnostics.log) {
     diagnostics.log->ErrorLogNew(name.error, args);

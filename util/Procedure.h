@@ -24,7 +24,8 @@ inline void TraceEntry(const Diagnostics& diagnostics, ProcedureName name, LogAr
 /// Turns the exception in flight into the pending error. Call it from a catch block only.
 void CapturePendingError(Diagnostics& diagnostics) noexcept;
 
-/// Hands the exception in flight to the error log, or passes it on while the handlers are not armed.
+/// Hands the exception in flight to the error log, or passes it on while the handlers are not armed or start-up is
+/// still to make the log.
 void HandleFault(Diagnostics& diagnostics, ProcedureName name, LogArgs args);
 
 /// Runs the body and ends a fault in the error log: the guard of what must not be traced, because it runs so often that

@@ -7,7 +7,7 @@
 namespace fonklav::test {
 namespace {
 
-using testing::MatchesRegex;
+using testing::ElementsAre;
 using testing::SizeIs;
 
 constexpr OsVersion kWindowsXp{5, 1, 2600, true, false};
@@ -115,27 +115,64 @@ TEST(SuiteStart, EndsBesideAnotherInstanceOnlyWhenItIsToldTo) {
   EXPECT_TRUE(system.config.declareAll.Init("FVT", false));
 }
 
-/// A system that fails when it is asked for its version.
-class BrokenProcess : public FakeProcess {
+/// Settings of which one cannot be read.
+class BrokenProfile : public FakePrivateProfile {
  public:
-  [[nodiscard]] OsVersion SystemVersion() const override { throw RunTimeError(ErrorNumber::InternalError); }
+  using FakePrivateProfile::FakePrivateProfile;
+  std::uint32_t GetString(const std::string& section, const std::string& key, const std::string& defaultValue,
+                          std::span<char> buffer, const std::string& file) const override {
+    if (key == broken) throw RunTimeError(ErrorNumber::DeviceIOError, kLine);
+    return FakePrivateProfile::GetString(section, key, defaultValue, buffer, file);
+  }
+  std::int32_t GetInt(const std::string& section, const std::string& key, std::int32_t defaultValue,
+                      const std::string& file) const override {
+    if (key == broken) throw RunTimeError(ErrorNumber::DeviceIOError, kLine);
+    return FakePrivateProfile::GetInt(section, key, defaultValue, file);
+  }
+  static constexpr int kLine = 4711;
+  std::string broken;
 };
 
-TEST(SuiteStart, AFaultInTheFoldersIsShownAndEndsTheProgram) {
-  FakeSystem system;
-  BrokenProcess broken;
-  Ports ports{system.clock, system.codePage, system.dde,     system.files, system.icons, system.boxes,
-              system.loop,  system.locale,   system.profile, broken,       system.shell, system.telephony};
-  system.File(ConfigSystem::kPathsFile) = "[Paths]\r\nProgramData=0\r\n";
-  system.shell.folders.erase(CSIDL_PROGRAM_FILES);  // an unknown folder is in every path
-  Diagnostics diagnostics;
-  Configuration config(diagnostics, ports, [] { return std::unique_ptr<ProcedureLog>(); });
-  EXPECT_FALSE(config.declareAll.Init("FVT", false));
-  ASSERT_THAT(system.boxes.shown, SizeIs(1));
-  EXPECT_THAT(system.boxes.shown[0].prompt, MatchesRegex("Error in Function \"LoadSavePaths\" at Line [1-9][0-9]*"));
-  EXPECT_EQ(system.boxes.shown[0].style, 16U);
-  EXPECT_EQ(system.boxes.shown[0].title, "Rufmon - FonklavTAPI");
-  EXPECT_EQ(diagnostics.pending.number, 0);
+struct EarlyFaultRow {
+  const char* key;
+  const char* function;  ///< that tells the fault
+  bool started;
+};
+
+TEST(SuiteStart, AFaultBeforeTheLogExistsIsTold) {
+  for (const EarlyFaultRow& row : {EarlyFaultRow{"BookPath", "LoadSavePaths", false},
+                                   {"BookRefresh", "LoadSavePaths", false},
+                                   {"TraceMode", "LoadSpecs", true}}) {
+    FakeSystem system;
+    BrokenProfile broken{system.files};
+    broken.broken = row.key;
+    Ports ports{system.clock, system.codePage, system.dde, system.files,   system.icons, system.boxes,
+                system.loop,  system.locale,   broken,     system.process, system.shell, system.telephony};
+    system.File(ConfigSystem::kPathsFile) = "[Paths]\r\nProgramData=D:\\Daten\r\n";
+    system.File(ConfigSystem::kSpecsFile) = "[Debug]\r\nLogTAPI=1\r\nTraceMode=1\r\n[LogMode]\r\nMail=1\r\n";
+    Diagnostics diagnostics;
+    RecordingLog* log = nullptr;
+    Configuration config(diagnostics, ports, [&] {
+      auto recording = std::make_unique<RecordingLog>(diagnostics);
+      log = recording.get();
+      return recording;
+    });
+    EXPECT_EQ(config.declareAll.Init("FVT", false), row.started) << row.key;
+    ASSERT_THAT(system.boxes.shown, SizeIs(1)) << row.key;
+    EXPECT_EQ(system.boxes.shown[0].prompt, std::string("Error in Function \"") + row.function + "\" at Line " +
+                                                std::to_string(BrokenProfile::kLine));
+    EXPECT_EQ(system.boxes.shown[0].style, 16U);
+    EXPECT_EQ(system.boxes.shown[0].title, "Rufmon - FonklavTAPI");
+    EXPECT_EQ(diagnostics.pending.number, 0);
+    EXPECT_TRUE(config.state.debug.logTAPI) << "read before the fault";
+    EXPECT_EQ(config.state.logMode.mail, !row.started) << "not read after it";
+    ASSERT_EQ(log != nullptr, row.started);
+    if (log == nullptr) continue;
+    EXPECT_EQ(config.state.dataRoot, "D:\\Daten");
+    EXPECT_EQ(config.ini.GetSettLng("Debug", row.key, 0, 0, 0, false, ConfigSystem::kSpecsFile), 0);
+    EXPECT_THAT(log->errors, ElementsAre("modAPI_INI.GetSettLng 57 Device I/O error")) << "from now on it is logged";
+    EXPECT_THAT(system.boxes.shown, SizeIs(1));
+  }
 }
 
 }  // namespace

@@ -46,6 +46,7 @@ TEST(ErrorLog, AnEntryTellsWhereAndWhat) {
       {5, "Text", 123, "clsX.Do, Line:123  + 5 + Text Params(S:0301234)"},
       {5, "Text", 1234, "clsX.Do, Line:1234  + 5 + Text Params(S:0301234)"},
       {-5, "", 0, "clsX.Do + -5 +  Params(S:0301234)"},
+      {1000, "no\r\nsuch\nwindow\t", 0, "clsX.Do + 1000 + no<CR>such#[10]window#[9] Params(S:0301234)"},
   };
   for (const EntryRow& row : rows) {
     LogSystem system;
@@ -123,6 +124,10 @@ TEST(ErrorLog, CountsTheLinesThatItFinds) {
   const clsErrorHandling second(system.diagnostics, system.config, system.AllPorts());
   EXPECT_EQ(second.ErrorLogLineCount, 3);
   EXPECT_EQ(system.diagnostics.tag, "NON");
+  system.diagnostics.startingUp = true;
+  system.files.faults[FakeFileSystem::Key(LogSystem::kErrorLog)] = ErrorNumber::PermissionDenied;
+  const clsErrorHandling third(system.diagnostics, system.config, system.AllPorts());
+  EXPECT_EQ(third.ErrorLogLineCount, 0) << "a log that somebody else holds is no reason not to start";
 }
 
 TEST(ErrorLog, TenThousandErrorsStayWithinItsSize) {
