@@ -49,7 +49,9 @@ clsErrorHandling::clsErrorHandling(Diagnostics& diagnostics, Configuration& conf
       created_(ports.clock.Ticks()) {
   if (diagnostics_.tag.empty()) diagnostics_.tag = "NON";
   try {
-    ErrorLogLineCount = files_.GetFileRowCount(FullPath(kErrorLog));
+    const std::string log = FullPath(kErrorLog);
+    const std::unique_ptr<FileLock> lock = fileSystem_.Lock(log);
+    ErrorLogLineCount = files_.GetFileRowCount(log);
   } catch (...) {
     // Somebody else holds the old log. That is no reason not to start.
   }
@@ -103,6 +105,8 @@ void clsErrorHandling::WriteEntry(const PendingError& error, std::string_view mo
   if (!args.empty()) entry.append(" Params").append(VisibleControls(args));
   const std::string log = FullPath(kErrorLog);
   const Reserved reserved(writing_);
+  // Counting is under the lock too: a log that somebody reads cannot be replaced.
+  const std::unique_ptr<FileLock> lock = fileSystem_.Lock(log);
   files_.FileWrite_Log(log, entry, kErrorLogKB);
   ErrorLogLineCount = files_.GetFileRowCount(log);
 }

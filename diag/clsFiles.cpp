@@ -1,6 +1,7 @@
 #include "diag/clsFiles.h"
 
 #include <algorithm>
+#include <memory>
 #include <utility>
 
 #include "util/DateTime.h"
@@ -55,9 +56,11 @@ std::size_t StartOfNewest(std::string_view text, std::size_t keepKB) {
 void clsFiles::FileWrite_Log(const std::string& sFile, std::string& sLine, std::int32_t MaxSizeKB) {
   Procedure(diagnostics_, "clsFiles.FileWrite_Log", {sFile}, [&] {
     if (diagnostics_.tag.empty()) diagnostics_.tag = "NON";
+    // From the look at the size to the last byte nobody else's line may come in between: it would be lost.
+    const std::unique_ptr<FileLock> lock = files_.Lock(sFile);
     sLine = Stamped(sLine);
     const std::uint64_t sizeKB = fileTests_.FileExist(sFile) ? files_.Length(sFile) / kKB : 0;
-    if (MaxSizeKB < 1 || std::cmp_greater_equal(MaxSizeKB, sizeKB)) {
+    if (!lock || MaxSizeKB < 1 || std::cmp_greater_equal(MaxSizeKB, sizeKB)) {
       MakeFile(sFile, sLine, true);
       return;
     }

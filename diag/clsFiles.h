@@ -25,7 +25,8 @@ class clsFiles {
       : diagnostics_(diagnostics), fileTests_(fileTests), files_(files), codePage_(codePage), clock_(clock) {}
 
   /// Puts date and time in front of `sLine`, which is changed, and adds it to the file as a line. A file larger than
-  /// `MaxSizeKB` (whole KB) first loses its oldest lines, down to three quarters of that; 0 is no limit.
+  /// `MaxSizeKB` (whole KB) first loses its oldest lines, down to three quarters of that; 0 is no limit. While another
+  /// program keeps the file's lock it loses none.
   void FileWrite_Log(const std::string& sFile, std::string& sLine, std::int32_t MaxSizeKB = 0);
   /// The whole file, empty when there is none. `iAnzahlZeilen` receives its line count and is left alone for an empty
   /// file. A file whose lines end in LF alone counts as half as many lines and one; this is deliberate.

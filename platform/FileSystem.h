@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -8,6 +9,15 @@
 namespace fonklav {
 
 inline constexpr std::uint32_t kFileAttributeDirectory = 0x10;
+
+/// Keeps other programs of ours from writing a file for as long as it lives.
+class FileLock {
+ public:
+  FileLock() = default;
+  FileLock(const FileLock&) = delete;
+  FileLock& operator=(const FileLock&) = delete;
+  virtual ~FileLock() = default;
+};
 
 /// Files as bytes. Paths are UTF-8 text unless an operation says otherwise. Operations that open a file throw
 /// RunTimeError with the classic number of what went wrong (53 file not found, 61 disk full, 70 held by another program
@@ -26,16 +36,22 @@ class FileSystem {
   /// DeleteFileA of a path in bytes of the code page; whether the platform reported success.
   virtual bool DeleteA(const std::string& pathBytes) = 0;
 
+  /// Takes the lock of a file, whether or not there is one of that name; who has it already may take it once more. It
+  /// is no part of the file: programs that do not know of it are not kept out. Waits for it a tenth of a second at
+  /// most. Empty when another program has it for longer: a line may be added all the same, but to replace the file
+  /// would lose what the other writes.
+  [[nodiscard]] virtual std::unique_ptr<FileLock> Lock(const std::string& path) = 0;
   /// The whole file. Other programs may read and write it meanwhile.
   [[nodiscard]] virtual std::string Read(const std::string& path) const = 0;
   /// Length in bytes, 0 for a file that is missing. Does not throw.
   [[nodiscard]] virtual std::uint64_t Length(const std::string& path) const = 0;
   /// Creates or empties the file and writes `bytes`.
   virtual void Write(const std::string& path, std::string_view bytes) = 0;
-  /// Adds `bytes` at the end in one operation that no other program's append can split; creates the file if needed.
+  /// Adds `bytes` at the end, under the lock, in one operation that no other program's append can split; creates the
+  /// file if needed.
   virtual void Append(const std::string& path, std::string_view bytes) = 0;
-  /// Writes `bytes` to a file beside `path` and puts it in its place, so that a crash leaves the old or the new file
-  /// whole. Falls back to Write where the platform refuses the replacement.
+  /// Writes `bytes` to a file beside `path` and puts it in its place, under the lock, so that a crash leaves the old or
+  /// the new file whole. Falls back to Write where the platform refuses the replacement.
   virtual void Replace(const std::string& path, std::string_view bytes) = 0;
 };
 

@@ -2,6 +2,8 @@
 
 #include <array>
 
+#include "platform/FileLockName.h"
+#include "platform/win32/FileMutex.h"
 #include "platform/win32/Handles.h"
 #include "platform/win32/WideText.h"
 #include "platform/win32/WindowsError.h"
@@ -14,42 +16,51 @@ std::optional<std::uint32_t> AttributesOrNothing(DWORD attributes) {
   return attributes;
 }
 
-[[noreturn]] void ThrowFault(DWORD error, const std::wstring& path) {
+[[noreturn]] void ThrowFault(DWORD error, const std::wstring& path, int line = __builtin_LINE()) {
   // Opening a folder as a file is answered with the same code as a forbidden file.
   const DWORD attributes = error == ERROR_ACCESS_DENIED ? GetFileAttributesW(path.c_str()) : INVALID_FILE_ATTRIBUTES;
   const bool folder = attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
-  throw RunTimeError(folder ? ErrorNumber::PathFileAccessError : ErrorNumberOf(error));
+  throw RunTimeError(folder ? ErrorNumber::PathFileAccessError : ErrorNumberOf(error), line);
 }
 
 constexpr DWORD kAppend = FILE_APPEND_DATA | SYNCHRONIZE;
-constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+constexpr DWORD kPatience = 100;  ///< milliseconds that a line is worth
 
-UniqueFile TryOpen(const std::wstring& path, DWORD access, DWORD share, DWORD disposition) {
-  return UniqueFile{CreateFileW(path.c_str(), access, share, nullptr, disposition, FILE_ATTRIBUTE_NORMAL, nullptr)};
+UniqueFile TryOpen(const std::wstring& path, DWORD access, DWORD disposition) {
+  constexpr DWORD shareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+  return UniqueFile{CreateFileW(path.c_str(), access, shareAll, nullptr, disposition, FILE_ATTRIBUTE_NORMAL, nullptr)};
 }
 
-UniqueFile Open(const std::wstring& path, DWORD access, DWORD disposition) {
-  UniqueFile file = TryOpen(path, access, kShareAll, disposition);
-  if (!file) ThrowFault(GetLastError(), path);
+UniqueFile Open(const std::wstring& path, DWORD access, DWORD disposition, int line = __builtin_LINE()) {
+  UniqueFile file = TryOpen(path, access, disposition);
+  if (!file) ThrowFault(GetLastError(), path, line);
   return file;
 }
 
-/// Opens a file for one append while nobody else writes; empty when somebody still does after `patience` milliseconds.
-UniqueFile OpenAlone(const std::wstring& path, ULONGLONG patience) {
+/// Opens a file for one append; empty when somebody who shares it with nobody still has it after `patience`
+/// milliseconds.
+UniqueFile OpenToAppend(const std::wstring& path, DWORD patience) {
   const ULONGLONG begin = GetTickCount64();
   for (;;) {
-    UniqueFile file = TryOpen(path, kAppend, FILE_SHARE_READ | FILE_SHARE_DELETE, OPEN_ALWAYS);
+    UniqueFile file = TryOpen(path, kAppend, OPEN_ALWAYS);
     const bool inUse = !file && GetLastError() == ERROR_SHARING_VIOLATION;
     if (!inUse || GetTickCount64() - begin >= patience) return file;
     Sleep(1);
   }
 }
 
-void WriteAll(const UniqueFile& file, std::string_view bytes, const std::wstring& path) {
+std::wstring LockName(const std::string& path) {
+  const std::wstring wide = Wide(path);
+  std::wstring full(GetFullPathNameW(wide.c_str(), 0, nullptr, nullptr), L'\0');
+  full.resize(GetFullPathNameW(wide.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr));
+  return Wide(FileLockName(Utf8(full)));
+}
+
+void WriteAll(const UniqueFile& file, std::string_view bytes, const std::wstring& path, int line = __builtin_LINE()) {
   DWORD written = 0;
   const BOOL done = WriteFile(file.Get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
-  if (done == FALSE) ThrowFault(GetLastError(), path);
-  if (written != bytes.size()) ThrowFault(ERROR_DISK_FULL, path);
+  if (done == FALSE) ThrowFault(GetLastError(), path, line);
+  if (written != bytes.size()) ThrowFault(ERROR_DISK_FULL, path, line);
 }
 
 /// Writes a file that no crash can leave half written in its place.
@@ -97,13 +108,25 @@ void Win32FileSystem::Write(const std::string& path, std::string_view bytes) {
   WriteAll(Open(wide, GENERIC_WRITE, CREATE_ALWAYS), bytes, wide);
 }
 
+std::unique_ptr<FileLock> Win32FileSystem::Lock(const std::string& path) {
+  const std::wstring name = LockName(path);
+  auto lock = std::make_unique<FileMutex>(name);
+  if (lock->Take(PatienceWith(name))) {
+    kept_.erase(name);
+    return lock;
+  }
+  kept_.insert(name);
+  return nullptr;
+}
+
+DWORD Win32FileSystem::PatienceWith(const std::wstring& name) const { return kept_.contains(name) ? 0 : kPatience; }
+
 void Win32FileSystem::Append(const std::string& path, std::string_view bytes) {
   // With this right alone Windows puts each write at the end of the file as it then is, whoever else writes. Elsewhere
-  // two programs that append at the same moment would overwrite each other, so other writers are kept out. A file that
-  // somebody keeps is waited for once, and not again before it was free: nobody's call waits for a log.
-  constexpr ULONGLONG patience = 100;
+  // two programs that append at the same moment would overwrite each other; the lock keeps ours from it.
+  const std::unique_ptr<FileLock> lock = Lock(path);
   const std::wstring wide = Wide(path);
-  UniqueFile file = OpenAlone(wide, kept_.contains(wide) ? 0 : patience);
+  UniqueFile file = OpenToAppend(wide, PatienceWith(wide));
   if (file) {
     kept_.erase(wide);
   } else {
@@ -114,6 +137,7 @@ void Win32FileSystem::Append(const std::string& path, std::string_view bytes) {
 }
 
 void Win32FileSystem::Replace(const std::string& path, std::string_view bytes) {
+  const std::unique_ptr<FileLock> lock = Lock(path);
   const std::wstring target = Wide(path);
   const std::wstring beside = target + L".new";
   try {

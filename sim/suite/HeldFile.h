@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+#include "platform/FileLockName.h"
+
 namespace fonklav::suite {
 
 /// Closes a file.
@@ -20,17 +22,23 @@ inline HeldFile OpenFileFor(const std::string& path, DWORD access, DWORD share) 
   return HeldFile(file == INVALID_HANDLE_VALUE ? nullptr : file);
 }
 
-/// Adds one line as the suite's programs do: open, append, close, and again when somebody else is just doing so.
-inline void AppendLine(const std::string& path, std::string_view line) {
-  constexpr DWORD shareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
-  HeldFile file = OpenFileFor(path, FILE_APPEND_DATA | SYNCHRONIZE, shareAll);
-  while (!file) {
-    Sleep(1);
-    file = OpenFileFor(path, FILE_APPEND_DATA | SYNCHRONIZE, shareAll);
-  }
+constexpr DWORD kAppend = FILE_APPEND_DATA | SYNCHRONIZE;
+
+/// Adds one line as another dialer does: while it has the log's lock. False when the file is refused.
+inline bool AppendLine(const std::string& path, std::string_view line) {
+  // The paths of tests are plain enough to be the same text in the code page and in UTF-8.
+  const std::string name = FileLockName(path);
+  const HeldFile lock(CreateMutexExA(nullptr, name.c_str(), 0, SYNCHRONIZE | MUTEX_MODIFY_STATE));
+  if (!lock) return false;
+  WaitForSingleObject(lock.get(), INFINITE);
   const std::string text = std::string(line) + "\r\n";
   DWORD written = 0;
-  WriteFile(file.get(), text.data(), static_cast<DWORD>(text.size()), &written, nullptr);
+  {
+    const HeldFile file = OpenFileFor(path, kAppend, FILE_SHARE_READ | FILE_SHARE_WRITE);
+    if (file) WriteFile(file.get(), text.data(), static_cast<DWORD>(text.size()), &written, nullptr);
+  }
+  ReleaseMutex(lock.get());
+  return written == text.size();
 }
 
 }  // namespace fonklav::suite

@@ -50,7 +50,8 @@ const std::vector<Script::Entry>& Script::Commands() {
                                            {"misbehave", &Script::Misbehave},
                                            {"hold", &Script::Hold},
                                            {"release", &Script::Release},
-                                           {"append", &Script::Append}};
+                                           {"append", &Script::Append},
+                                           {"knock", &Script::Knock}};
   return commands;
 }
 
@@ -158,7 +159,16 @@ void Script::Release(const std::string&) { held_.clear(); }
 
 void Script::Append(const std::string& pathAndText) {
   const std::size_t blank = pathAndText.find(' ');
-  AppendLine(pathAndText.substr(0, blank), blank == std::string::npos ? "" : pathAndText.substr(blank + 1));
+  const std::string path = pathAndText.substr(0, blank);
+  const bool added = AppendLine(path, blank == std::string::npos ? "" : pathAndText.substr(blank + 1));
+  if (!added) Fail("cannot append to " + path);
+}
+
+void Script::Knock(const std::string& path) {
+  constexpr int times = 20;
+  for (int time = 0; time < times; ++time) {
+    if (!OpenFileFor(path, kAppend, FILE_SHARE_READ | FILE_SHARE_WRITE)) Fail("cannot append to " + path);
+  }
 }
 
 void Script::OnReport(const std::string& bytes) {

@@ -57,6 +57,7 @@ class Script {
   void Hold(const std::string& path);
   void Release(const std::string&);
   void Append(const std::string& pathAndText);
+  void Knock(const std::string& path);
 
   void OnReport(const std::string& bytes);
   /// Pumps until `met` or the time is over; says whether it was met.

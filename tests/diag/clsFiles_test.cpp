@@ -86,6 +86,25 @@ TEST(LogSize, AKillDuringTrimmingLeavesTheOldOrTheNewFile) {
   EXPECT_TRUE(after.ends_with("new\r\n")) << "the kill came too early each time";
 }
 
+TEST(LogSize, TrimmingLosesNoLineOfAnotherProgram) {
+  for (const bool kept : {false, true}) {
+    FilesSystem system;
+    system.File(kFile) = HundredByteLines(60 * 1024);
+    int theirs = 0;
+    system.files.otherProgram = [&](const std::string& key) {
+      if (key == FakeFileSystem::Key(kFile)) system.File(kFile) += "theirs " + std::to_string(theirs++) + "\r\n";
+    };
+    if (kept) system.files.keptLocks.insert(FakeFileSystem::Key(kFile));
+    system.Log("new", 50);
+    EXPECT_GT(theirs, 0);
+    for (int line = 0; line < theirs; ++line) {
+      EXPECT_NE(system.File(kFile).find("theirs " + std::to_string(line) + "\r\n"), std::string::npos) << kept << line;
+    }
+    EXPECT_NE(system.File(kFile).find("  new\r\n"), std::string::npos) << "written whoever has the lock";
+    EXPECT_EQ(system.File(kFile).size() > 50 * 1024, kept) << "not cut beneath somebody else, but cut otherwise";
+  }
+}
+
 struct CountRow {
   const char* bytes;
   std::int32_t rows;

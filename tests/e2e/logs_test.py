@@ -101,9 +101,15 @@ def held(name):
         assert any("DDE LinkClose" in line for line in session.read("log/debug.log")), "the log has not recovered"
 
 
+def unrefused(session):
+    """Everything that the stand-in was told to do with the logs could be done."""
+    equal([line.text for line in session.lines if "FAILED" in line.text], [])
+
+
 @case("two-programs-append-to-one-log")
 def two_writers(name):
-    """Another program of the suite appends to the debug log all the while: no line of either is lost or torn."""
+    """Another program appends to the debug log all the while: no line of either is lost or torn, and a third one that
+    opens the log without asking anybody is never refused."""
     with dialer(name) as session:
         session.write("Rufmonspec.ini", "[Debug]\nLogTAPI=1\n")
         session.start(SETTINGS)
@@ -112,16 +118,40 @@ def two_writers(name):
         log = windows_path(session.folder / "log/debug.log")
         for number in range(300):
             session.do(f"set frob {number}")
+            session.do(f"knock {log}")
             for part in "abc":
                 session.do(f"append {log} the other program, line {number}{part}")
         session.send("debug|0")
         session.wait("cmd|quitt", seconds=30)
+        unrefused(session)
         lines = session.read("log/debug.log")[before:]
         equal([line for line in lines if line.startswith("the other")],
               [f"the other program, line {number}{part}" for number in range(300) for part in "abc"])
         ours = [line for line in lines if not line.startswith("the other")]
         equal([line.split("Execute - ")[1] for line in ours], [f"frob {number}" for number in range(300)] + ["debug|0"])
         equal([line for line in ours if not re.fullmatch(FORMS["log/debug.log"], line)], [])
+
+
+@case("two-dialers-cut-one-error-log")
+def two_dialers(name):
+    """Both write each of 300 errors at the same moment, and cut the log as it grows: what stays is whole, and is the
+    newest."""
+    with dialer(name) as session:
+        session.write("log/error.log", "an old line\n" * 4000)
+        for _ in range(2):
+            session.start(SETTINGS)
+            session.wait(STARTED[-1])
+        # A command is acknowledged before it fails; the last one, which is in order, comes when all else is written.
+        for said in [*(f"maybe {number:03}" for number in range(300)), "0"]:
+            session.do(f"set debug|{said}")
+            for _ in range(2):
+                session.wait("cmd|quitt")
+        lines = [line for line in session.read("log/error.log") if line != "an old line"]
+        assert 300 < len(lines) < 600, f"{len(lines)} lines: the log was not cut, or too much"
+        equal([line for line in lines if not re.fullmatch(FORMS["log/error.log"], line)], [])
+        said = sorted(re.search(r"maybe (\d+)\)$", line)[1] for line in lines)
+        # One may be a few errors ahead of the other, so the first that stayed need not come in pairs.
+        equal(said[10:], [f"{number:03}" for number in range(300) for _ in range(2)][-len(said):][10:])
 
 
 OLD_LINES = [f"2015/03/07  09:05:31  FVT v1.0 an old line with the number {number:08}" for number in range(150_000)]

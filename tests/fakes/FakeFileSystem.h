@@ -1,7 +1,9 @@
 #pragma once
 
 #include <algorithm>
+#include <functional>
 #include <map>
+#include <memory>
 #include <optional>
 #include <set>
 #include <string>
@@ -30,6 +32,11 @@ class FakeFileSystem : public FileSystem {
     ++deletions;
     return !faults.contains(Key(path)) && files.erase(Key(path)) != 0;
   }
+  [[nodiscard]] std::unique_ptr<FileLock> Lock(const std::string& path) override {
+    LetOthersWrite(path);
+    if (keptLocks.contains(Key(path))) return nullptr;
+    return std::make_unique<CountedLock>(locks_[Key(path)]);
+  }
   [[nodiscard]] std::string Read(const std::string& path) const override {
     CheckOpen(path);
     const auto found = files.find(Key(path));
@@ -37,6 +44,7 @@ class FakeFileSystem : public FileSystem {
     return found->second;
   }
   [[nodiscard]] std::uint64_t Length(const std::string& path) const override {
+    LetOthersWrite(path);
     const auto found = files.find(Key(path));
     return found == files.end() ? 0 : found->second.size();
   }
@@ -66,17 +74,35 @@ class FakeFileSystem : public FileSystem {
 
   std::map<std::string, std::string> files;
   std::set<std::string> folders;
-  std::map<std::string, std::uint32_t> attributes;  ///< of files that have others than the usual
-  std::map<std::string, ErrorNumber> faults;        ///< opening this file raises this
-  std::optional<int> stepsToLive;                   ///< single changes of the disk until the program is killed
+  std::map<std::string, std::uint32_t> attributes;           ///< of files that have others than the usual
+  std::map<std::string, ErrorNumber> faults;                 ///< opening this file raises this
+  std::set<std::string> keptLocks;                           ///< of files that another program has locked
+  std::function<void(const std::string& key)> otherProgram;  ///< called wherever it may write to a file
+  std::optional<int> stepsToLive;                            ///< single changes of the disk until the program is killed
   mutable int opens{0};
   mutable int attributeReads{0};
   mutable int wideReads{0};
   int deletions{0};
 
  private:
+  class CountedLock : public FileLock {
+   public:
+    explicit CountedLock(int& count) : count_(count) { ++count_; }
+    CountedLock(const CountedLock&) = delete;
+    CountedLock& operator=(const CountedLock&) = delete;
+    ~CountedLock() override { --count_; }
+
+   private:
+    int& count_;
+  };
+
+  void LetOthersWrite(const std::string& path) const {
+    const auto lock = locks_.find(Key(path));
+    if (otherProgram && (lock == locks_.end() || lock->second == 0)) otherProgram(Key(path));
+  }
   void CheckOpen(const std::string& path) const {
     ++opens;
+    LetOthersWrite(path);
     const std::string key = Key(path);
     if (const auto fault = faults.find(key); fault != faults.end()) throw RunTimeError(fault->second);
     if (folders.contains(key)) throw RunTimeError(ErrorNumber::PathFileAccessError);
@@ -87,6 +113,8 @@ class FakeFileSystem : public FileSystem {
     if (!stepsToLive) return true;
     return *stepsToLive > 0 && (*stepsToLive)-- > 0;
   }
+
+  std::map<std::string, int> locks_;  ///< how many times each file is locked by the program under test
 };
 
 }  // namespace fonklav::test
