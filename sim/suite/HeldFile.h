@@ -24,13 +24,20 @@ inline HeldFile OpenFileFor(const std::string& path, DWORD access, DWORD share) 
 
 constexpr DWORD kAppend = FILE_APPEND_DATA | SYNCHRONIZE;
 
-/// Adds one line as another dialer does: while it has the log's lock. False when the file is refused.
-inline bool AppendLine(const std::string& path, std::string_view line) {
+/// The lock that dialers take while they write a file, as soon as it is free. It is given back by ReleaseMutex, or with
+/// the end of this program.
+inline HeldFile LockOf(const std::string& path) {
   // The paths of tests are plain enough to be the same text in the code page and in UTF-8.
   const std::string name = FileLockName(path);
-  const HeldFile lock(CreateMutexExA(nullptr, name.c_str(), 0, SYNCHRONIZE | MUTEX_MODIFY_STATE));
+  HeldFile lock(CreateMutexExA(nullptr, name.c_str(), 0, SYNCHRONIZE | MUTEX_MODIFY_STATE));
+  if (lock) WaitForSingleObject(lock.get(), INFINITE);
+  return lock;
+}
+
+/// Adds one line as another dialer does: while it has the log's lock. False when lock or file are refused.
+inline bool AppendLine(const std::string& path, std::string_view line) {
+  const HeldFile lock = LockOf(path);
   if (!lock) return false;
-  WaitForSingleObject(lock.get(), INFINITE);
   const std::string text = std::string(line) + "\r\n";
   DWORD written = 0;
   {

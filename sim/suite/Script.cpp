@@ -51,7 +51,8 @@ const std::vector<Script::Entry>& Script::Commands() {
                                            {"hold", &Script::Hold},
                                            {"release", &Script::Release},
                                            {"append", &Script::Append},
-                                           {"knock", &Script::Knock}};
+                                           {"knock", &Script::Knock},
+                                           {"lock", &Script::Lock}};
   return commands;
 }
 
@@ -169,6 +170,11 @@ void Script::Knock(const std::string& path) {
   for (int time = 0; time < times; ++time) {
     if (!OpenFileFor(path, kAppend, FILE_SHARE_READ | FILE_SHARE_WRITE)) Fail("cannot append to " + path);
   }
+}
+
+void Script::Lock(const std::string& path) {
+  held_.push_back(LockOf(path));
+  if (!held_.back()) Fail("cannot lock " + path);
 }
 
 void Script::OnReport(const std::string& bytes) {

@@ -58,6 +58,7 @@ class Script {
   void Release(const std::string&);
   void Append(const std::string& pathAndText);
   void Knock(const std::string& path);
+  void Lock(const std::string& path);
 
   void OnReport(const std::string& bytes);
   /// Pumps until `met` or the time is over; says whether it was met.
@@ -75,7 +76,7 @@ class Script {
   bool clearWhenAcknowledged_{false};
   bool clearNow_{false};
   bool ok_{true};
-  std::vector<HeldFile> held_;  ///< files that nobody else can open
+  std::vector<HeldFile> held_;  ///< files and locks that nobody else can have
   std::unique_ptr<Server> server_;
 };
 

@@ -132,6 +132,22 @@ def two_writers(name):
         equal([line for line in ours if not re.fullmatch(FORMS["log/debug.log"], line)], [])
 
 
+@case("the-lock-of-a-log-is-kept")
+def locked(name):
+    """A dialer that hangs within a log costs the others one wait, not one a line, and none of their lines."""
+    with dialer(name) as session:
+        session.write("Rufmonspec.ini", "[Debug]\nLogTAPI=1\n")
+        session.do(f"lock {windows_path(session.folder / 'log/debug.log')}")
+        session.start(SETTINGS)
+        expect_reports(session, STARTED)
+        for number in range(100):
+            session.do(f"set frob {number}")
+        session.send("debug|0")
+        session.wait("cmd|quitt", seconds=5)
+        unrefused(session)
+        equal(ordered([f"frob {number}" for number in range(100)], session.read("log/debug.log")), [])
+
+
 @case("two-dialers-cut-one-error-log")
 def two_dialers(name):
     """Both write each of 300 errors at the same moment, and cut the log as it grows: what stays is whole, and is the
