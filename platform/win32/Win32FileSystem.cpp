@@ -2,11 +2,11 @@
 
 #include <array>
 
-#include "platform/FileLockName.h"
 #include "platform/win32/FileMutex.h"
 #include "platform/win32/Handles.h"
 #include "platform/win32/WideText.h"
 #include "platform/win32/WindowsError.h"
+#include "util/FileLockName.h"
 
 namespace fonklav {
 namespace {

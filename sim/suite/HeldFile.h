@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/FileLockName.h"
+#include "util/FileLockName.h"
 
 namespace fonklav::suite {
 

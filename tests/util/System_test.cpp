@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "util/DateTime.h"
+#include "util/FileLockName.h"
 #include "util/OsDescription.h"
 
 namespace fonklav {
@@ -51,6 +52,16 @@ TEST(OsDescription, NamesTheEditionAndTellsTheNt6Family) {
     EXPECT_EQ(OsDescription(row.version), row.description);
     EXPECT_EQ(IsNt6OrLater(row.version), row.nt6) << row.description;
   }
+}
+
+TEST(FileLock, IsNamedAfterItsFileByWhoeverAsks) {
+  const std::string name = FileLockName("C:\\ProgramData\\Größe\\log\\error.log");
+  EXPECT_EQ(name, "Global\\FonklavTAPI log c:/programdata/größe/log/error.log");
+  EXPECT_EQ(FileLockName("c:\\PROGRAMDATA\\GRÖSSE\\log\\Error.LOG").find("größe"), std::string::npos);
+  EXPECT_EQ(FileLockName("c:\\PROGRAMDATA\\GRÖßE\\log\\Error.LOG"), name);
+  const std::string deep = "C:" + std::string(1000, '\\') + "log\\";
+  EXPECT_LE(FileLockName(deep + "error.log").size(), 260U);
+  EXPECT_NE(FileLockName(deep + "error.log"), FileLockName(deep + "trace.log"));
 }
 
 }  // namespace

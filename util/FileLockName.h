@@ -1,10 +1,7 @@
 #pragma once
 
-#include <algorithm>
 #include <string>
 #include <string_view>
-
-#include "util/CaseFold.h"
 
 namespace fonklav {
 
@@ -12,13 +9,6 @@ namespace fonklav {
 /// whatever case the path is spelled. A mutex name holds no backslash and at most 260 characters
 /// (https://learn.microsoft.com/windows/win32/api/synchapi/nf-synchapi-createmutexw), so a long path counts by its end:
 /// two that end alike have one lock, which costs a wait and nothing else.
-[[nodiscard]] inline std::string FileLockName(std::string_view fullPath) {
-  constexpr std::size_t mostOfPath = 200;
-  std::string path = FoldCase(fullPath);
-  path.erase(0, path.size() - std::min(path.size(), mostOfPath));
-  std::ranges::replace(path, '\\', '/');
-  // All sessions of a computer share the logs, so they share the locks.
-  return "Global\\FonklavTAPI log " + path;
-}
+[[nodiscard]] std::string FileLockName(std::string_view fullPath);
 
 }  // namespace fonklav
