@@ -29,6 +29,13 @@ void Control::Text(std::string text) {
   if (onChange_) onChange_();
 }
 
+void Control::Append(const std::string& added) {
+  if (added.empty()) return;
+  text_ += added;
+  if (slot_.view != nullptr) slot_.view->TextAppended(id_, added);
+  if (onChange_) onChange_();
+}
+
 void Control::Edited(std::string text) {
   if (Assign(text_, std::move(text)) && onChange_) onChange_();
 }

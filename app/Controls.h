@@ -54,6 +54,8 @@ class Control {
   /// access key.
   [[nodiscard]] const std::string& Text() const { return text_; }
   void Text(std::string text);
+  /// Adds to the end of the text. The window is handed the addition alone, however long the text has become.
+  void Append(const std::string& added);
   [[nodiscard]] bool Enabled() const { return enabled_; }
   void Enabled(bool enabled);
   [[nodiscard]] bool Visible() const { return visible_; }

@@ -18,12 +18,17 @@ class FormView {
 
   /// A property of the control, or an entry of the list, has changed.
   virtual void ControlChanged(ControlId id) = 0;
+  /// `added` now stands at the end of the control's text.
+  virtual void TextAppended(ControlId id, const std::string& added) = 0;
   /// Caption, visibility, position or size of the form has changed.
   virtual void FormChanged() = 0;
   /// A timer was switched.
   virtual void TimerChanged(TimerId id) = 0;
   /// The keyboard focus goes to this control.
   virtual void FocusTo(ControlId id) = 0;
+  /// The visible form comes in front of all other windows, restored when it is minimised, and gets the keyboard where
+  /// the system allows it.
+  virtual void ComeToFront() = 0;
   /// The form has unloaded: the window goes and the message loop ends.
   virtual void Unloaded() = 0;
 };

@@ -14,6 +14,10 @@ inline constexpr float kFormHeightExpanded = 6690;
 
 enum class ControlKind { Frame, CheckList, Label, TextBox, StatusBox, Button };
 
+/// What a control does on one axis when the user makes the window larger than it starts: nothing, keep its distance
+/// from the right or lower edge, or take the added length.
+enum class Growth { Stays, Moves, Stretches };
+
 /// One control as it is laid out: position relative to its frame, or to the window's inner area when it stands in
 /// none, in twips.
 struct LayoutRow {
@@ -24,6 +28,8 @@ struct LayoutRow {
   int top;
   int width;
   int height;
+  Growth across;
+  Growth down;
   std::string_view text;     ///< the layout text, UTF-8
   std::string_view toolTip;  ///< the layout tooltip, UTF-8
 };

@@ -63,6 +63,10 @@ bool Program::Load(FormView& view) {
   return parts_->form->Form_Load();
 }
 
+void Program::ReportFault(const std::string& fault) {
+  parts_->config.messages.MsgBoxForward(fault, kMessageBoxCritical, "");
+}
+
 FormControls& Program::Controls() { return parts_->controls; }
 
 FormInput& Program::Input() { return *parts_->form; }

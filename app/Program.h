@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <string>
 
 #include "app/Controls.h"
 #include "app/FormView.h"
@@ -22,6 +23,9 @@ class Program {
   /// Start-up up to the first timer. False when the start was refused: the user has been told, the program is to end.
   /// `view` must live until the program has gone.
   [[nodiscard]] bool Load(FormView& view);
+
+  /// Tells the user of a fault that ends the process, in the program's own message box.
+  void ReportFault(const std::string& fault);
 
   [[nodiscard]] FormControls& Controls();
   [[nodiscard]] FormInput& Input();

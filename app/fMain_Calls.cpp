@@ -13,9 +13,7 @@ const char* Digit(bool enabled) { return enabled ? "1" : "0"; }
 
 }  // namespace
 
-void fMain::AppendStatus(const std::string& line) {
-  controls_.txtTestStatus.Text(controls_.txtTestStatus.Text() + line + std::string(kCrLf));
-}
+void fMain::AppendStatus(const std::string& line) { controls_.txtTestStatus.Append(line + std::string(kCrLf)); }
 
 void fMain::ShowProgress(const std::string& text) {
   AppendStatus(text);

@@ -62,6 +62,8 @@ void fMain::Obey(const std::string& command, const std::string& argument, const 
   if (command == "settings") {
     acknowledge();
     controls_.form.Visible(true);
+    // It may be visible all the same: minimised, or behind what the user looks at.
+    if (controls_.slot.view != nullptr) controls_.slot.view->ComeToFront();
   } else if (command == "unload") {
     acknowledge();
     cmdExit_Click();

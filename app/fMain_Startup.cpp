@@ -141,7 +141,7 @@ void fMain::ReportFirstFailure() {
   DebugLine("TAPI check - Message=" + text);
   AppendStatus(text);
   DDEexecute("log|" + text);
-  controls_.txtTestStatus.Text(controls_.txtTestStatus.Text() + texts_.checkTapi);
+  controls_.txtTestStatus.Append(texts_.checkTapi);
   DDEexecute("log|" + texts_.checkTapi);
 }
 
@@ -149,7 +149,7 @@ void fMain::ReportWrongVersion() {
   StageWithoutLine();
   controls_.lbLineIDActive.Text(texts_.errorVersion);
   DebugLine("TAPI check - Lower version Message=" + texts_.errorVersion);
-  controls_.txtTestStatus.Text(controls_.txtTestStatus.Text() + texts_.errorVersion);
+  controls_.txtTestStatus.Append(texts_.errorVersion);
   DDEexecute("line|" + texts_.errorVersion);
   DDEexecute("log|" + texts_.errorVersion);
 }

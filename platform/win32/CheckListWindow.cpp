@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "platform/win32/Dpi.h"
 #include "platform/win32/Scope.h"
 #include "platform/win32/WideText.h"
 
@@ -25,10 +26,20 @@ LVITEMW StateItem(UINT state, UINT mask) {
 
 void CheckListWindow::Attach(HWND list) {
   list_ = list;
-  constexpr DWORD style = LVS_EX_CHECKBOXES | LVS_EX_FULLROWSELECT | LVS_EX_LABELTIP | LVS_EX_DOUBLEBUFFER;
+  constexpr DWORD style = LVS_EX_FULLROWSELECT | LVS_EX_LABELTIP | LVS_EX_DOUBLEBUFFER;
   SendMessageW(list_, LVM_SETEXTENDEDLISTVIEWSTYLE, style, style);
+  MakeCheckBoxes();
   LVCOLUMNW column{};
   SendMessageW(list_, LVM_INSERTCOLUMNW, 0, reinterpret_cast<LPARAM>(&column));
+}
+
+void CheckListWindow::MakeCheckBoxes() {
+  // The list draws its check boxes once, when it gets the style, in the size and colours of that moment. Doing so it
+  // unticks its entries.
+  const Scope scope(showing_);
+  SendMessageW(list_, LVM_SETEXTENDEDLISTVIEWSTYLE, LVS_EX_CHECKBOXES, 0);
+  SendMessageW(list_, LVM_SETEXTENDEDLISTVIEWSTYLE, LVS_EX_CHECKBOXES, LVS_EX_CHECKBOXES);
+  for (std::size_t index = 0; index < shown_.size(); ++index) ShowTick(index, shown_[index].ticked);
 }
 
 void CheckListWindow::Show(const std::vector<CheckList::Entry>& entries) {
@@ -92,8 +103,7 @@ void CheckListWindow::ShowTick(std::size_t index, bool ticked) {
 
 void CheckListWindow::Measure(const std::wstring& text) {
   const LRESULT width = SendMessageW(list_, LVM_GETSTRINGWIDTHW, 0, reinterpret_cast<LPARAM>(text.c_str()));
-  // The check box stands before the text and there is a margin around both.
-  widest_ = std::max(widest_, static_cast<int>(width) + 2 * GetSystemMetrics(SM_CXSMICON));
+  widest_ = std::max(widest_, static_cast<int>(width) + checkBoxWidth_);
 }
 
 void CheckListWindow::FitColumn() {
@@ -104,10 +114,17 @@ void CheckListWindow::FitColumn() {
   if (SendMessageW(list_, LVM_GETCOLUMNWIDTH, 0, 0) != width) SendMessageW(list_, LVM_SETCOLUMNWIDTH, 0, width);
 }
 
-void CheckListWindow::Rescaled() {
+void CheckListWindow::Rescaled(unsigned dpi) {
+  MakeCheckBoxes();
+  checkBoxWidth_ = 2 * SystemLength(SM_CXSMICON, dpi);
   widest_ = 0;
   for (const CheckList::Entry& entry : shown_) Measure(Wide(entry.text));
   FitColumn();
+}
+
+void CheckListWindow::Recolored() {
+  SendMessageW(list_, WM_SYSCOLORCHANGE, 0, 0);
+  MakeCheckBoxes();
 }
 
 void CheckListWindow::OnNotify(const NMHDR& header, FormInput& input) {

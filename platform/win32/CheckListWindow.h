@@ -20,14 +20,19 @@ class CheckListWindow {
   void Attach(HWND list);
   /// Shows these entries, changing only what differs from what is shown.
   void Show(const std::vector<CheckList::Entry>& entries);
-  /// To be called when the list has got another size or font.
-  void Rescaled();
+  /// To be called when the list has got another size.
+  void Resized() { FitColumn(); }
+  /// To be called when the list has got another font, on a screen of this resolution.
+  void Rescaled(unsigned dpi);
+  /// The system's colours have changed.
+  void Recolored();
   void OnNotify(const NMHDR& header, FormInput& input);
 
  private:
   void RemoveGone(const std::vector<CheckList::Entry>& entries);
   void ShowEntry(std::size_t index, const CheckList::Entry& entry);
   void ShowTick(std::size_t index, bool ticked);
+  void MakeCheckBoxes();
   void Measure(const std::wstring& text);
   void FitColumn();
   void FocusSomeEntry();
@@ -36,7 +41,8 @@ class CheckListWindow {
 
   HWND list_{nullptr};  ///< not owned: the dialog's child
   std::vector<CheckList::Entry> shown_;
-  int widest_{0};  ///< the width that the longest entry so far needs
+  int checkBoxWidth_{0};  ///< with the margins around it
+  int widest_{0};         ///< the width that the longest entry so far needs
   bool showing_{false};
 };
 

@@ -6,7 +6,7 @@
 
 #include <stdexcept>
 
-#include "platform/win32/WindowGeometry.h"
+#include "platform/win32/WindowText.h"
 
 namespace fonklav {
 namespace {
@@ -41,10 +41,40 @@ DWORD StyleOf(ControlId id) {
   return 0;
 }
 
+/// Whether the message is about to change the content of a box. Undoing is no such message: see ShowOneLine.
+bool Edits(UINT message, WPARAM wParam) {
+  constexpr WPARAM paste = 0x16;  // Ctrl+V as a character, and so on
+  constexpr WPARAM cut = 0x18;
+  switch (message) {
+    case WM_CHAR:
+      return wParam >= L' ' || wParam == VK_BACK || wParam == paste || wParam == cut;
+    case WM_KEYDOWN:
+      return wParam == VK_DELETE || (wParam == VK_INSERT && GetKeyState(VK_SHIFT) < 0);
+    case WM_PASTE:
+    case WM_CUT:
+    case WM_CLEAR:
+    case EM_REPLACESEL:
+    case WM_IME_STARTCOMPOSITION:
+      return true;
+    default:
+      return false;
+  }
+}
+
+/// A box that shows the beginning of its text: the first edit replaces all of it, and cannot be undone, because undoing
+/// would bring back the beginning as if it were the whole.
+LRESULT ReplaceAll(HWND box, UINT message, WPARAM wParam, LPARAM lParam) {
+  DefSubclassProc(box, EM_SETSEL, 0, -1);
+  const LRESULT result = DefSubclassProc(box, message, wParam, lParam);
+  if (!ShowsBeginning(box)) DefSubclassProc(box, EM_EMPTYUNDOBUFFER, 0, 0);
+  return result;
+}
+
 LRESULT CALLBACK BoxProc(HWND box, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id, DWORD_PTR input) noexcept {
   if (message == WM_CHAR) {
     reinterpret_cast<FormInput*>(input)->KeyPress(static_cast<ControlId>(id), static_cast<int>(wParam));
   }
+  if (ShowsBeginning(box) && Edits(message, wParam)) return ReplaceAll(box, message, wParam, lParam);
   const LRESULT result = DefSubclassProc(box, message, wParam, lParam);
   const bool lines = (GetWindowLongW(box, GWL_STYLE) & ES_MULTILINE) != 0;
   if (message != WM_GETDLGCODE || !lines) return result;
@@ -84,13 +114,17 @@ void MakeControl(HWND dialog, ControlId id, FormInput& input) {
   if (kind.className == std::wstring_view(WC_EDITW)) PrepareBox(window, id, input);
 }
 
-void PlaceAll(HWND dialog, unsigned dpi, HFONT font) {
+void SetFonts(HWND dialog, HFONT font) {
   for (const LayoutRow& row : Layout()) {
-    const HWND control = GetDlgItem(dialog, DialogIdOf(row.id));
-    const PixelRect place = PlaceOf(row, dpi);
-    SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(font), TRUE);
-    SetWindowPos(control, nullptr, place.left, place.top, place.right - place.left, place.bottom - place.top,
-                 SWP_NOZORDER | SWP_NOACTIVATE);
+    SendDlgItemMessageW(dialog, DialogIdOf(row.id), WM_SETFONT, reinterpret_cast<WPARAM>(font), TRUE);
+  }
+}
+
+void PlaceAll(HWND dialog, unsigned dpi, const Surplus& surplus) {
+  for (const LayoutRow& row : Layout()) {
+    const PixelRect place = PlaceOf(row, dpi, surplus);
+    SetWindowPos(GetDlgItem(dialog, DialogIdOf(row.id)), nullptr, place.left, place.top, place.right - place.left,
+                 place.bottom - place.top, SWP_NOZORDER | SWP_NOACTIVATE);
   }
 }
 

@@ -6,6 +6,7 @@
 
 #include "app/Controls.h"
 #include "app/FormView.h"
+#include "platform/win32/WindowGeometry.h"
 
 // The real controls of the dialog, one for each row of the layout. All are children of the dialog itself: a frame is a
 // border with a caption, and what stands in it is placed over it.
@@ -21,7 +22,10 @@ namespace fonklav {
 /// must outlive the dialog. Throws std::runtime_error when the system refuses.
 void MakeControl(HWND dialog, ControlId id, FormInput& input);
 
-/// Puts all controls where the layout has them at `dpi`, with this font.
-void PlaceAll(HWND dialog, unsigned dpi, HFONT font);
+/// Gives all controls this font, which must outlive them or be replaced before it goes.
+void SetFonts(HWND dialog, HFONT font);
+
+/// Puts all controls where the layout has them at `dpi` in a window with this surplus.
+void PlaceAll(HWND dialog, unsigned dpi, const Surplus& surplus);
 
 }  // namespace fonklav

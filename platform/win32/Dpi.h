@@ -12,7 +12,11 @@ namespace fonklav {
 /// Dots per inch of the system as it was when the user logged on: the measure of positions, which span all screens.
 [[nodiscard]] unsigned SystemDpi() noexcept;
 
-/// The font that the system uses in messages and dialogs, in the size for `dpi`.
+/// A length that GetSystemMetrics knows, in pixels on a screen of `dpi`.
+[[nodiscard]] int SystemLength(int metric, unsigned dpi) noexcept;
+
+/// The font that the system uses in messages and dialogs, in the size for `dpi` and with the user's enlargement of
+/// texts, as far as lines of it fit the labels.
 [[nodiscard]] LOGFONTW MessageFont(unsigned dpi) noexcept;
 
 /// Tells newer systems that this dialog scales itself.

@@ -64,7 +64,6 @@ void MainWindow::Create(FormControls& controls, FormInput& input, std::function<
   SetWindowLongPtrW(window_.Get(), GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
   dpi_ = DpiOf(window_.Get());
   KeepFromScaling(window_.Get());
-  SetIcons();
   MakeControls();
   Scale();
   for (const LayoutRow& row : Layout()) ControlChanged(row.id);
@@ -75,7 +74,7 @@ void MainWindow::MakeControls() {
   for (const LayoutRow& row : Layout()) MakeControl(window_.Get(), row.id, *input_);
   list_.Attach(ControlOf(ControlId::lstTAPI));
   toolTip_.Attach(window_.Get(), instance_);
-  MakeOkTheDefault();
+  MakeDefault(ControlId::cmdSave);
 }
 
 void MainWindow::Destroy() noexcept {
@@ -88,18 +87,30 @@ void MainWindow::Destroy() noexcept {
 }
 
 void MainWindow::SetIcons() {
-  bigIcon_ = LoadOwnIcon(instance_, GetSystemMetrics(SM_CXICON), GetSystemMetrics(SM_CYICON));
-  smallIcon_ = LoadOwnIcon(instance_, GetSystemMetrics(SM_CXSMICON), GetSystemMetrics(SM_CYSMICON));
-  SendMessageW(window_.Get(), WM_SETICON, ICON_BIG, reinterpret_cast<LPARAM>(bigIcon_.Get()));
-  SendMessageW(window_.Get(), WM_SETICON, ICON_SMALL, reinterpret_cast<LPARAM>(smallIcon_.Get()));
+  // The old icons go when the window shows the new ones.
+  UniqueIcon big = LoadOwnIcon(instance_, SystemLength(SM_CXICON, dpi_), SystemLength(SM_CYICON, dpi_));
+  UniqueIcon small = LoadOwnIcon(instance_, SystemLength(SM_CXSMICON, dpi_), SystemLength(SM_CYSMICON, dpi_));
+  SendMessageW(window_.Get(), WM_SETICON, ICON_BIG, reinterpret_cast<LPARAM>(big.Get()));
+  SendMessageW(window_.Get(), WM_SETICON, ICON_SMALL, reinterpret_cast<LPARAM>(small.Get()));
+  bigIcon_ = std::move(big);
+  smallIcon_ = std::move(small);
 }
 
 void MainWindow::Scale() {
+  SetIcons();
   const LOGFONTW description = MessageFont(dpi_);
   UniqueFont font{CreateFontIndirectW(&description)};
-  PlaceAll(window_.Get(), dpi_, font.Get());
+  SetFonts(window_.Get(), font.Get());
   font_ = std::move(font);  // the old one goes when no control uses it any more
-  list_.Rescaled();
+  PlaceControls();
+  list_.Rescaled(dpi_);
+  toolTip_.Rescaled(dpi_);
+}
+
+void MainWindow::PlaceControls() {
+  surplus_ = SurplusNow();
+  PlaceAll(window_.Get(), dpi_, surplus_);
+  list_.Resized();
   RedrawWindow(window_.Get(), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
 }
 
@@ -109,24 +120,35 @@ void MainWindow::ControlChanged(ControlId id) {
   if (id == ControlId::lstTAPI) list_.Show(controls_->lstTAPI.Entries());
   // A frame takes what stands in it along.
   for (const LayoutRow& row : Layout()) {
-    if (row.id == id || row.frame == id) ShowControl(row);
+    if (row.id == id) {
+      ShowControl(row);
+    } else if (row.frame == id) {
+      ShowState(row);
+    }
   }
 }
 
 void MainWindow::ShowControl(const LayoutRow& row) {
+  if (const Control* const control = controls_->Find(row.id); control != nullptr) ShowContent(row, *control);
+  ShowState(row);
+}
+
+void MainWindow::ShowContent(const LayoutRow& row, const Control& control) {
   const HWND window = ControlOf(row.id);
-  const Control* const control = controls_->Find(row.id);
-  if (control != nullptr) {
-    const std::wstring text = Wide(control->Text());
-    if (row.id == ControlId::txtTestStatus) {
-      ShowGrowingText(window, text);
-    } else {
-      ShowText(window, row.kind == ControlKind::TextBox ? OneLine(text) : text);
-    }
-    toolTip_.Show(window, Wide(control->ToolTip()));
-    NameBoxes(row.id, text);
+  const std::wstring text = Wide(control.Text());
+  if (row.kind == ControlKind::TextBox) {
+    ShowOneLine(window, text);
+  } else {
+    ShowText(window, text);
   }
-  ShowState(window, control == nullptr || control->Enabled(), IsShown(*controls_, row.id));
+  toolTip_.Show(window, Wide(control.ToolTip()));
+  NameBoxes(row.id, text);
+}
+
+void MainWindow::TextAppended(ControlId id, const std::string& added) {
+  if (controls_ == nullptr) return;
+  const Scope scope(showing_);
+  AppendText(ControlOf(id), Wide(added));
 }
 
 void MainWindow::NameBoxes(ControlId label, const std::wstring& caption) const {
@@ -137,7 +159,11 @@ void MainWindow::NameBoxes(ControlId label, const std::wstring& caption) const {
   }
 }
 
-void MainWindow::ShowState(HWND control, bool enabled, bool shown) {
+void MainWindow::ShowState(const LayoutRow& row) {
+  const HWND control = ControlOf(row.id);
+  const Control* const held = controls_->Find(row.id);
+  const bool enabled = held == nullptr || held->Enabled();
+  const bool shown = IsShown(*controls_, row.id);
   const bool hadFocus = GetFocus() == control;
   if ((IsWindowEnabled(control) != FALSE) != enabled) EnableWindow(control, enabled ? TRUE : FALSE);
   ShowWindow(control, shown ? SW_SHOWNA : SW_HIDE);
@@ -163,9 +189,15 @@ PixelRect MainWindow::WantedPlace() const {
   return {left, top, left + LengthToPixels(form.Width(), dpi_), top + LengthToPixels(form.Height(), dpi_)};
 }
 
+Surplus MainWindow::SurplusNow() const {
+  RECT place{};
+  GetWindowRect(window_.Get(), &place);
+  return SurplusOf(place.right - place.left, place.bottom - place.top, dpi_);
+}
+
 void MainWindow::Place() {
   if (IsIconic(window_.Get()) != FALSE) return;
-  const int titleHeight = GetSystemMetrics(SM_CYCAPTION) + GetSystemMetrics(SM_CYSIZEFRAME);
+  const int titleHeight = SystemLength(SM_CYCAPTION, dpi_) + SystemLength(SM_CYSIZEFRAME, dpi_);
   const PixelRect place = Reachable(WantedPlace(), titleHeight, Screens());
   SetWindowPos(window_.Get(), nullptr, place.left, place.top, place.right - place.left, place.bottom - place.top,
                SWP_NOZORDER | SWP_NOACTIVATE);
@@ -179,9 +211,29 @@ void MainWindow::ShowForm(bool visible) {
   }
   // Not by ShowWindow: its first call does what the program's starter has asked for, which may be to hide.
   SetWindowPos(window_.Get(), HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_SHOWWINDOW);
-  if (IsIconic(window_.Get()) != FALSE) ShowWindow(window_.Get(), SW_RESTORE);
-  SetForegroundWindow(window_.Get());
-  if (IsChild(window_.Get(), GetFocus()) == FALSE) FocusTo(ControlId::lstTAPI);
+  ComeToFront();
+}
+
+void MainWindow::ComeToFront() {
+  if (controls_ == nullptr || !controls_->form.Visible()) return;
+  const Scope scope(showing_);
+  if (IsIconic(window_.Get()) != FALSE) {
+    ShowWindow(window_.Get(), SW_RESTORE);
+    Place();  // the form may have changed while there was nothing to place
+  }
+  Raise();
+  const bool usable = IsWindowEnabled(window_.Get()) != FALSE;  // not while a message box waits for its answer
+  if (usable && IsChild(window_.Get(), GetFocus()) == FALSE) FocusTo(ControlId::lstTAPI);
+}
+
+void MainWindow::Raise() const {
+  const HWND front = GetLastActivePopup(window_.Get());  // the window, or its message box
+  SetForegroundWindow(front);
+  if (GetForegroundWindow() == front) return;
+  // Windows leaves the keyboard with the program that the user works in. On top of the others the window can be seen.
+  for (const HWND place : {HWND_TOPMOST, HWND_NOTOPMOST}) {
+    SetWindowPos(window_.Get(), place, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+  }
 }
 
 void MainWindow::TimerChanged(TimerId id) {
@@ -216,7 +268,8 @@ HWND MainWindow::ControlOf(ControlId id) const { return GetDlgItem(window_.Get()
 bool MainWindow::Takes(MSG& message) const { return window_ && IsDialogMessageW(window_.Get(), &message) != FALSE; }
 
 HWND MainWindow::BoxOwner() const {
-  return window_ && IsWindowVisible(window_.Get()) != FALSE ? window_.Get() : nullptr;
+  const bool seen = window_ && IsWindowVisible(window_.Get()) != FALSE && IsIconic(window_.Get()) == FALSE;
+  return seen ? window_.Get() : nullptr;
 }
 
 }  // namespace fonklav

@@ -31,13 +31,15 @@ class MainWindow final : public FormView {
 
   /// Whether the message was the dialog's: Tab, Enter, Esc, access keys.
   [[nodiscard]] bool Takes(MSG& message) const;
-  /// The window where a message box is to appear: this one when it is shown, null otherwise.
+  /// The window where a message box is to appear: this one when the user sees it, null otherwise.
   [[nodiscard]] HWND BoxOwner() const;
 
   void ControlChanged(ControlId id) override;
+  void TextAppended(ControlId id, const std::string& added) override;
   void FormChanged() override;
   void TimerChanged(TimerId id) override;
   void FocusTo(ControlId id) override;
+  void ComeToFront() override;
   void Unloaded() override;
 
  private:
@@ -51,21 +53,26 @@ class MainWindow final : public FormView {
   INT_PTR OnLimits(MINMAXINFO& limits) const;
   INT_PTR OnDpiChanged(unsigned dpi, const RECT* suggested);
   INT_PTR OnSettingChanged(WPARAM which);
+  INT_PTR OnColorsChanged();
   INT_PTR OnBoxColors(HDC context, HWND box) const;
   INT_PTR OnLostFocus(HWND control) const;
   INT_PTR OnSessionEnd(bool ends);
 
   void MakeControls();
-  void MakeOkTheDefault() const;
+  void MakeDefault(ControlId button) const;
   void Scale();
+  void PlaceControls();
   void SetIcons();
   void ShowControl(const LayoutRow& row);
+  void ShowContent(const LayoutRow& row, const Control& control);
   void NameBoxes(ControlId label, const std::wstring& caption) const;
-  void ShowState(HWND control, bool enabled, bool shown);
+  void ShowState(const LayoutRow& row);
   void Place();
+  void Raise() const;
   void ShowForm(bool visible);
   [[nodiscard]] HWND ControlOf(ControlId id) const;
   [[nodiscard]] PixelRect WantedPlace() const;
+  [[nodiscard]] Surplus SurplusNow() const;
 
   HINSTANCE instance_;
   FormControls* controls_{nullptr};  ///< not owned; null before Create and once the form has unloaded
@@ -78,6 +85,7 @@ class MainWindow final : public FormView {
   CheckListWindow list_;
   ToolTip toolTip_;
   AccessibleNames accessibleNames_;
+  Surplus surplus_;           ///< by which the controls are placed
   unsigned dpi_{kNormalDpi};  ///< of the screen that shows the window
   bool showing_{false};  ///< the program's changes are being shown: what the controls say meanwhile is no user's doing
 };

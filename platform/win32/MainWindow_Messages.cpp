@@ -38,6 +38,8 @@ INT_PTR MainWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       return OnDpiChanged(LOWORD(wParam), reinterpret_cast<const RECT*>(lParam));
     case WM_SETTINGCHANGE:
       return OnSettingChanged(wParam);
+    case WM_SYSCOLORCHANGE:
+      return OnColorsChanged();
     case WM_CTLCOLORSTATIC:
       return OnBoxColors(reinterpret_cast<HDC>(wParam), reinterpret_cast<HWND>(lParam));
     case kLostFocusMessage:
@@ -55,7 +57,11 @@ INT_PTR MainWindow::OnCommand(int dialogId, UINT code) {
   const auto id = ControlOfDialogId(dialogId);
   if (!id) return FALSE;
   const ControlKind kind = LayoutOf(*id).kind;
-  if (kind != ControlKind::Button && code == EN_SETFOCUS) MakeOkTheDefault();
+  if (kind == ControlKind::TextBox && code == EN_CHANGE) ShowsAll(ControlOf(*id));
+  if (kind != ControlKind::Button && code == EN_SETFOCUS) {
+    // Who types a number and presses Enter means to dial it; while it cannot be dialed, nothing is meant.
+    MakeDefault(*id == ControlId::txtNumber ? ControlId::cmdWahl : ControlId::cmdSave);
+  }
   if (showing_) return FALSE;
   if (kind == ControlKind::Button && code == BN_CLICKED) {
     // Enter and Esc come here even when the button that they stand for is disabled.
@@ -68,14 +74,14 @@ INT_PTR MainWindow::OnCommand(int dialogId, UINT code) {
 
 INT_PTR MainWindow::OnNotify(const NMHDR& header) {
   if (header.hwndFrom != ControlOf(ControlId::lstTAPI)) return FALSE;
-  if (header.code == static_cast<UINT>(NM_SETFOCUS)) MakeOkTheDefault();
+  if (header.code == static_cast<UINT>(NM_SETFOCUS)) MakeDefault(ControlId::cmdSave);
   list_.OnNotify(header, *input_);
   return FALSE;
 }
 
-void MainWindow::MakeOkTheDefault() const {
+void MainWindow::MakeDefault(ControlId button) const {
   // A button that had the keyboard keeps Enter to itself when the mouse moves the keyboard elsewhere.
-  SendMessageW(window_.Get(), DM_SETDEFID, static_cast<WPARAM>(DialogIdOf(ControlId::cmdSave)), 0);
+  SendMessageW(window_.Get(), DM_SETDEFID, static_cast<WPARAM>(DialogIdOf(button)), 0);
 }
 
 INT_PTR MainWindow::OnTimer(WPARAM number) {
@@ -94,7 +100,9 @@ INT_PTR MainWindow::OnMoved() {
 }
 
 INT_PTR MainWindow::OnResized(WPARAM how) {
-  if (showing_ || how == SIZE_MINIMIZED) return FALSE;
+  if (how == SIZE_MINIMIZED) return FALSE;
+  if (SurplusNow() != surplus_) PlaceControls();
+  if (showing_) return FALSE;
   RECT place{};
   GetWindowRect(window_.Get(), &place);
   input_->Resized(ToTwips(place.right - place.left, dpi_), ToTwips(place.bottom - place.top, dpi_));
@@ -104,28 +112,31 @@ INT_PTR MainWindow::OnResized(WPARAM how) {
 }
 
 INT_PTR MainWindow::OnLimits(MINMAXINFO& limits) const {
-  // The controls keep their places, so there is nothing to gain beyond these sizes.
-  const int width = LengthToPixels(kFormWidth, dpi_);
-  limits.ptMinTrackSize = {width, LengthToPixels(kFormHeightCollapsed, dpi_)};
-  limits.ptMaxTrackSize = {width, LengthToPixels(kFormHeightExpanded, dpi_)};
+  // Below these sizes something would be cut.
+  limits.ptMinTrackSize = {LengthToPixels(kFormWidth, dpi_), LengthToPixels(kFormHeightCollapsed, dpi_)};
   return TRUE;
 }
 
 INT_PTR MainWindow::OnDpiChanged(unsigned dpi, const RECT* suggested) {
   const Scope scope(showing_);
   dpi_ = dpi;
-  Scale();
   RECT place{};
   GetWindowRect(window_.Get(), &place);
   if (suggested != nullptr) place = *suggested;  // where the window stays under the mouse that drags it
   const FormWindow& form = controls_->form;
   SetWindowPos(window_.Get(), nullptr, place.left, place.top, LengthToPixels(form.Width(), dpi_),
                LengthToPixels(form.Height(), dpi_), SWP_NOZORDER | SWP_NOACTIVATE);
+  Scale();
   return TRUE;
 }
 
 INT_PTR MainWindow::OnSettingChanged(WPARAM which) {
   if (which == SPI_SETNONCLIENTMETRICS) Scale();
+  return FALSE;
+}
+
+INT_PTR MainWindow::OnColorsChanged() {
+  list_.Recolored();
   return FALSE;
 }
 

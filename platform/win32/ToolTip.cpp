@@ -2,13 +2,18 @@
 
 #include <commctrl.h>
 
+#include "platform/win32/WindowGeometry.h"
+
 namespace fonklav {
 
 void ToolTip::Attach(HWND dialog, HINSTANCE instance) {
-  constexpr LPARAM widest = 400;  // longer texts take several lines
   window_ = CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX, 0, 0, 0,
                             0, dialog, nullptr, instance, nullptr);
-  SendMessageW(window_, TTM_SETMAXTIPWIDTH, 0, widest);
+}
+
+void ToolTip::Rescaled(unsigned dpi) const {
+  constexpr float widest = 6000;  // twips; longer texts take several lines
+  SendMessageW(window_, TTM_SETMAXTIPWIDTH, 0, LengthToPixels(widest, dpi));
 }
 
 void ToolTip::Show(HWND control, const std::wstring& text) {

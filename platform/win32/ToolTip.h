@@ -12,6 +12,8 @@ class ToolTip {
  public:
   /// Makes the tooltip window, which goes with the dialog.
   void Attach(HWND dialog, HINSTANCE instance);
+  /// The screen has this resolution now.
+  void Rescaled(unsigned dpi) const;
   /// Gives the control this tooltip; none when the text is empty.
   void Show(HWND control, const std::wstring& text);
 

@@ -7,7 +7,7 @@
 namespace fonklav {
 namespace {
 
-std::wstring ExecutablePath() {
+std::wstring ModulePath() {
   std::wstring path(MAX_PATH, L'\0');
   for (;;) {
     const DWORD count = GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
@@ -17,6 +17,17 @@ std::wstring ExecutablePath() {
     }
     path.resize(path.size() * 2);  // cut off: the path is longer than the buffer
   }
+}
+
+/// The program's file by its long name: a start by a short (8.3) name is a start of the same program in the same
+/// folder.
+std::wstring ExecutablePath() {
+  const std::wstring path = ModulePath();
+  std::wstring full(GetLongPathNameW(path.c_str(), nullptr, 0), L'\0');
+  const DWORD count = GetLongPathNameW(path.c_str(), full.data(), static_cast<DWORD>(full.size()));
+  if (count == 0 || count >= full.size()) return path;  // a folder on the way may not be looked into
+  full.resize(count);
+  return full;
 }
 
 }  // namespace

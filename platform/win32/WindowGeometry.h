@@ -68,14 +68,48 @@ inline constexpr float kTwipsPerInch = 1440;
   return {left, top, left + width, top + height};
 }
 
+/// What the user has added to the window: pixels that it is wider than at the start and higher than expanded.
+struct Surplus {
+  int across{0};
+  int down{0};
+  bool operator==(const Surplus&) const = default;
+};
+
+/// The surplus of a window with these outer sizes.
+[[nodiscard]] inline Surplus SurplusOf(int width, int height, unsigned dpi) {
+  return {std::max(0, width - LengthToPixels(kFormWidth, dpi)),
+          std::max(0, height - LengthToPixels(kFormHeightExpanded, dpi))};
+}
+
+/// Both ends of a control on one axis, given where they are without a surplus.
+inline void Grow(Growth growth, int surplus, int& from, int& to) {
+  if (growth == Growth::Moves) from += surplus;
+  if (growth != Growth::Stays) to += surplus;
+}
+
 /// A control's place in the inner area of the window, its frame's place added.
-[[nodiscard]] inline PixelRect PlaceOf(const LayoutRow& row, unsigned dpi) {
+[[nodiscard]] inline PixelRect PlaceOf(const LayoutRow& row, unsigned dpi, const Surplus& surplus = {}) {
   const bool framed = row.frame != row.id;
   const float left = static_cast<float>(row.left + (framed ? LayoutOf(row.frame).left : 0));
   const float top = static_cast<float>(row.top + (framed ? LayoutOf(row.frame).top : 0));
-  return {PositionToPixels(left, dpi), PositionToPixels(top, dpi),
-          PositionToPixels(left + static_cast<float>(row.width), dpi),
-          PositionToPixels(top + static_cast<float>(row.height), dpi)};
+  PixelRect place{PositionToPixels(left, dpi), PositionToPixels(top, dpi),
+                  PositionToPixels(left + static_cast<float>(row.width), dpi),
+                  PositionToPixels(top + static_cast<float>(row.height), dpi)};
+  Grow(row.across, surplus.across, place.left, place.right);
+  Grow(row.down, surplus.down, place.top, place.bottom);
+  return place;
+}
+
+/// The height of a font as LOGFONT has it: `wanted`, unless its line of `lineHeight` pixels is higher than the lowest
+/// label, which would cut captions. A positive height is that of the line, so the label's own height is the answer
+/// then.
+[[nodiscard]] inline int FittingFontHeight(int wanted, int lineHeight, unsigned dpi) {
+  int room = std::numeric_limits<int>::max();
+  for (const LayoutRow& row : Layout()) {
+    const PixelRect place = PlaceOf(row, dpi);
+    if (row.kind == ControlKind::Label) room = std::min(room, place.bottom - place.top);
+  }
+  return lineHeight > room ? room : wanted;
 }
 
 /// Whether the window shows a control now: nothing of a hidden frame is shown, and nothing of the lower panels while

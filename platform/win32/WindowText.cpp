@@ -18,15 +18,22 @@ void ShowText(HWND window, const std::wstring& text) {
   if (TextOf(window) != text) SetWindowTextW(window, text.c_str());
 }
 
-void ShowGrowingText(HWND box, const std::wstring& text) {
-  const std::wstring shown = TextOf(box);
-  if (!text.starts_with(shown)) {
-    SetWindowTextW(box, text.c_str());
-  } else if (text.size() > shown.size()) {
-    SendMessageW(box, EM_SETSEL, shown.size(), static_cast<LPARAM>(shown.size()));
-    SendMessageW(box, EM_REPLACESEL, FALSE, reinterpret_cast<LPARAM>(text.c_str() + shown.size()));
-  }
-  SendMessageW(box, EM_SETSEL, text.size(), static_cast<LPARAM>(text.size()));
+void ShowOneLine(HWND box, const std::wstring& text) {
+  const std::wstring shown = OneLine(text);
+  ShowText(box, shown);
+  if (shown == text) return ShowsAll(box);
+  SetWindowLongPtrW(box, GWLP_USERDATA, 1);
+  SendMessageW(box, EM_EMPTYUNDOBUFFER, 0, 0);  // an edit of before is none of this text
+}
+
+bool ShowsBeginning(HWND box) { return GetWindowLongPtrW(box, GWLP_USERDATA) != 0; }
+
+void ShowsAll(HWND box) { SetWindowLongPtrW(box, GWLP_USERDATA, 0); }
+
+void AppendText(HWND box, const std::wstring& added) {
+  const int end = GetWindowTextLengthW(box);
+  SendMessageW(box, EM_SETSEL, static_cast<WPARAM>(end), end);
+  SendMessageW(box, EM_REPLACESEL, FALSE, reinterpret_cast<LPARAM>(added.c_str()));
   SendMessageW(box, EM_SCROLLCARET, 0, 0);
 }
 

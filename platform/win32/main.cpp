@@ -5,7 +5,6 @@
 
 #include "app/Program.h"
 #include "platform/win32/MainWindow.h"
-#include "platform/win32/WideText.h"
 #include "platform/win32/Win32Clock.h"
 #include "platform/win32/Win32CodePage.h"
 #include "platform/win32/Win32DdeTransport.h"
@@ -41,11 +40,8 @@ struct System {
   Win32Telephony telephony;
 };
 
-void Run(HINSTANCE instance) {
-  System system(instance);
-  auto program = std::make_unique<Program>(Ports{system.clock, system.codePage, system.dde, system.files, system.icons,
-                                                 system.messageBoxes, system.loop, system.numberLocale, system.profile,
-                                                 system.process, system.shellFolders, system.telephony});
+/// The program's whole life. It may be gone when this returns.
+void Live(System& system, std::unique_ptr<Program>& program) {
   system.window.Create(program->Controls(), program->Input(), [&] {
     // The process may end at once, so what the program still has to say and to write is done now; but not beneath a
     // handler of its own that waits for a message box.
@@ -55,15 +51,36 @@ void Run(HINSTANCE instance) {
   system.window.Destroy();
 }
 
+/// The exit code of the process.
+int Run(HINSTANCE instance) {
+  System system(instance);
+  auto program = std::make_unique<Program>(Ports{system.clock, system.codePage, system.dde, system.files, system.icons,
+                                                 system.messageBoxes, system.loop, system.numberLocale, system.profile,
+                                                 system.process, system.shellFolders, system.telephony});
+  try {
+    Live(system, program);
+    return 0;
+  } catch (const std::exception& fault) {
+    if (!program) throw;
+    system.window.Destroy();
+    program->ReportFault(fault.what());
+    return 1;
+  }
+}
+
+/// Tells of a fault where there is no program that could.
+void ReportFault(const std::exception& fault) {
+  Win32MessageBoxes([] { return HWND{}; }).Show(fault.what(), kMessageBoxCritical, "Rufmon - FonklavTAPI");
+}
+
 }  // namespace
 }  // namespace fonklav
 
 int WINAPI wWinMain(HINSTANCE instance, HINSTANCE /*previous*/, PWSTR /*arguments*/, int /*show*/) {
   try {
-    fonklav::Run(instance);
-    return 0;
+    return fonklav::Run(instance);
   } catch (const std::exception& fault) {
-    MessageBoxW(nullptr, fonklav::Wide(fault.what()).c_str(), L"FonklavTAPI", MB_ICONERROR);
+    fonklav::ReportFault(fault);
     return 1;
   }
 }

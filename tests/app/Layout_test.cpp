@@ -26,8 +26,8 @@ bool IsPanel(ControlId id) { return id == frmInfo0 || id == frmInfo1; }
 
 bool InPanel(const LayoutRow& row) { return IsPanel(row.frame); }
 
-bool Overlap(const LayoutRow& a, const LayoutRow& b) {
-  return a.left < b.left + b.width && b.left < a.left + a.width && a.top < b.top + b.height && b.top < a.top + a.height;
+bool Overlap(const PixelRect& a, const PixelRect& b) {
+  return a.left < b.right && b.left < a.right && a.top < b.bottom && b.top < a.bottom;
 }
 
 /// The letter behind the "&", as a person presses it; 0 when there is none.
@@ -70,7 +70,10 @@ TEST_P(LayoutShown, NothingLiesOverAnything) {
     for (const LayoutRow& other : shown) {
       const bool beside = one.id < other.id && (one.frame == one.id) == (other.frame == other.id);
       if (!beside || (one.frame != one.id && one.frame != other.frame)) continue;
-      EXPECT_FALSE(Overlap(one, other)) << static_cast<int>(one.id) << " and " << static_cast<int>(other.id);
+      for (const Surplus& surplus : {Surplus{}, Surplus{300, 0}, Surplus{1, 500}}) {
+        const bool overlap = Overlap(PlaceOf(one, kNormalDpi, surplus), PlaceOf(other, kNormalDpi, surplus));
+        EXPECT_FALSE(overlap) << static_cast<int>(one.id) << " and " << static_cast<int>(other.id);
+      }
     }
   }
 }
@@ -111,12 +114,14 @@ TEST(Layout, ThePanelsShareOnePlaceBelowTheRest) {
   }
 }
 
-// At 9 points an average character of the message fonts is 6 to 7 pixels wide and a line 15 high.
+// At 9 points an average character of the message fonts is 6 to 7 pixels wide and a line 15 high; where the user has
+// texts made bigger, a line fills the lowest label and characters have grown alike.
 TEST(Layout, TextsHaveRoom) {
+  const int lineHeight = FittingFontHeight(0, 1000, kNormalDpi);
   for (const LayoutRow& row : Layout()) {
     const int padding = row.kind == ControlKind::Button ? 16 : 0;
-    const int perLine = (row.width / kTwipsPerPixel - padding) / 7;
-    const int lines = row.kind == ControlKind::Label ? row.height / kTwipsPerPixel / 15 : 1;
+    const int perLine = (row.width / kTwipsPerPixel - padding) * 15 / (7 * lineHeight);
+    const int lines = row.kind == ControlKind::Label ? row.height / kTwipsPerPixel / lineHeight : 1;
     const std::size_t marks = AccessKey(row.text) != 0 ? 1 : 0;  // not drawn
     EXPECT_LE(CharacterCount(row.text) - marks, static_cast<std::size_t>(perLine * lines)) << row.text;
   }

@@ -65,5 +65,50 @@ TEST(WindowGeometry, AWindowThatNobodyCouldReachIsShownOnTheNearestScreen) {
       << "a window larger than the screen keeps its title bar in sight";
 }
 
+struct GrowthRow {
+  ControlId id;
+  PixelRect change;  // of a window that is 100 pixels wider and 60 higher than it starts
+};
+
+TEST(WindowGeometry, WhatTheUserAddsGoesToListAndBoxes) {
+  using enum ControlId;
+  constexpr std::array rows{
+      GrowthRow{Frame2, {0, 0, 100, 0}},
+      GrowthRow{lstTAPI, {0, 0, 100, 0}},
+      GrowthRow{lbLineIDActive, {0, 0, 100, 0}},
+      GrowthRow{txtSettVW, {100, 0, 100, 0}},
+      GrowthRow{cmdInfo0, {100, 0, 100, 0}},
+      GrowthRow{cmdExit, {100, 0, 100, 0}},
+      GrowthRow{frmInfo0, {0, 0, 100, 60}},
+      GrowthRow{txtLineInfo, {0, 0, 100, 60}},
+      GrowthRow{frmInfo1, {0, 0, 100, 60}},
+      GrowthRow{txtTestStatus, {0, 0, 100, 60}},
+      GrowthRow{Label1, {0, 0, 0, 0}},
+      GrowthRow{cmdHangUp, {100, 0, 100, 0}},
+      GrowthRow{cmdLogClear, {100, 60, 100, 60}},
+  };
+  for (const unsigned dpi : {96U, 192U}) {
+    const int width = LengthToPixels(kFormWidth, dpi);
+    const int height = LengthToPixels(kFormHeightExpanded, dpi);
+    const Surplus surplus = SurplusOf(width + 100, height + 60, dpi);
+    for (const auto& [id, change] : rows) {
+      PixelRect wanted = PlaceOf(LayoutOf(id), dpi);
+      wanted = {wanted.left + change.left, wanted.top + change.top, wanted.right + change.right,
+                wanted.bottom + change.bottom};
+      EXPECT_EQ(PlaceOf(LayoutOf(id), dpi, surplus), wanted) << static_cast<int>(id);
+    }
+    // A window that is lower than expanded, or still on its way to another scale, moves nothing.
+    EXPECT_EQ(SurplusOf(width - 100, height - 1, dpi), Surplus{});
+  }
+}
+
+TEST(WindowGeometry, TheFontFitsTheLowestLabel) {
+  EXPECT_EQ(FittingFontHeight(-12, 15, 96), -12);
+  EXPECT_EQ(FittingFontHeight(-14, 17, 96), -14);
+  EXPECT_EQ(FittingFontHeight(-15, 18, 96), 17);
+  EXPECT_EQ(FittingFontHeight(-27, 36, 96), 17);
+  EXPECT_EQ(FittingFontHeight(-27, 36, 192), 34);
+}
+
 }  // namespace
 }  // namespace fonklav::test
