@@ -22,6 +22,17 @@ std::chrono::milliseconds Milliseconds(const std::string& text) {
   return std::chrono::milliseconds(std::strtol(text.c_str(), nullptr, 10));
 }
 
+/// The dialog that a process shows; null when it shows none.
+HWND ShownDialogOf(DWORD processId) {
+  HWND dialog = nullptr;
+  while ((dialog = FindWindowExA(nullptr, dialog, "#32770", nullptr)) != nullptr) {
+    DWORD owner = 0;
+    GetWindowThreadProcessId(dialog, &owner);
+    if (owner == processId && IsWindowVisible(dialog) != FALSE) return dialog;
+  }
+  return nullptr;
+}
+
 }  // namespace
 
 Script::Script(std::string dialer, Speech speech) : dialerPath_(std::move(dialer)) {
@@ -52,7 +63,9 @@ const std::vector<Script::Entry>& Script::Commands() {
                                            {"release", &Script::Release},
                                            {"append", &Script::Append},
                                            {"knock", &Script::Knock},
-                                           {"lock", &Script::Lock}};
+                                           {"lock", &Script::Lock},
+                                           {"cover", &Script::Cover},
+                                           {"tell", &Script::Tell}};
   return commands;
 }
 
@@ -175,6 +188,22 @@ void Script::Knock(const std::string& path) {
 void Script::Lock(const std::string& path) {
   held_.push_back(LockOf(path));
   if (!held_.back()) Fail("cannot lock " + path);
+}
+
+void Script::Cover(const std::string&) {
+  const int width = GetSystemMetrics(SM_CXSCREEN);
+  const int height = GetSystemMetrics(SM_CYSCREEN);
+  cover_.reset(
+      CreateWindowExA(0, "STATIC", "", WS_POPUP | WS_VISIBLE, 0, 0, width, height, nullptr, nullptr, nullptr, nullptr));
+  if (!cover_ || SetForegroundWindow(cover_.get()) == FALSE) Fail("cannot cover the screen");
+}
+
+void Script::Tell(const std::string& messageAndParameter) {
+  const auto message = static_cast<UINT>(std::strtoul(messageAndParameter.c_str(), nullptr, 0));
+  const std::string parameter = messageAndParameter.substr(messageAndParameter.find(' ') + 1);
+  const HWND window = ShownDialogOf(dialer_.Id());
+  if (window == nullptr) return Fail("the dialer shows no window");
+  SendMessageA(window, message, static_cast<WPARAM>(std::strtoul(parameter.c_str(), nullptr, 0)), 0);
 }
 
 void Script::OnReport(const std::string& bytes) {

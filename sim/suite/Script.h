@@ -8,6 +8,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <vector>
 
 #include "sim/suite/DialerProcess.h"
@@ -33,6 +34,11 @@ class Script {
   [[nodiscard]] bool Ok() const { return ok_; }
 
  private:
+  struct WindowCloser {
+    void operator()(HWND window) const noexcept { DestroyWindow(window); }
+  };
+  using UniqueCover = std::unique_ptr<std::remove_pointer_t<HWND>, WindowCloser>;
+
   /// A command gets the rest of its line.
   using Command = void (Script::*)(const std::string& rest);
   struct Entry {
@@ -59,6 +65,8 @@ class Script {
   void Append(const std::string& pathAndText);
   void Knock(const std::string& path);
   void Lock(const std::string& path);
+  void Cover(const std::string&);
+  void Tell(const std::string& messageAndParameter);
 
   void OnReport(const std::string& bytes);
   /// Pumps until `met` or the time is over; says whether it was met.
@@ -77,6 +85,7 @@ class Script {
   bool clearNow_{false};
   bool ok_{true};
   std::vector<HeldFile> held_;  ///< files and locks that nobody else can have
+  UniqueCover cover_;           ///< a window over the whole screen
   std::unique_ptr<Server> server_;
 };
 

@@ -8,7 +8,9 @@ from stories import (ANSWERED, CALL_UP, DIALED, SETTINGS, STARTED, calls, case, 
 WINDOW = "Rufmon -  TAPI Wählhilfe Einstellungen"
 B_BOUND = ["Init2LastOK|1", "line|B"]
 ROW = 17  # pixels from one entry of the list to the next, at 96 dpi
-COLLAPSED, EXPANDED = 229, 446  # 3435 and 6690 twips
+COLLAPSED, EXPANDED, WIDTH = 229, 446, 472  # 3435, 6690 and 7080 twips
+MINIMIZE_BOX = (-50, 12)  # from the window's upper right corner
+WM_SYSCOLORCHANGE, WM_DPICHANGED = 0x15, 0x2E0
 CLOSE_BOX = (-14, 12)  # from the window's upper right corner
 
 
@@ -116,11 +118,109 @@ def panels(name):
                         window.top + 60, "mouseup", 1)
         wait_until("shrunk by hand", lambda: session.window(WINDOW)[0].height == COLLAPSED)
         press("Test", (EXPANDED, "test", "Edit"))
+        drag(session, 0, 0, by=(100, 60))
+        wait_until("grown by hand", lambda: session.window(WINDOW)[0].height == EXPANDED + 60)
+        press("Test", (COLLAPSED, "none", "Button"))
+        equal(session.window(WINDOW)[0].width, WIDTH + 100)
+
+
+def drag(session, right, bottom, by):
+    """Drags the window's lower right corner."""
+    window = session.window(WINDOW)[0]
+    x, y = window.left + window.width - 2 + right, window.top + window.height - 2 + bottom
+    session.xdotool("mousemove", x, y, "mousedown", 1, "mousemove", x + by[0] // 2, y + by[1] // 2, "mousemove",
+                    x + by[0], y + by[1], "mouseup", 1)
+
+
+@case("grown-by-hand")
+def grown(name):
+    """What the user adds goes to list and boxes, the buttons keep their corner; the system's changes keep the ticks."""
+    with dialer(name, "device name=B") as session:
+        session.start(SETTINGS, "/sett")
+        expect_reports(session, STARTED)
+        session.press(session.window(WINDOW), "Test")
+        session.wait_for_control("Nummer")
+        before = session.window(WINDOW)
+        drag(session, 0, 0, by=(100, 60))
+        wait_until("grown", lambda: session.window(WINDOW)[0].height == EXPANDED + 60)
+        changes = {}
+        for old, new in zip(before, session.window(WINDOW)):
+            key = new.window_class if new.window_class in ("SysListView32", "#32770") else new.caption
+            changes[key or f"box {len(changes)}"] = (new.left - old.left, new.top - old.top, new.width - old.width,
+                                                     new.height - old.height)
+        for key, change in {"SysListView32": (0, 0, 100, 0), "ISDN-Line1": (0, 0, 100, 0), "OK": (100, 0, 0, 0),
+                            "Auflegen": (100, 0, 0, 0), "Test ": (0, 0, 100, 60), "clear": (100, 60, 0, 0)}.items():
+            equal(changes[key], change, f"{key}: {changes}")
+        assert (0, 0, 100, 60) in [change for key, change in changes.items() if key.startswith("box")], changes
+        session.do(f"tell {WM_SYSCOLORCHANGE} 0")
+        session.do(f"tell {WM_DPICHANGED} {144 << 16 | 144}")
+        wait_until("scaled", lambda: session.window(WINDOW)[0].width == (WIDTH + 100) * 3 // 2)
+        before, after = (control(items, "SysListView32") for items in (before, session.window(WINDOW)))
+        equal((after.ticks, after.height), ("0", before.height * 3 // 2))
+        expect_reports(session, STARTED)
+
+
+@case("settings-brings-the-window-back")
+def brought_back(name):
+    """Minimised or covered, the command shows it; a message of a hidden program lies above what the user looks at."""
+    with dialer(name) as session:
+        session.start(SETTINGS, "/sett")
+        expect_reports(session, STARTED)
+        before = session.window(WINDOW)[0]
+        session.click(before.left + before.width + MINIMIZE_BOX[0], before.top + MINIMIZE_BOX[1])
+        wait_until("minimised", lambda: session.window(WINDOW)[0].width != before.width)
+        session.send("settings")
+        wait_until("restored", lambda: session.window(WINDOW)[0] == before)
+        session.do("cover")
+        session.send("settings")
+        expect_reports(session, [*STARTED, "cmd|quitt", "cmd|quitt"])
+        session.press(session.window(WINDOW), "Abbrechen")
+        wait_until("the click reached the window", lambda: hidden(session))
+        session.do("terminate")
+        session.wait("dialer ended", who="suite")
+        session.start(SETTINGS, "nobody starts it so")
+        box = session.window("Rufmon - FonklavTAPI")
+        session.do("cover")
+        session.press(box, "OK")
+        session.wait("dialer ended", who="suite")
+
+
+@case("a-long-number-is-dialed-or-replaced-as-a-whole")
+def long_number(name):
+    """A number that is shown by its beginning only: left alone it is dialed, one edit replaces all of it."""
+    number = "0301234567" * 150
+    with dialer(name, CALL_UP) as session:
+        session.start(SETTINGS, "42")
+        expect_reports(session, STARTED)
+        session.send("settings")
+        session.press(session.window(WINDOW), "Test")
+        session.wait_for_control("Wählen")
+        type_into(session, 1, ["ctrl+a", "ctrl+c"])
+
+        def shown():
+            return control(session.window(WINDOW), "Edit", 1).text
+
+        for keys_pressed, left in ((["End"], number[:1000] + "…"), (["7"], "7"), (["BackSpace"], ""),
+                                   (["Delete"], ""), (["ctrl+v"], "42"), (["shift+Insert"], "42"), (["ctrl+x"], ""),
+                                   (["7", "ctrl+z"], "7")):
+            session.send(f"cmd|call|{number}")
+            session.wait("anzlog|Verbunden")
+            session.xdotool("key", *keys_pressed)
+            wait_until(f"{keys_pressed}: {shown()[:20]}", lambda left=left: shown() == left)
+            session.send("cmd|hangup")
+            session.wait("anzlog|Leerlauf")
+            if keys_pressed != ["End"]:
+                continue
+            session.xdotool("key", "Return")  # nobody has touched it: all of it is dialed
+            session.wait("anzlog|Verbunden")
+            equal([number in line for line in calls(session, "lineTranslateAddress")], [True, True])
+            session.send("cmd|hangup")
+            session.wait("anzlog|Leerlauf")
 
 
 @case("dialed-by-hand")
 def by_hand(name):
-    """A number typed, copied and pasted, dialed and dropped by the buttons; the far end is the simulator's."""
+    """A number typed, copied and pasted, dialed by Enter and dropped by the button; the far end is the simulator's."""
     with dialer(name, CALL_UP) as session:
         session.start(SETTINGS, "/sett")
         wait_for_reports(session, len(STARTED))
@@ -128,8 +228,10 @@ def by_hand(name):
         session.wait_for_control("Wählen")
         type_into(session, 1, ["0", "3", "0", "ctrl+a", "ctrl+c", "End", "ctrl+v"])
         session.wait_for_control("030030")
-        session.press(session.window(WINDOW), "Wählen")
+        session.xdotool("key", "Return")
         heard = [*STARTED, *DIALED[1:], *ANSWERED]
+        expect_reports(session, heard)
+        session.xdotool("key", "Return")  # there is nothing to dial while a call is up
         expect_reports(session, heard)
         status = control(session.window(WINDOW), "Edit", 2)
         equal(status.text.split(), "Anmeldung >> ISDN-Line1 Vorbereitung Wählen Klingeln Verbunden".split())
@@ -137,6 +239,9 @@ def by_hand(name):
         session.wait("anzlog|Leerlauf")
         session.press(session.window(WINDOW), "clear")
         wait_until("the status box is empty", lambda: control(session.window(WINDOW), "Edit", 2).text == "")
+        type_into(session, 0, ["Return"])
+        wait_until("Enter is OK elsewhere", lambda: hidden(session))
+        equal(session.reports()[-1], "cmd|settchange")
 
 
 @case("a-click-on-a-line-shows-its-report")
