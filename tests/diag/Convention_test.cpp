@@ -43,6 +43,7 @@ class FaultyView : public FakeView {
     if (id == faulty) throw std::runtime_error("no such window");
     FakeView::ControlChanged(id);
   }
+  void TextAppended(ControlId id, const std::string& /*added*/) override { ControlChanged(id); }
   std::optional<ControlId> faulty;
 };
 
