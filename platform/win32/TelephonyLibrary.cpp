@@ -20,17 +20,17 @@ HMODULE LoadByPath() {
 
 }  // namespace
 
-HMODULE TelephonyLibrary::Loaded() {
+HMODULE TelephonyLibrary::Loaded(const FunctionName& wanted) {
   if (module_) return module_.Get();
   module_.Reset(LoadLibraryExW(kFileName, nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32));
   if (!module_ && GetLastError() == ERROR_INVALID_PARAMETER) module_.Reset(LoadByPath());
-  if (!module_) throw RunTimeError(ErrorNumber::FileNotFound, "File not found: " + Utf8(kFileName));
+  if (!module_) throw RunTimeError(ErrorNumber::FileNotFound, "File not found: " + Utf8(kFileName), wanted.line);
   return module_.Get();
 }
 
-void TelephonyLibrary::ThrowMissing(const char* name) {
+void TelephonyLibrary::ThrowMissing(const FunctionName& wanted) {
   throw RunTimeError(ErrorNumber::DllEntryPointNotFound,
-                     std::string("Can't find DLL entry point ") + name + " in " + Utf8(kFileName));
+                     std::string("Can't find DLL entry point ") + wanted.name + " in " + Utf8(kFileName), wanted.line);
 }
 
 }  // namespace fonklav

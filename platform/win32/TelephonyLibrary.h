@@ -11,18 +11,26 @@ namespace fonklav {
 /// beside the program or in the current folder must never get to run.
 class TelephonyLibrary {
  public:
-  /// Calls the library's function `name` with exactly these argument types. Throws RunTimeError 53 when the library is
-  /// missing and 453 when it lacks the function.
+  /// One of the library's functions, and the line that wants it: the error log names that line.
+  struct FunctionName {
+    FunctionName(const char* text, int where = __builtin_LINE())  // NOLINT(google-explicit-constructor)
+        : name(text), line(where) {}
+    const char* name;
+    int line;
+  };
+
+  /// Calls the library's function with exactly these argument types. Throws RunTimeError 53 when the library is missing
+  /// and 453 when it lacks the function.
   template <typename... Args>
-  std::int32_t Call(const char* name, Args... args) {
-    const auto function = FunctionOf<LONG(WINAPI*)(Args...)>(Loaded(), name);
-    if (function == nullptr) ThrowMissing(name);
+  std::int32_t Call(FunctionName wanted, Args... args) {
+    const auto function = FunctionOf<LONG(WINAPI*)(Args...)>(Loaded(wanted), wanted.name);
+    if (function == nullptr) ThrowMissing(wanted);
     return function(args...);
   }
 
  private:
-  HMODULE Loaded();
-  [[noreturn]] static void ThrowMissing(const char* name);
+  HMODULE Loaded(const FunctionName& wanted);
+  [[noreturn]] static void ThrowMissing(const FunctionName& wanted);
 
   UniqueModule module_;
 };
