@@ -88,6 +88,7 @@ class Session:
                 self.suite.kill()
         for pid in self.dialers():
             os.kill(pid, signal.SIGKILL)
+        (self.folder / "conversation.txt").write_text(f"{self}\n", encoding="utf-8")
 
     # What the main program does.
 

@@ -29,12 +29,14 @@ void CALLBACK DealtWith(HWND /*asked*/, UINT /*message*/, ULONG_PTR link, LRESUL
 
 UniqueAtom Atom(std::string_view name) { return UniqueAtom{GlobalAddAtomA(std::string(name).c_str())}; }
 
-/// Whether an atom stands for this name. Its number says nothing once our own atom of that name has been deleted.
-bool Names(ATOM atom, const std::string& name) {
+/// What an atom stands for, empty when it stands for nothing any more. Atoms are told apart by it: the number of one
+/// says nothing once our own atom of that name has been deleted.
+std::string NameOf(ATOM atom) {
   std::array<char, 256> text{};  // no atom's name is longer
-  GlobalGetAtomNameA(atom, text.data(), static_cast<int>(text.size()));
-  return lstrcmpiA(text.data(), name.c_str()) == 0;
+  return {text.data(), GlobalGetAtomNameA(atom, text.data(), static_cast<int>(text.size()))};
 }
+
+bool SameName(const std::string& left, const std::string& right) { return lstrcmpiA(left.c_str(), right.c_str()) == 0; }
 
 /// Memory that DDE may hand to another process.
 UniqueMemory Share(const void* bytes, std::size_t size, std::size_t allocated) {
@@ -164,7 +166,7 @@ void Win32DdeTransport::OnDealtWith() {
 }
 
 void Win32DdeTransport::OnInitiateAnswer(HWND server, LPARAM atoms) {
-  if (!Names(LOWORD(atoms), application_) || !Names(HIWORD(atoms), topic_)) return;
+  if (!SameName(NameOf(LOWORD(atoms)), application_) || !SameName(NameOf(HIWORD(atoms)), topic_)) return;
   const UniqueAtom application{LOWORD(atoms)};
   const UniqueAtom topic{HIWORD(atoms)};
   if (partner_ == nullptr && sink_ != nullptr) {
@@ -209,7 +211,10 @@ void Win32DdeTransport::OnData(LPARAM lParam) {
   UINT_PTR item = 0;
   if (UnpackDDElParam(WM_DDE_DATA, lParam, &memory, &item) == FALSE) return;
   auto value = ReadValue(reinterpret_cast<HGLOBAL>(memory));
-  const bool accepted = value && value->IsText() && Names(static_cast<ATOM>(item), item_);
+  // Where several clients are linked, one of them may have deleted the item's only atom before the others get to read
+  // it.
+  const std::string named = NameOf(static_cast<ATOM>(item));
+  const bool accepted = value && value->IsText() && (named.empty() || SameName(named, item_));
   const bool answer = value && value->WantsAnswer();
   const bool ours = value && value->ToBeReleased() && (accepted || !answer);
   if (answer) {
