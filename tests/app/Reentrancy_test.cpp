@@ -66,15 +66,16 @@ void Work(Dialer& dialer) {
 }
 
 TEST_P(Inside, NothingDeadIsTouchedAndNothingIsLost) {
-  const auto& [function, arrival] = GetParam();
+  const std::string_view function = std::get<0>(GetParam());
+  const ArrivalRow& arrival = std::get<1>(GetParam());
   Dialer dialer(
       "device name=L\nlocation local=9\ncall reply after=5\ncall state CONNECTED after=10\n"
       "drop reply after=5\ndrop state IDLE after=10\n");
   dialer.StoreLine("L");
   dialer.Start("/run");
   int arrivals = 0;
-  dialer.sim.inside = [&, name = std::string_view(function)](std::string_view entered) {
-    if (entered == name && arrivals++ == 0) arrival.arrive(dialer);
+  dialer.sim.inside = [&](std::string_view entered) {
+    if (entered == function && arrivals++ == 0) arrival.arrive(dialer);
     EXPECT_LE(dialer.sim.OpenLines(), 1U);
   };
   Work(dialer);
