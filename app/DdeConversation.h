@@ -6,8 +6,8 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/Clock.h"
 #include "platform/DdeTransport.h"
+#include "platform/Ports.h"
 
 namespace fonklav {
 

@@ -1,5 +1,9 @@
 #include "app/Layout.h"
 
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
 namespace fonklav {
 namespace {
 
@@ -35,10 +39,100 @@ constexpr std::array<LayoutRow, kControlCount> kLayout{{
     {cmdLogClear, Button, frmInfo1, 5010, 2595, 1440, 375, Moves, Moves, "clear", ""},
 }};
 
+/// How far apart two stretches of one axis are; 0 when they touch or overlap.
+int GapBetween(int from, int to, int otherFrom, int otherTo) { return std::max({0, otherFrom - to, from - otherTo}); }
+
+/// Both ends of a control on one axis, given where they are without a surplus.
+void Grow(Growth growth, int surplus, int& from, int& to) {
+  if (growth == Growth::Moves) from += surplus;
+  if (growth != Growth::Stays) to += surplus;
+}
+
 }  // namespace
 
 const std::array<LayoutRow, kControlCount>& Layout() { return kLayout; }
 
 const LayoutRow& LayoutOf(ControlId id) { return kLayout.at(static_cast<std::size_t>(id)); }
+
+int PositionToPixels(float twips, unsigned dpi) {
+  constexpr float farOut = 30000;
+  const float pixels = twips * static_cast<float>(dpi) / kTwipsPerInch;
+  return std::isnan(pixels) ? 0 : static_cast<int>(std::lround(std::clamp(pixels, -farOut, farOut)));
+}
+
+int LengthToPixels(float twips, unsigned dpi) {
+  return static_cast<int>(std::floor(twips * static_cast<float>(dpi) / kTwipsPerInch + 0.01F));
+}
+
+float ToTwips(int pixels, unsigned dpi) { return static_cast<float>(pixels) * kTwipsPerInch / static_cast<float>(dpi); }
+
+PixelRect Reachable(const PixelRect& window, int titleHeight, std::span<const PixelRect> screens) {
+  const PixelRect* nearest = nullptr;
+  double least = std::numeric_limits<double>::max();
+  for (const PixelRect& screen : screens) {
+    const bool seen = window.left < screen.right && window.right > screen.left && window.top < screen.bottom &&
+                      window.top + titleHeight > screen.top;
+    if (seen) return window;
+    const double across = GapBetween(window.left, window.right, screen.left, screen.right);
+    const double down = GapBetween(window.top, window.top + titleHeight, screen.top, screen.bottom);
+    if (const double distance = std::hypot(across, down); distance < least) {
+      least = distance;
+      nearest = &screen;
+    }
+  }
+  if (nearest == nullptr) return window;
+  const int width = window.right - window.left;
+  const int height = window.bottom - window.top;
+  const int left = std::clamp(window.left, nearest->left, std::max(nearest->left, nearest->right - width));
+  const int top = std::clamp(window.top, nearest->top, std::max(nearest->top, nearest->bottom - height));
+  return {left, top, left + width, top + height};
+}
+
+Surplus SurplusOf(int width, int height, unsigned dpi) {
+  return {std::max(0, width - LengthToPixels(kFormWidth, dpi)),
+          std::max(0, height - LengthToPixels(kFormHeightExpanded, dpi))};
+}
+
+PixelRect PlaceOf(const LayoutRow& row, unsigned dpi, const Surplus& surplus) {
+  const bool framed = row.frame != row.id;
+  const float left = static_cast<float>(row.left + (framed ? LayoutOf(row.frame).left : 0));
+  const float top = static_cast<float>(row.top + (framed ? LayoutOf(row.frame).top : 0));
+  PixelRect place{PositionToPixels(left, dpi), PositionToPixels(top, dpi),
+                  PositionToPixels(left + static_cast<float>(row.width), dpi),
+                  PositionToPixels(top + static_cast<float>(row.height), dpi)};
+  Grow(row.across, surplus.across, place.left, place.right);
+  Grow(row.down, surplus.down, place.top, place.bottom);
+  return place;
+}
+
+int FittingFontHeight(int wanted, int lineHeight, unsigned dpi) {
+  int room = std::numeric_limits<int>::max();
+  for (const LayoutRow& row : Layout()) {
+    const PixelRect place = PlaceOf(row, dpi);
+    if (row.kind == ControlKind::Label) room = std::min(room, place.bottom - place.top);
+  }
+  return lineHeight > room ? room : wanted;
+}
+
+bool IsShown(FormControls& controls, ControlId id) {
+  const LayoutRow& row = LayoutOf(id);
+  const bool panel = row.frame == ControlId::frmInfo0 || row.frame == ControlId::frmInfo1;
+  if (panel && controls.form.Height() <= kFormHeightCollapsed) return false;
+  const auto visible = [&](ControlId which) {
+    const Control* control = controls.Find(which);
+    return control == nullptr || control->Visible();
+  };
+  return visible(id) && visible(row.frame);
+}
+
+std::optional<ControlId> LabelOf(ControlId id) {
+  const LayoutRow& row = LayoutOf(id);
+  const bool namesItself =
+      row.kind == ControlKind::Label || row.kind == ControlKind::Frame || row.kind == ControlKind::Button;
+  if (namesItself || id == Layout().front().id) return std::nullopt;
+  const LayoutRow& before = Layout().at(static_cast<std::size_t>(id) - 1);
+  if (before.kind == ControlKind::Label || before.kind == ControlKind::Frame) return before.id;
+  return row.frame != id ? std::optional(row.frame) : std::nullopt;
+}
 
 }  // namespace fonklav

@@ -1,8 +1,7 @@
 #include <algorithm>
 
 #include "app/fMain.h"
-#include "platform/CodePage.h"
-#include "platform/NumberLocale.h"
+#include "platform/Ports.h"
 #include "util/Procedure.h"
 #include "util/RunTimeError.h"
 #include "util/Text.h"

@@ -3,8 +3,8 @@
 #include <string>
 
 #include "config/ConfigState.h"
-#include "platform/CodePage.h"
 #include "platform/FileSystem.h"
+#include "platform/Ports.h"
 #include "util/Diagnostics.h"
 
 namespace fonklav {

@@ -4,9 +4,7 @@
 #include <string>
 
 #include "config/ConfigState.h"
-#include "platform/CodePage.h"
-#include "platform/NumberLocale.h"
-#include "platform/PrivateProfile.h"
+#include "platform/Ports.h"
 #include "util/Diagnostics.h"
 
 namespace fonklav {

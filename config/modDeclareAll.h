@@ -9,8 +9,7 @@
 #include "config/modAPI_INI.h"
 #include "config/modPrivateDummy.h"
 #include "config/modSystemPaths.h"
-#include "platform/NumberLocale.h"
-#include "platform/Process.h"
+#include "platform/Ports.h"
 #include "util/Diagnostics.h"
 
 namespace fonklav {

@@ -3,8 +3,7 @@
 #include <cstdint>
 #include <string>
 
-#include "platform/MessageBoxes.h"
-#include "platform/Process.h"
+#include "platform/Ports.h"
 #include "util/Diagnostics.h"
 
 namespace fonklav {

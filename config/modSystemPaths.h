@@ -3,8 +3,7 @@
 #include <cstdint>
 #include <string>
 
-#include "platform/CodePage.h"
-#include "platform/ShellFolders.h"
+#include "platform/Ports.h"
 #include "util/Diagnostics.h"
 
 namespace fonklav {

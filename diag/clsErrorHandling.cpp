@@ -7,6 +7,7 @@
 #include "diag/ParamArray.h"
 #include "util/Procedure.h"
 #include "util/RunTimeError.h"
+#include "util/Scope.h"
 
 // The error log. The trace and the debug logs are in clsErrorHandling_Trace.cpp.
 namespace fonklav {
@@ -25,18 +26,6 @@ std::string LineText(int line) {
 
 std::string TwoDigits(std::int64_t number) { return (number < 10 ? "0" : "") + std::to_string(number); }
 
-/// Says no to whoever comes in while somebody is in.
-class Reserved {
- public:
-  explicit Reserved(bool& flag) : flag_(flag) { flag_ = true; }
-  Reserved(const Reserved&) = delete;
-  Reserved& operator=(const Reserved&) = delete;
-  ~Reserved() { flag_ = false; }
-
- private:
-  bool& flag_;
-};
-
 }  // namespace
 
 clsErrorHandling::clsErrorHandling(Diagnostics& diagnostics, Configuration& config, const Ports& ports)
@@ -46,7 +35,7 @@ clsErrorHandling::clsErrorHandling(Diagnostics& diagnostics, Configuration& conf
       codePage_(ports.codePage),
       clock_(ports.clock),
       files_(diagnostics, config.files, ports.files, ports.codePage, ports.clock),
-      created_(ports.clock.Ticks()) {
+      created_(ports.clock.get().Ticks()) {
   if (diagnostics_.tag.empty()) diagnostics_.tag = "NON";
   try {
     const std::string log = FullPath(kErrorLog);
@@ -104,7 +93,7 @@ void clsErrorHandling::WriteEntry(const PendingError& error, std::string_view mo
   if (force == Force::No || !error.description.empty()) entry.append(" + ").append(error.description);
   if (!args.empty()) entry.append(" Params").append(VisibleControls(args));
   const std::string log = FullPath(kErrorLog);
-  const Reserved reserved(writing_);
+  const Scope scope(writing_);
   // Counting is under the lock too: a log that somebody reads cannot be replaced.
   const std::unique_ptr<FileLock> lock = fileSystem_.Lock(log);
   files_.FileWrite_Log(log, entry, kErrorLogKB);

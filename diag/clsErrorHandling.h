@@ -8,9 +8,8 @@
 
 #include "config/Configuration.h"
 #include "diag/clsFiles.h"
-#include "platform/Clock.h"
-#include "platform/CodePage.h"
 #include "platform/FileSystem.h"
+#include "platform/Ports.h"
 #include "util/ProcedureLog.h"
 #include "util/clsCollection.h"
 

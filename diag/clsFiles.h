@@ -7,9 +7,8 @@
 #include <vector>
 
 #include "config/modAPI_Files.h"
-#include "platform/Clock.h"
-#include "platform/CodePage.h"
 #include "platform/FileSystem.h"
+#include "platform/Ports.h"
 #include "util/Diagnostics.h"
 #include "util/Text.h"
 

@@ -4,7 +4,7 @@
 #include <array>
 #include <utility>
 
-#include "platform/CodePage.h"
+#include "platform/Ports.h"
 #include "platform/Telephony.h"
 #include "tapi/Numbers.h"
 #include "tapi/StructReader.h"

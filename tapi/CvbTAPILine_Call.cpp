@@ -1,6 +1,6 @@
 #include <utility>
 
-#include "platform/CodePage.h"
+#include "platform/Ports.h"
 #include "platform/Telephony.h"
 #include "tapi/CvbTAPILine.h"
 #include "tapi/Numbers.h"

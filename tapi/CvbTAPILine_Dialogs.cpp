@@ -1,5 +1,4 @@
-#include "platform/CodePage.h"
-#include "platform/IconPainter.h"
+#include "platform/Ports.h"
 #include "platform/Telephony.h"
 #include "tapi/CvbTAPILine.h"
 #include "util/Procedure.h"

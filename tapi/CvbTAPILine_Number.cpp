@@ -2,7 +2,7 @@
 #include <array>
 #include <utility>
 
-#include "platform/CodePage.h"
+#include "platform/Ports.h"
 #include "platform/Telephony.h"
 #include "tapi/CvbTAPILine.h"
 #include "tapi/Numbers.h"

@@ -4,7 +4,7 @@
 #include <map>
 #include <memory>
 
-#include "platform/MessageLoop.h"
+#include "platform/Ports.h"
 #include "platform/Telephony.h"
 #include "util/Diagnostics.h"
 

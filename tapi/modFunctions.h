@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "platform/NumberLocale.h"
+#include "platform/Ports.h"
 #include "util/Diagnostics.h"
 
 namespace fonklav {

@@ -14,10 +14,11 @@ MAY_INCLUDE = {
     "tapi": {"util", "platform"},
     "diag": {"util", "platform", "config"},
     "app": {"util", "platform", "config", "diag", "tapi"},
-    "platform/win32": {"util", "platform", "config", "diag", "tapi", "app"},
+    "platform/win32": {"util", "platform"},
+    "window": {"util", "platform", "config", "diag", "tapi", "app", "platform/win32"},
     "sim": {"util", "platform"},
 }
-WINDOWS_FOLDERS = ("platform/win32/", "sim/tapi32/", "sim/suite/")
+WINDOWS_FOLDERS = ("platform/win32/", "window/", "sim/tapi32/", "sim/suite/")
 GENERATED = {"Version.h"}
 
 

@@ -65,4 +65,25 @@ bool IsNumeric(std::string_view text, const NumberSeparators& separators) {
   return digits;
 }
 
+std::string_view ArgumentsOf(std::string_view commandLine) {
+  const bool quoted = commandLine.starts_with('"');
+  const std::size_t end = quoted ? commandLine.find('"', 1) : commandLine.find_first_of(" \t");
+  if (end == std::string_view::npos) return {};
+  commandLine.remove_prefix(quoted ? end + 1 : end);
+  commandLine.remove_prefix(std::min(commandLine.find_first_not_of(" \t"), commandLine.size()));
+  return commandLine;
+}
+
+std::string_view FolderOf(std::string_view path) {
+  const std::size_t slash = path.find_last_of('\\');
+  if (slash == std::string_view::npos) return {};
+  const bool root = slash == 2 && path[1] == ':';
+  return path.substr(0, root ? slash + 1 : slash);
+}
+
+std::string_view NameOf(std::string_view path) {
+  path.remove_prefix(path.find_last_of('\\') + 1);
+  return path.substr(0, path.find_last_of('.'));
+}
+
 }  // namespace fonklav

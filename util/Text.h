@@ -35,4 +35,14 @@ struct NumberSeparators {
 /// text are not.
 [[nodiscard]] bool IsNumeric(std::string_view text, const NumberSeparators& separators);
 
+/// What stands behind the program name on a command line, blanks in front of it removed, the rest as typed. The
+/// program name is in quotes or ends at the first blank or tab.
+[[nodiscard]] std::string_view ArgumentsOf(std::string_view commandLine);
+
+/// The folder of a full path, without a backslash at its end except for a drive's root.
+[[nodiscard]] std::string_view FolderOf(std::string_view path);
+
+/// The file name of a path without its extension.
+[[nodiscard]] std::string_view NameOf(std::string_view path);
+
 }  // namespace fonklav

@@ -1,67 +1,29 @@
 // Holds the program's own telephony structures and constants against the system's, for the architecture that is being
-// compiled. Nothing in here runs. Ours come first: the system's constants are macros and replace our names from its
-// header on.
+// compiled. Nothing in here runs. The system's constants are macros and replace our names from its header on, so that
+// one list of names stands for ours before it and for the system's behind it; only a macro can be such a list.
 #include "platform/TapiWire.h"
 
 #include <array>
 
+#define FONKLAV_TAPI_CONSTANTS                                                                                        \
+  LINEINITIALIZEEXOPTION_USEHIDDENWINDOW, LINE_CALLSTATE, LINE_CLOSE, LINE_LINEDEVSTATE, LINE_REPLY,                  \
+      LINECALLSTATE_IDLE, LINECALLSTATE_OFFERING, LINECALLSTATE_ACCEPTED, LINECALLSTATE_DIALTONE,                     \
+      LINECALLSTATE_DIALING, LINECALLSTATE_RINGBACK, LINECALLSTATE_BUSY, LINECALLSTATE_SPECIALINFO,                   \
+      LINECALLSTATE_CONNECTED, LINECALLSTATE_PROCEEDING, LINECALLSTATE_ONHOLD, LINECALLSTATE_CONFERENCED,             \
+      LINECALLSTATE_ONHOLDPENDCONF, LINECALLSTATE_ONHOLDPENDTRANSFER, LINECALLSTATE_DISCONNECTED,                     \
+      LINECALLSTATE_UNKNOWN, LINECALLPRIVILEGE_NONE, LINEBEARERMODE_VOICE, LINEBEARERMODE_SPEECH,                     \
+      LINEBEARERMODE_MULTIUSE, LINEBEARERMODE_DATA, LINEBEARERMODE_ALTSPEECHDATA, LINEBEARERMODE_NONCALLSIGNALING,    \
+      LINEADDRESSMODE_ADDRESSID, LINEADDRESSMODE_DIALABLEADDR, LINEMEDIAMODE_UNKNOWN, LINEMEDIAMODE_INTERACTIVEVOICE, \
+      LINEMEDIAMODE_AUTOMATEDVOICE, LINEMEDIAMODE_DATAMODEM, LINEMEDIAMODE_G3FAX, LINEMEDIAMODE_TDD,                  \
+      LINEMEDIAMODE_G4FAX, LINEMEDIAMODE_DIGITALDATA, LINEMEDIAMODE_TELETEX, LINEMEDIAMODE_VIDEOTEX,                  \
+      LINEMEDIAMODE_TELEX, LINEMEDIAMODE_MIXED, LINEMEDIAMODE_ADSI, LINETONEMODE_CUSTOM, LINETONEMODE_RINGBACK,       \
+      LINETONEMODE_BUSY, LINETONEMODE_BEEP, LINETONEMODE_BILLING, STRINGFORMAT_ASCII, STRINGFORMAT_DBCS,              \
+      STRINGFORMAT_UNICODE, STRINGFORMAT_BINARY
+
 namespace fonklav {
 namespace {
 
-constexpr std::array<std::uint32_t, 52> kOurs{
-    LINEINITIALIZEEXOPTION_USEHIDDENWINDOW,
-    LINE_CALLSTATE,
-    LINE_CLOSE,
-    LINE_LINEDEVSTATE,
-    LINE_REPLY,
-    LINECALLSTATE_IDLE,
-    LINECALLSTATE_OFFERING,
-    LINECALLSTATE_ACCEPTED,
-    LINECALLSTATE_DIALTONE,
-    LINECALLSTATE_DIALING,
-    LINECALLSTATE_RINGBACK,
-    LINECALLSTATE_BUSY,
-    LINECALLSTATE_SPECIALINFO,
-    LINECALLSTATE_CONNECTED,
-    LINECALLSTATE_PROCEEDING,
-    LINECALLSTATE_ONHOLD,
-    LINECALLSTATE_CONFERENCED,
-    LINECALLSTATE_ONHOLDPENDCONF,
-    LINECALLSTATE_ONHOLDPENDTRANSFER,
-    LINECALLSTATE_DISCONNECTED,
-    LINECALLSTATE_UNKNOWN,
-    LINECALLPRIVILEGE_NONE,
-    LINEBEARERMODE_VOICE,
-    LINEBEARERMODE_SPEECH,
-    LINEBEARERMODE_MULTIUSE,
-    LINEBEARERMODE_DATA,
-    LINEBEARERMODE_ALTSPEECHDATA,
-    LINEBEARERMODE_NONCALLSIGNALING,
-    LINEADDRESSMODE_ADDRESSID,
-    LINEADDRESSMODE_DIALABLEADDR,
-    LINEMEDIAMODE_UNKNOWN,
-    LINEMEDIAMODE_INTERACTIVEVOICE,
-    LINEMEDIAMODE_AUTOMATEDVOICE,
-    LINEMEDIAMODE_DATAMODEM,
-    LINEMEDIAMODE_G3FAX,
-    LINEMEDIAMODE_TDD,
-    LINEMEDIAMODE_G4FAX,
-    LINEMEDIAMODE_DIGITALDATA,
-    LINEMEDIAMODE_TELETEX,
-    LINEMEDIAMODE_VIDEOTEX,
-    LINEMEDIAMODE_TELEX,
-    LINEMEDIAMODE_MIXED,
-    LINEMEDIAMODE_ADSI,
-    LINETONEMODE_CUSTOM,
-    LINETONEMODE_RINGBACK,
-    LINETONEMODE_BUSY,
-    LINETONEMODE_BEEP,
-    LINETONEMODE_BILLING,
-    STRINGFORMAT_ASCII,
-    STRINGFORMAT_DBCS,
-    STRINGFORMAT_UNICODE,
-    STRINGFORMAT_BINARY,
-};
+constexpr std::array kOurs{FONKLAV_TAPI_CONSTANTS};
 
 }  // namespace
 }  // namespace fonklav
@@ -73,61 +35,7 @@ constexpr std::array<std::uint32_t, 52> kOurs{
 namespace fonklav {
 namespace {
 
-constexpr std::array<std::uint32_t, 52> kTheirs{
-    LINEINITIALIZEEXOPTION_USEHIDDENWINDOW,
-    LINE_CALLSTATE,
-    LINE_CLOSE,
-    LINE_LINEDEVSTATE,
-    LINE_REPLY,
-    LINECALLSTATE_IDLE,
-    LINECALLSTATE_OFFERING,
-    LINECALLSTATE_ACCEPTED,
-    LINECALLSTATE_DIALTONE,
-    LINECALLSTATE_DIALING,
-    LINECALLSTATE_RINGBACK,
-    LINECALLSTATE_BUSY,
-    LINECALLSTATE_SPECIALINFO,
-    LINECALLSTATE_CONNECTED,
-    LINECALLSTATE_PROCEEDING,
-    LINECALLSTATE_ONHOLD,
-    LINECALLSTATE_CONFERENCED,
-    LINECALLSTATE_ONHOLDPENDCONF,
-    LINECALLSTATE_ONHOLDPENDTRANSFER,
-    LINECALLSTATE_DISCONNECTED,
-    LINECALLSTATE_UNKNOWN,
-    LINECALLPRIVILEGE_NONE,
-    LINEBEARERMODE_VOICE,
-    LINEBEARERMODE_SPEECH,
-    LINEBEARERMODE_MULTIUSE,
-    LINEBEARERMODE_DATA,
-    LINEBEARERMODE_ALTSPEECHDATA,
-    LINEBEARERMODE_NONCALLSIGNALING,
-    LINEADDRESSMODE_ADDRESSID,
-    LINEADDRESSMODE_DIALABLEADDR,
-    LINEMEDIAMODE_UNKNOWN,
-    LINEMEDIAMODE_INTERACTIVEVOICE,
-    LINEMEDIAMODE_AUTOMATEDVOICE,
-    LINEMEDIAMODE_DATAMODEM,
-    LINEMEDIAMODE_G3FAX,
-    LINEMEDIAMODE_TDD,
-    LINEMEDIAMODE_G4FAX,
-    LINEMEDIAMODE_DIGITALDATA,
-    LINEMEDIAMODE_TELETEX,
-    LINEMEDIAMODE_VIDEOTEX,
-    LINEMEDIAMODE_TELEX,
-    LINEMEDIAMODE_MIXED,
-    LINEMEDIAMODE_ADSI,
-    LINETONEMODE_CUSTOM,
-    LINETONEMODE_RINGBACK,
-    LINETONEMODE_BUSY,
-    LINETONEMODE_BEEP,
-    LINETONEMODE_BILLING,
-    STRINGFORMAT_ASCII,
-    STRINGFORMAT_DBCS,
-    STRINGFORMAT_UNICODE,
-    STRINGFORMAT_BINARY,
-};
-static_assert(kOurs == kTheirs);
+static_assert(kOurs == std::array<std::uint32_t, kOurs.size()>{FONKLAV_TAPI_CONSTANTS});
 
 // Sizes. The system's device capabilities grow with each version; ours end where the oldest ends.
 static_assert(sizeof(LINEINITIALIZEEXPARAMS) == sizeof(::LINEINITIALIZEEXPARAMS));
@@ -139,123 +47,64 @@ static_assert(sizeof(LINEDEVCAPS) == offsetof(::LINEDEVCAPS, dwLineFeatures));
 static_assert(sizeof(HLINEAPP) == sizeof(::HLINEAPP) && sizeof(HLINE) == sizeof(::HLINE));
 static_assert(sizeof(HCALL) == sizeof(::HCALL));
 
-/// Whether the members of one structure, as offsets of ours and of theirs in turn, stand at the same places.
-template <std::size_t Count>
-constexpr bool SamePlaces(const std::array<std::size_t, Count>& offsets) {
-  for (std::size_t index = 0; index + 1 < Count; index += 2) {
-    if (offsets[index] != offsets[index + 1]) return false;
-  }
-  return true;
-}
+// Members, by their names on both sides.
+#define FONKLAV_SAME_PLACE(structure, member) \
+  static_assert(offsetof(structure, member) == offsetof(::structure, member))
 
-static_assert(SamePlaces<10>({
-    offsetof(LINEINITIALIZEEXPARAMS, dwTotalSize),
-    offsetof(::LINEINITIALIZEEXPARAMS, dwTotalSize),
-    offsetof(LINEINITIALIZEEXPARAMS, dwNeededSize),
-    offsetof(::LINEINITIALIZEEXPARAMS, dwNeededSize),
-    offsetof(LINEINITIALIZEEXPARAMS, dwUsedSize),
-    offsetof(::LINEINITIALIZEEXPARAMS, dwUsedSize),
-    offsetof(LINEINITIALIZEEXPARAMS, dwOptions),
-    offsetof(::LINEINITIALIZEEXPARAMS, dwOptions),
-    offsetof(LINEINITIALIZEEXPARAMS, dwCompletionKey),
-    offsetof(::LINEINITIALIZEEXPARAMS, dwCompletionKey),
-}));
-static_assert(SamePlaces<8>({
-    offsetof(LINEEXTENSIONID, dwExtensionID0),
-    offsetof(::LINEEXTENSIONID, dwExtensionID0),
-    offsetof(LINEEXTENSIONID, dwExtensionID1),
-    offsetof(::LINEEXTENSIONID, dwExtensionID1),
-    offsetof(LINEEXTENSIONID, dwExtensionID2),
-    offsetof(::LINEEXTENSIONID, dwExtensionID2),
-    offsetof(LINEEXTENSIONID, dwExtensionID3),
-    offsetof(::LINEEXTENSIONID, dwExtensionID3),
-}));
-static_assert(SamePlaces<38>({
-    offsetof(LINEDEVCAPS, dwTotalSize),
-    offsetof(::LINEDEVCAPS, dwTotalSize),
-    offsetof(LINEDEVCAPS, dwProviderInfoSize),
-    offsetof(::LINEDEVCAPS, dwProviderInfoSize),
-    offsetof(LINEDEVCAPS, dwProviderInfoOffset),
-    offsetof(::LINEDEVCAPS, dwProviderInfoOffset),
-    offsetof(LINEDEVCAPS, dwSwitchInfoSize),
-    offsetof(::LINEDEVCAPS, dwSwitchInfoSize),
-    offsetof(LINEDEVCAPS, dwSwitchInfoOffset),
-    offsetof(::LINEDEVCAPS, dwSwitchInfoOffset),
-    offsetof(LINEDEVCAPS, dwPermanentLineID),
-    offsetof(::LINEDEVCAPS, dwPermanentLineID),
-    offsetof(LINEDEVCAPS, dwLineNameSize),
-    offsetof(::LINEDEVCAPS, dwLineNameSize),
-    offsetof(LINEDEVCAPS, dwLineNameOffset),
-    offsetof(::LINEDEVCAPS, dwLineNameOffset),
-    offsetof(LINEDEVCAPS, dwStringFormat),
-    offsetof(::LINEDEVCAPS, dwStringFormat),
-    offsetof(LINEDEVCAPS, dwAddressModes),
-    offsetof(::LINEDEVCAPS, dwAddressModes),
-    offsetof(LINEDEVCAPS, dwNumAddresses),
-    offsetof(::LINEDEVCAPS, dwNumAddresses),
-    offsetof(LINEDEVCAPS, dwBearerModes),
-    offsetof(::LINEDEVCAPS, dwBearerModes),
-    offsetof(LINEDEVCAPS, dwMaxRate),
-    offsetof(::LINEDEVCAPS, dwMaxRate),
-    offsetof(LINEDEVCAPS, dwMediaModes),
-    offsetof(::LINEDEVCAPS, dwMediaModes),
-    offsetof(LINEDEVCAPS, dwGenerateToneModes),
-    offsetof(::LINEDEVCAPS, dwGenerateToneModes),
-    offsetof(LINEDEVCAPS, dwGenerateToneMaxNumFreq),
-    offsetof(::LINEDEVCAPS, dwGenerateToneMaxNumFreq),
-    offsetof(LINEDEVCAPS, dwDevCapFlags),
-    offsetof(::LINEDEVCAPS, dwDevCapFlags),
-    offsetof(LINEDEVCAPS, dwNumTerminals),
-    offsetof(::LINEDEVCAPS, dwNumTerminals),
-    offsetof(LINEDEVCAPS, dwDevSpecificOffset),
-    offsetof(::LINEDEVCAPS, dwDevSpecificOffset),
-}));
-static_assert(SamePlaces<14>({
-    offsetof(LINETRANSLATECAPS, dwTotalSize),
-    offsetof(::LINETRANSLATECAPS, dwTotalSize),
-    offsetof(LINETRANSLATECAPS, dwNeededSize),
-    offsetof(::LINETRANSLATECAPS, dwNeededSize),
-    offsetof(LINETRANSLATECAPS, dwUsedSize),
-    offsetof(::LINETRANSLATECAPS, dwUsedSize),
-    offsetof(LINETRANSLATECAPS, dwNumLocations),
-    offsetof(::LINETRANSLATECAPS, dwNumLocations),
-    offsetof(LINETRANSLATECAPS, dwLocationListSize),
-    offsetof(::LINETRANSLATECAPS, dwLocationListSize),
-    offsetof(LINETRANSLATECAPS, dwLocationListOffset),
-    offsetof(::LINETRANSLATECAPS, dwLocationListOffset),
-    offsetof(LINETRANSLATECAPS, dwCurrentLocationID),
-    offsetof(::LINETRANSLATECAPS, dwCurrentLocationID),
-}));
-static_assert(SamePlaces<10>({
-    offsetof(LINELOCATIONENTRY, dwPermanentLocationID),
-    offsetof(::LINELOCATIONENTRY, dwPermanentLocationID),
-    offsetof(LINELOCATIONENTRY, dwLocalAccessCodeSize),
-    offsetof(::LINELOCATIONENTRY, dwLocalAccessCodeSize),
-    offsetof(LINELOCATIONENTRY, dwLocalAccessCodeOffset),
-    offsetof(::LINELOCATIONENTRY, dwLocalAccessCodeOffset),
-    offsetof(LINELOCATIONENTRY, dwLongDistanceAccessCodeSize),
-    offsetof(::LINELOCATIONENTRY, dwLongDistanceAccessCodeSize),
-    offsetof(LINELOCATIONENTRY, dwLongDistanceAccessCodeOffset),
-    offsetof(::LINELOCATIONENTRY, dwLongDistanceAccessCodeOffset),
-}));
-static_assert(SamePlaces<16>({
-    offsetof(LINETRANSLATEOUTPUT, dwTotalSize),
-    offsetof(::LINETRANSLATEOUTPUT, dwTotalSize),
-    offsetof(LINETRANSLATEOUTPUT, dwNeededSize),
-    offsetof(::LINETRANSLATEOUTPUT, dwNeededSize),
-    offsetof(LINETRANSLATEOUTPUT, dwUsedSize),
-    offsetof(::LINETRANSLATEOUTPUT, dwUsedSize),
-    offsetof(LINETRANSLATEOUTPUT, dwDialableStringSize),
-    offsetof(::LINETRANSLATEOUTPUT, dwDialableStringSize),
-    offsetof(LINETRANSLATEOUTPUT, dwDialableStringOffset),
-    offsetof(::LINETRANSLATEOUTPUT, dwDialableStringOffset),
-    offsetof(LINETRANSLATEOUTPUT, dwDisplayableStringSize),
-    offsetof(::LINETRANSLATEOUTPUT, dwDisplayableStringSize),
-    offsetof(LINETRANSLATEOUTPUT, dwDisplayableStringOffset),
-    offsetof(::LINETRANSLATEOUTPUT, dwDisplayableStringOffset),
-    offsetof(LINETRANSLATEOUTPUT, dwTranslateResults),
-    offsetof(::LINETRANSLATEOUTPUT, dwTranslateResults),
-}));
+FONKLAV_SAME_PLACE(LINEINITIALIZEEXPARAMS, dwTotalSize);
+FONKLAV_SAME_PLACE(LINEINITIALIZEEXPARAMS, dwNeededSize);
+FONKLAV_SAME_PLACE(LINEINITIALIZEEXPARAMS, dwUsedSize);
+FONKLAV_SAME_PLACE(LINEINITIALIZEEXPARAMS, dwOptions);
+FONKLAV_SAME_PLACE(LINEINITIALIZEEXPARAMS, dwCompletionKey);
+
+FONKLAV_SAME_PLACE(LINEEXTENSIONID, dwExtensionID0);
+FONKLAV_SAME_PLACE(LINEEXTENSIONID, dwExtensionID1);
+FONKLAV_SAME_PLACE(LINEEXTENSIONID, dwExtensionID2);
+FONKLAV_SAME_PLACE(LINEEXTENSIONID, dwExtensionID3);
+
+FONKLAV_SAME_PLACE(LINEDEVCAPS, dwTotalSize);
+FONKLAV_SAME_PLACE(LINEDEVCAPS, dwProviderInfoSize);
+FONKLAV_SAME_PLACE(LINEDEVCAPS, dwProviderInfoOffset);
+FONKLAV_SAME_PLACE(LINEDEVCAPS, dwSwitchInfoSize);
+FONKLAV_SAME_PLACE(LINEDEVCAPS, dwSwitchInfoOffset);
+FONKLAV_SAME_PLACE(LINEDEVCAPS, dwPermanentLineID);
+FONKLAV_SAME_PLACE(LINEDEVCAPS, dwLineNameSize);
+FONKLAV_SAME_PLACE(LINEDEVCAPS, dwLineNameOffset);
+FONKLAV_SAME_PLACE(LINEDEVCAPS, dwStringFormat);
+FONKLAV_SAME_PLACE(LINEDEVCAPS, dwAddressModes);
+FONKLAV_SAME_PLACE(LINEDEVCAPS, dwNumAddresses);
+FONKLAV_SAME_PLACE(LINEDEVCAPS, dwBearerModes);
+FONKLAV_SAME_PLACE(LINEDEVCAPS, dwMaxRate);
+FONKLAV_SAME_PLACE(LINEDEVCAPS, dwMediaModes);
+FONKLAV_SAME_PLACE(LINEDEVCAPS, dwGenerateToneModes);
+FONKLAV_SAME_PLACE(LINEDEVCAPS, dwGenerateToneMaxNumFreq);
+FONKLAV_SAME_PLACE(LINEDEVCAPS, dwDevCapFlags);
+FONKLAV_SAME_PLACE(LINEDEVCAPS, dwNumTerminals);
+FONKLAV_SAME_PLACE(LINEDEVCAPS, dwDevSpecificOffset);
+
+FONKLAV_SAME_PLACE(LINETRANSLATECAPS, dwTotalSize);
+FONKLAV_SAME_PLACE(LINETRANSLATECAPS, dwNeededSize);
+FONKLAV_SAME_PLACE(LINETRANSLATECAPS, dwUsedSize);
+FONKLAV_SAME_PLACE(LINETRANSLATECAPS, dwNumLocations);
+FONKLAV_SAME_PLACE(LINETRANSLATECAPS, dwLocationListSize);
+FONKLAV_SAME_PLACE(LINETRANSLATECAPS, dwLocationListOffset);
+FONKLAV_SAME_PLACE(LINETRANSLATECAPS, dwCurrentLocationID);
+
+FONKLAV_SAME_PLACE(LINELOCATIONENTRY, dwPermanentLocationID);
+FONKLAV_SAME_PLACE(LINELOCATIONENTRY, dwLocalAccessCodeSize);
+FONKLAV_SAME_PLACE(LINELOCATIONENTRY, dwLocalAccessCodeOffset);
+FONKLAV_SAME_PLACE(LINELOCATIONENTRY, dwLongDistanceAccessCodeSize);
+FONKLAV_SAME_PLACE(LINELOCATIONENTRY, dwLongDistanceAccessCodeOffset);
+
+FONKLAV_SAME_PLACE(LINETRANSLATEOUTPUT, dwTotalSize);
+FONKLAV_SAME_PLACE(LINETRANSLATEOUTPUT, dwNeededSize);
+FONKLAV_SAME_PLACE(LINETRANSLATEOUTPUT, dwUsedSize);
+FONKLAV_SAME_PLACE(LINETRANSLATEOUTPUT, dwDialableStringSize);
+FONKLAV_SAME_PLACE(LINETRANSLATEOUTPUT, dwDialableStringOffset);
+FONKLAV_SAME_PLACE(LINETRANSLATEOUTPUT, dwDisplayableStringSize);
+FONKLAV_SAME_PLACE(LINETRANSLATEOUTPUT, dwDisplayableStringOffset);
+FONKLAV_SAME_PLACE(LINETRANSLATEOUTPUT, dwTranslateResults);
+
 static_assert(offsetof(LINEINITIALIZEEXPARAMS, hEvent) == offsetof(::LINEINITIALIZEEXPARAMS, Handles));
 
 }  // namespace

@@ -66,6 +66,33 @@ Win32DdeTransport::~Win32DdeTransport() {
       DispatchMessageA(&message);
     }
   }
+  // What still arrives from here on finds nobody.
+  if (window_) SetWindowLongPtrA(window_.Get(), GWLP_USERDATA, 0);
+}
+
+bool Win32DdeTransport::MakeWindow() {
+  if (window_) return true;
+  WNDCLASSEXA windowClass{};
+  windowClass.cbSize = sizeof windowClass;
+  windowClass.lpfnWndProc = &WindowProc;
+  windowClass.hInstance = instance_;
+  windowClass.lpszClassName = kClassName;
+  RegisterClassExA(&windowClass);  // a second registration of the same class is refused, and not needed
+  window_.Reset(CreateWindowExA(0, kClassName, "", WS_POPUP, 0, 0, 0, 0, nullptr, nullptr, instance_, nullptr));
+  if (!window_) return false;
+  SetWindowLongPtrA(window_.Get(), GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+  return true;
+}
+
+LRESULT CALLBACK Win32DdeTransport::WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
+  try {
+    auto* const transport = reinterpret_cast<Win32DdeTransport*>(GetWindowLongPtrA(window, GWLP_USERDATA));
+    if (transport != nullptr && transport->OnMessage(message, wParam, lParam)) return 0;
+  } catch (...) {
+    // Nothing may be thrown through the system's code. What throws here is want of memory; the message counts as lost.
+    return 0;
+  }
+  return DefWindowProcA(window, message, wParam, lParam);
 }
 
 bool Win32DdeTransport::Ask(std::string_view application, std::string_view topic, DdeSink& sink) {
@@ -73,7 +100,7 @@ bool Win32DdeTransport::Ask(std::string_view application, std::string_view topic
   topic_ = topic;
   applicationAtom_ = Atom(application);
   topicAtom_ = Atom(topic);
-  if (!applicationAtom_ || !topicAtom_ || !window_.Create(kClassName, instance_, *this)) return false;
+  if (!applicationAtom_ || !topicAtom_ || !MakeWindow()) return false;
   sink_ = &sink;
   toDealWith_ = 1;  // this function itself: nobody has declined before everybody was asked
   EnumWindows(&AskWindow, reinterpret_cast<LPARAM>(this));
@@ -140,13 +167,13 @@ bool Win32DdeTransport::PostToPartner(UINT message, LPARAM lParam) const {
   return Talking() && PostMessageA(partner_, message, reinterpret_cast<WPARAM>(window_.Get()), lParam) != FALSE;
 }
 
-std::optional<LRESULT> Win32DdeTransport::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+bool Win32DdeTransport::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
   if (message == kDealtWithMessage) {
     OnDealtWith();
   } else if (message == kAnsweredMessage) {
     if (sink_ != nullptr) sink_->OnAnswer();
   } else if (message < WM_DDE_FIRST || message > WM_DDE_LAST) {
-    return std::nullopt;
+    return false;
   } else if (const HWND sender = reinterpret_cast<HWND>(wParam); partner_ == nullptr || sender != partner_) {
     // The answer to the question is the one message that anybody may send. Its lParam is not packed.
     if (message == WM_DDE_ACK) OnInitiateAnswer(sender, lParam);
@@ -155,7 +182,7 @@ std::optional<LRESULT> Win32DdeTransport::OnMessage(UINT message, WPARAM wParam,
     if (message == WM_DDE_DATA) OnData(lParam);
     if (message == WM_DDE_TERMINATE) OnTerminate();
   }
-  return 0;
+  return true;
 }
 
 void Win32DdeTransport::OnDealtWith() {

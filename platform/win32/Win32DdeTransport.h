@@ -1,17 +1,21 @@
 #pragma once
 
+#include <windows.h>
+
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "platform/DdeTransport.h"
-#include "platform/win32/HiddenWindow.h"
+#include "platform/win32/Handles.h"
 
 namespace fonklav {
 
-/// The DDE messages of a hidden window. The system's DDE library is not used: its synchronous calls pump messages in
-/// the middle of a handler, and it does not always say that the partner has gone.
-class Win32DdeTransport final : public DdeTransport, private WindowMessages {
+/// The DDE messages of a top-level window that is never shown. It is registered with the 8-bit functions: an execute
+/// string is Unicode only between two Unicode windows, so ours are bytes of the code page whatever the other side is.
+/// The system's DDE library is not used: its synchronous calls pump messages in the middle of a handler, and it does
+/// not always say that the partner has gone.
+class Win32DdeTransport final : public DdeTransport {
  public:
   explicit Win32DdeTransport(HINSTANCE instance) : instance_(instance) {}
   Win32DdeTransport(const Win32DdeTransport&) = delete;
@@ -32,7 +36,11 @@ class Win32DdeTransport final : public DdeTransport, private WindowMessages {
     UniqueMemory memory;
   };
 
-  std::optional<LRESULT> OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+  static LRESULT CALLBACK WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept;
+  /// Makes the window; false when the system refuses.
+  bool MakeWindow();
+  /// Whether the message was one of ours.
+  bool OnMessage(UINT message, WPARAM wParam, LPARAM lParam);
   static BOOL CALLBACK AskWindow(HWND window, LPARAM transport);
   void OnDealtWith();
   void OnInitiateAnswer(HWND server, LPARAM atoms);
@@ -47,7 +55,7 @@ class Win32DdeTransport final : public DdeTransport, private WindowMessages {
   [[nodiscard]] bool PostToPartner(UINT message, LPARAM lParam) const;
 
   HINSTANCE instance_;
-  HiddenWindow window_;
+  UniqueWindow window_;
   DdeSink* sink_{nullptr};  ///< not owned; set from Ask to End
   std::string application_;
   std::string topic_;

@@ -5,8 +5,8 @@
 #include "platform/win32/FileMutex.h"
 #include "platform/win32/Handles.h"
 #include "platform/win32/WideText.h"
-#include "platform/win32/WindowsError.h"
 #include "util/FileLockName.h"
+#include "util/RunTimeError.h"
 
 namespace fonklav {
 namespace {
@@ -14,6 +14,32 @@ namespace {
 std::optional<std::uint32_t> AttributesOrNothing(DWORD attributes) {
   if (attributes == INVALID_FILE_ATTRIBUTES) return std::nullopt;
   return attributes;
+}
+
+/// The run-time error that stands for what a file function of Windows answers.
+ErrorNumber ErrorNumberOf(DWORD error) {
+  switch (error) {
+    case ERROR_FILE_NOT_FOUND:
+      return ErrorNumber::FileNotFound;
+    case ERROR_DISK_FULL:
+    case ERROR_HANDLE_DISK_FULL:
+      return ErrorNumber::DiskFull;
+    case ERROR_ACCESS_DENIED:
+    case ERROR_SHARING_VIOLATION:
+    case ERROR_LOCK_VIOLATION:
+    case ERROR_WRITE_PROTECT:
+      return ErrorNumber::PermissionDenied;
+    case ERROR_PATH_NOT_FOUND:
+    case ERROR_DIRECTORY:
+    case ERROR_INVALID_DRIVE:
+    case ERROR_BAD_NETPATH:
+    case ERROR_BAD_NET_NAME:
+      return ErrorNumber::PathNotFound;
+    case ERROR_NOT_ENOUGH_MEMORY:
+      return ErrorNumber::OutOfMemory;
+    default:
+      return ErrorNumber::DeviceIOError;
+  }
 }
 
 [[noreturn]] void ThrowFault(DWORD error, const std::wstring& path, int line = __builtin_LINE()) {

@@ -5,7 +5,7 @@
 #include <deque>
 #include <functional>
 
-#include "platform/MessageLoop.h"
+#include "platform/Ports.h"
 
 namespace fonklav {
 

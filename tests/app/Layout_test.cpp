@@ -6,7 +6,6 @@
 #include <map>
 #include <string>
 
-#include "platform/win32/WindowGeometry.h"
 #include "util/Text.h"
 
 namespace fonklav::test {

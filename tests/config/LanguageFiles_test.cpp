@@ -49,8 +49,8 @@ class AskedKeys : public FakePrivateProfile {
 std::set<std::string> KeysTheProgramAsksFor() {
   FakeSystem system;
   AskedKeys profile(system.files);
-  const Ports ports{system.clock, system.codePage, system.dde, system.files,   system.icons, system.boxes,
-                    system.loop,  system.locale,   profile,    system.process, system.shell, system.telephony};
+  Ports ports = system.AllPorts();
+  ports.profile = profile;
   system.File(ConfigSystem::kMainSettings) = "[General]\r\nLanguage=49\r\n";
   system.File("C:\\Rufmon\\base\\language_49.ini") = Shipped("49");
   for (const char* argument : {"/run", "no number"}) {

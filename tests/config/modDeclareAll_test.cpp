@@ -146,8 +146,8 @@ TEST(SuiteStart, AFaultBeforeTheLogExistsIsTold) {
     FakeSystem system;
     BrokenProfile broken{system.files};
     broken.broken = row.key;
-    Ports ports{system.clock, system.codePage, system.dde, system.files,   system.icons, system.boxes,
-                system.loop,  system.locale,   broken,     system.process, system.shell, system.telephony};
+    Ports ports = system.AllPorts();
+    ports.profile = broken;
     system.File(ConfigSystem::kPathsFile) = "[Paths]\r\nProgramData=D:\\Daten\r\n";
     system.File(ConfigSystem::kSpecsFile) = "[Debug]\r\nLogTAPI=1\r\nTraceMode=1\r\n[LogMode]\r\nMail=1\r\n";
     Diagnostics diagnostics;

@@ -55,7 +55,9 @@ struct Desk : FakeSystem {
   }
   /// A dialer that starts, is told to dial, and ends.
   void Run() {
-    Program program({clock, codePage, dde, files, icons, boxes, loop, locale, profile, process, shell, telephony});
+    Ports ports = AllPorts();
+    ports.profile = profile;
+    Program program(ports);
     EXPECT_TRUE(program.Load(view));
     program.Input().TimerTick(TimerId::Start0);
     dde.DeliverOutcome();

@@ -216,8 +216,8 @@ class BrokenClock : public FakeClock {
 TEST(ErrorLog, AFaultInTheLoggerItselfIsShown) {
   LogSystem system;
   BrokenClock clock;
-  Ports ports{clock,       system.codePage, system.dde,     system.files,   system.icons, system.boxes,
-              system.loop, system.locale,   system.profile, system.process, system.shell, system.telephony};
+  Ports ports = system.AllPorts();
+  ports.clock = clock;
   system.diagnostics.tag = "PRG";  // only its entries need the elapsed time
   clsErrorHandling log(system.diagnostics, system.config, ports);
   clock.broken = true;

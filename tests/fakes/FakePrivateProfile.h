@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "platform/PrivateProfile.h"
+#include "platform/Ports.h"
 #include "tests/fakes/FakeFileSystem.h"
 #include "util/Text.h"
 

@@ -4,17 +4,10 @@
 
 #include "platform/Ports.h"
 #include "sim/SimTelephony.h"
-#include "tests/fakes/FakeClock.h"
-#include "tests/fakes/FakeCodePage.h"
 #include "tests/fakes/FakeDdeTransport.h"
 #include "tests/fakes/FakeFileSystem.h"
-#include "tests/fakes/FakeIconPainter.h"
-#include "tests/fakes/FakeMessageBoxes.h"
-#include "tests/fakes/FakeMessageLoop.h"
-#include "tests/fakes/FakeNumberLocale.h"
+#include "tests/fakes/FakePorts.h"
 #include "tests/fakes/FakePrivateProfile.h"
-#include "tests/fakes/FakeProcess.h"
-#include "tests/fakes/FakeShellFolders.h"
 
 namespace fonklav::test {
 

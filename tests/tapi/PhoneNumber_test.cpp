@@ -3,7 +3,7 @@
 
 #include "tapi/modFunctions.h"
 #include "tapi/modKeyPressCheck.h"
-#include "tests/fakes/FakeNumberLocale.h"
+#include "tests/fakes/FakePorts.h"
 #include "tests/tapi/TapiSystem.h"
 
 // From the typed number to what reaches telephony.

@@ -7,9 +7,7 @@
 #include "sim/SimTelephony.h"
 #include "tapi/CvbTAPILine.h"
 #include "tapi/mTAPIvb.h"
-#include "tests/fakes/FakeCodePage.h"
-#include "tests/fakes/FakeIconPainter.h"
-#include "tests/fakes/FakeMessageLoop.h"
+#include "tests/fakes/FakePorts.h"
 #include "tests/fakes/RecordingLog.h"
 
 namespace fonklav::test {

@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <array>
+
 #include "util/CaseFold.h"
 
 namespace fonklav {
@@ -79,6 +81,40 @@ TEST(FoldCase, LettersOfOurUsersAndNothingElse) {
     ASSERT_EQ(FoldCase(once), once) << "folding is not settled for " << static_cast<std::uint32_t>(c);
     ASSERT_EQ(c < 0x80, once < 0x80);
     ASSERT_EQ(c < 0x800, once < 0x800) << "a folded letter must take as many bytes";
+  }
+}
+
+TEST(ProcessNames, TheArgumentIsWhatStandsBehindTheProgramName) {
+  const std::vector<std::pair<std::string_view, std::string_view>> rows{
+      {R"(C:\Rufmon\FonklavTAPI.exe /run)", "/run"},
+      {R"("C:\Program Files\Rufmon\FonklavTAPI.exe" /sett)", "/sett"},
+      {R"("C:\Program Files\Rufmon\FonklavTAPI.exe"/sett)", "/sett"},
+      {"FonklavTAPI.exe    +49 (30) 123  ", "+49 (30) 123  "},
+      {"FonklavTAPI.exe\t/run", "/run"},
+      {"FonklavTAPI.exe \"/run\"", "\"/run\""},
+      {"FonklavTAPI.exe", ""},
+      {"FonklavTAPI.exe   ", ""},
+      {"\"FonklavTAPI.exe", ""},
+      {"", ""},
+  };
+  for (const auto& [line, arguments] : rows) EXPECT_EQ(ArgumentsOf(line), arguments);
+}
+
+TEST(ProcessNames, FolderAndNameOfTheExecutable) {
+  struct Row {
+    std::string_view path;
+    std::string_view folder;
+    std::string_view name;
+  };
+  constexpr std::array rows{
+      Row{R"(C:\Program Files\Rufmon\FonklavTAPI.exe)", R"(C:\Program Files\Rufmon)", "FonklavTAPI"},
+      Row{R"(C:\FonklavTAPI.exe)", R"(C:\)", "FonklavTAPI"},
+      Row{R"(\\server\share\tools.v2\Fonklav.TAPI.exe)", R"(\\server\share\tools.v2)", "Fonklav.TAPI"},
+      Row{R"(D:\tools.v2\FonklavTAPI)", R"(D:\tools.v2)", "FonklavTAPI"},
+  };
+  for (const Row& row : rows) {
+    EXPECT_EQ(FolderOf(row.path), row.folder);
+    EXPECT_EQ(NameOf(row.path), row.name);
   }
 }
 

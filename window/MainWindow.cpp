@@ -1,0 +1,275 @@
+#include "window/MainWindow.h"
+
+#include <array>
+#include <stdexcept>
+#include <vector>
+
+#include "app/Layout.h"
+#include "platform/win32/WideText.h"
+#include "util/Scope.h"
+#include "window/ControlWindows.h"
+#include "window/Dpi.h"
+#include "window/WindowMessageNumbers.h"
+#include "window/WindowText.h"
+#include "window/resources/ResourceIds.h"
+
+// What the program shows: its controls are read and the dialog is changed to match.
+namespace fonklav {
+namespace {
+
+/// A dialog without controls, menu or title; the zeros behind the head are those three's and must be there.
+struct EmptyTemplate {
+  DLGTEMPLATE head;
+  std::array<WORD, 3> menuClassTitle;
+};
+
+constexpr DWORD kStyle = WS_CAPTION | WS_SYSMENU | WS_MINIMIZEBOX | WS_THICKFRAME | WS_CLIPCHILDREN;
+
+BOOL CALLBACK AddScreen(HMONITOR monitor, HDC /*context*/, RECT* /*area*/, LPARAM screens) {
+  MONITORINFO info{};
+  info.cbSize = sizeof info;
+  if (GetMonitorInfoW(monitor, &info) != FALSE) {
+    const RECT& work = info.rcWork;
+    reinterpret_cast<std::vector<PixelRect>*>(screens)->push_back({work.left, work.top, work.right, work.bottom});
+  }
+  return TRUE;
+}
+
+std::vector<PixelRect> Screens() {
+  std::vector<PixelRect> screens;
+  EnumDisplayMonitors(nullptr, nullptr, &AddScreen, reinterpret_cast<LPARAM>(&screens));
+  return screens;
+}
+
+UniqueIcon LoadOwnIcon(HINSTANCE instance, int width, int height) {
+  return UniqueIcon{static_cast<HICON>(
+      LoadImageW(instance, MAKEINTRESOURCEW(IDI_FONKLAV), IMAGE_ICON, width, height, LR_DEFAULTCOLOR))};
+}
+
+}  // namespace
+
+MainWindow::MainWindow(HINSTANCE instance) : instance_(instance) {
+  INITCOMMONCONTROLSEX classes{sizeof classes, ICC_STANDARD_CLASSES | ICC_LISTVIEW_CLASSES | ICC_TAB_CLASSES};
+  InitCommonControlsEx(&classes);
+}
+
+void MainWindow::Create(FormControls& controls, FormInput& input, std::function<void()> sessionEnded) {
+  controls_ = &controls;
+  input_ = &input;
+  sessionEnded_ = std::move(sessionEnded);
+  const EmptyTemplate empty{{kStyle, WS_EX_CONTROLPARENT, 0, 0, 0, 0, 0}, {}};
+  const Scope scope(showing_);
+  window_.Reset(CreateDialogIndirectParamW(instance_, &empty.head, nullptr, &DialogProc, 0));
+  if (!window_) throw std::runtime_error("the window could not be made");
+  SetWindowLongPtrW(window_.Get(), GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+  dpi_ = DpiOf(window_.Get());
+  KeepFromScaling(window_.Get());
+  MakeControls();
+  Scale();
+  for (const LayoutRow& row : Layout()) ControlChanged(row.id);
+  FormChanged();
+}
+
+void MainWindow::MakeControls() {
+  for (const LayoutRow& row : Layout()) MakeControl(window_.Get(), row.id, *input_);
+  list_.Attach(ControlOf(ControlId::lstTAPI));
+  toolTip_.Attach(window_.Get(), instance_);
+  MakeDefault(ControlId::cmdSave);
+}
+
+void MainWindow::Destroy() noexcept {
+  controls_ = nullptr;
+  input_ = nullptr;
+  if (!window_) return;
+  // What still arrives from here on finds nobody.
+  SetWindowLongPtrW(window_.Get(), GWLP_USERDATA, 0);
+  window_.Reset();
+}
+
+void MainWindow::SetIcons() {
+  // The old icons go when the window shows the new ones.
+  UniqueIcon big = LoadOwnIcon(instance_, SystemLength(SM_CXICON, dpi_), SystemLength(SM_CYICON, dpi_));
+  UniqueIcon small = LoadOwnIcon(instance_, SystemLength(SM_CXSMICON, dpi_), SystemLength(SM_CYSMICON, dpi_));
+  SendMessageW(window_.Get(), WM_SETICON, ICON_BIG, reinterpret_cast<LPARAM>(big.Get()));
+  SendMessageW(window_.Get(), WM_SETICON, ICON_SMALL, reinterpret_cast<LPARAM>(small.Get()));
+  bigIcon_ = std::move(big);
+  smallIcon_ = std::move(small);
+}
+
+void MainWindow::Scale() {
+  SetIcons();
+  const LOGFONTW description = MessageFont(dpi_);
+  UniqueFont font{CreateFontIndirectW(&description)};
+  SetFonts(window_.Get(), font.Get());
+  font_ = std::move(font);  // the old one goes when no control uses it any more
+  PlaceControls();
+  list_.Rescaled(dpi_);
+  toolTip_.Rescaled(dpi_);
+}
+
+void MainWindow::PlaceControls() {
+  surplus_ = SurplusNow();
+  PlaceAll(window_.Get(), dpi_, surplus_);
+  list_.Resized();
+  RedrawWindow(window_.Get(), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
+}
+
+void MainWindow::ControlChanged(ControlId id) {
+  if (controls_ == nullptr) return;
+  const Scope scope(showing_);
+  if (id == ControlId::lstTAPI) list_.Show(controls_->lstTAPI.Entries());
+  // A frame takes what stands in it along.
+  for (const LayoutRow& row : Layout()) {
+    if (row.id == id) {
+      ShowControl(row);
+    } else if (row.frame == id) {
+      ShowState(row);
+    }
+  }
+}
+
+void MainWindow::ShowControl(const LayoutRow& row) {
+  if (const Control* const control = controls_->Find(row.id); control != nullptr) ShowContent(row, *control);
+  ShowState(row);
+}
+
+void MainWindow::ShowContent(const LayoutRow& row, const Control& control) {
+  const HWND window = ControlOf(row.id);
+  const std::wstring text = Wide(control.Text());
+  if (row.kind == ControlKind::TextBox) {
+    ShowOneLine(window, text);
+  } else {
+    ShowText(window, text);
+  }
+  toolTip_.Show(window, Wide(control.ToolTip()));
+  NameBoxes(row.id, text);
+}
+
+void MainWindow::TextAppended(ControlId id, const std::string& added) {
+  if (controls_ == nullptr) return;
+  const Scope scope(showing_);
+  AppendText(ControlOf(id), Wide(added));
+}
+
+void MainWindow::NameBoxes(ControlId label, const std::wstring& caption) const {
+  std::wstring name = caption;
+  std::erase(name, L'&');
+  for (const LayoutRow& row : Layout()) {
+    if (LabelOf(row.id) == label) accessibleNames_.Set(ControlOf(row.id), name);
+  }
+}
+
+void MainWindow::ShowState(const LayoutRow& row) {
+  const HWND control = ControlOf(row.id);
+  const Control* const held = controls_->Find(row.id);
+  const bool enabled = held == nullptr || held->Enabled();
+  const bool shown = IsShown(*controls_, row.id);
+  const bool hadFocus = GetFocus() == control;
+  if ((IsWindowEnabled(control) != FALSE) != enabled) EnableWindow(control, enabled ? TRUE : FALSE);
+  ShowWindow(control, shown ? SW_SHOWNA : SW_HIDE);
+  // The keyboard must not stay with a control that takes no keys. Later: the program may enable it again at once.
+  if (hadFocus && !(enabled && shown)) {
+    PostMessageW(window_.Get(), kLostFocusMessage, 0, reinterpret_cast<LPARAM>(control));
+  }
+}
+
+void MainWindow::FormChanged() {
+  if (controls_ == nullptr) return;
+  const Scope scope(showing_);
+  ShowText(window_.Get(), Wide(controls_->form.Caption()));
+  Place();
+  for (const ControlId frame : {ControlId::frmInfo0, ControlId::frmInfo1}) ControlChanged(frame);
+  ShowForm(controls_->form.Visible());
+}
+
+PixelRect MainWindow::WantedPlace() const {
+  const FormWindow& form = controls_->form;
+  const int left = PositionToPixels(form.Left(), SystemDpi());
+  const int top = PositionToPixels(form.Top(), SystemDpi());
+  return {left, top, left + LengthToPixels(form.Width(), dpi_), top + LengthToPixels(form.Height(), dpi_)};
+}
+
+Surplus MainWindow::SurplusNow() const {
+  RECT place{};
+  GetWindowRect(window_.Get(), &place);
+  return SurplusOf(place.right - place.left, place.bottom - place.top, dpi_);
+}
+
+void MainWindow::Place() {
+  if (IsIconic(window_.Get()) != FALSE) return;
+  const int titleHeight = SystemLength(SM_CYCAPTION, dpi_) + SystemLength(SM_CYSIZEFRAME, dpi_);
+  const PixelRect place = Reachable(WantedPlace(), titleHeight, Screens());
+  SetWindowPos(window_.Get(), nullptr, place.left, place.top, place.right - place.left, place.bottom - place.top,
+               SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+void MainWindow::ShowForm(bool visible) {
+  if ((IsWindowVisible(window_.Get()) != FALSE) == visible) return;
+  if (!visible) {
+    ShowWindow(window_.Get(), SW_HIDE);
+    return;
+  }
+  // Not by ShowWindow: its first call does what the program's starter has asked for, which may be to hide.
+  SetWindowPos(window_.Get(), HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_SHOWWINDOW);
+  ComeToFront();
+}
+
+void MainWindow::ComeToFront() {
+  if (controls_ == nullptr || !controls_->form.Visible()) return;
+  const Scope scope(showing_);
+  if (IsIconic(window_.Get()) != FALSE) {
+    ShowWindow(window_.Get(), SW_RESTORE);
+    Place();  // the form may have changed while there was nothing to place
+  }
+  Raise();
+  const bool usable = IsWindowEnabled(window_.Get()) != FALSE;  // not while a message box waits for its answer
+  if (usable && IsChild(window_.Get(), GetFocus()) == FALSE) FocusTo(ControlId::lstTAPI);
+}
+
+void MainWindow::Raise() const {
+  const HWND front = GetLastActivePopup(window_.Get());  // the window, or its message box
+  SetForegroundWindow(front);
+  if (GetForegroundWindow() == front) return;
+  // Windows leaves the keyboard with the program that the user works in. On top of the others the window can be seen.
+  for (const HWND place : {HWND_TOPMOST, HWND_NOTOPMOST}) {
+    SetWindowPos(window_.Get(), place, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+  }
+}
+
+void MainWindow::TimerChanged(TimerId id) {
+  if (controls_ == nullptr) return;
+  const Timer& timer = controls_->Find(id);
+  if (timer.Enabled()) {
+    SetTimer(window_.Get(), TimerNumberOf(id), timer.Interval(), nullptr);
+  } else {
+    KillTimer(window_.Get(), TimerNumberOf(id));
+  }
+}
+
+void MainWindow::FocusTo(ControlId id) {
+  SendMessageW(window_.Get(), WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(ControlOf(id)), TRUE);
+}
+
+void MainWindow::Unloaded() {
+  // The form may unload from inside a message of one of the controls: the window only hides here, deaf from now on, and
+  // goes when the message loop has ended.
+  for (std::size_t timer = 0; timer < kTimerCount; ++timer) {
+    KillTimer(window_.Get(), TimerNumberOf(static_cast<TimerId>(timer)));
+  }
+  SetWindowLongPtrW(window_.Get(), GWLP_USERDATA, 0);
+  controls_ = nullptr;
+  input_ = nullptr;
+  ShowWindow(window_.Get(), SW_HIDE);
+  PostQuitMessage(0);
+}
+
+HWND MainWindow::ControlOf(ControlId id) const { return GetDlgItem(window_.Get(), DialogIdOf(id)); }
+
+bool MainWindow::Takes(MSG& message) const { return window_ && IsDialogMessageW(window_.Get(), &message) != FALSE; }
+
+HWND MainWindow::BoxOwner() const {
+  const bool seen = window_ && IsWindowVisible(window_.Get()) != FALSE && IsIconic(window_.Get()) == FALSE;
+  return seen ? window_.Get() : nullptr;
+}
+
+}  // namespace fonklav
