@@ -17,6 +17,12 @@ bool Assign(Value& held, Value value) {
   return true;
 }
 
+/// One control for each name, in the order of the names.
+template <std::size_t... Numbers>
+std::array<Control, kControlCount> MakeControls(ViewSlot& slot, std::index_sequence<Numbers...> /*all*/) {
+  return {Control{static_cast<ControlId>(Numbers), slot}...};
+}
+
 }  // namespace
 
 void Control::Show() {
@@ -46,10 +52,6 @@ void Control::Enabled(bool enabled) {
 
 void Control::Visible(bool visible) {
   if (Assign(visible_, visible)) Show();
-}
-
-void Control::ToolTip(std::string toolTip) {
-  if (Assign(toolTip_, std::move(toolTip))) Show();
 }
 
 void CheckList::Show() {
@@ -129,26 +131,15 @@ void FormWindow::Resized(float width, float height) {
   height_ = height;
 }
 
-FormControls::FormControls() {
-  for (const LayoutRow& row : Layout()) {
-    if (Control* control = Find(row.id); control != nullptr) {
-      control->Text(std::string(row.text));
-      control->ToolTip(std::string(row.toolTip));
-    }
-  }
+FormControls::FormControls() : controls_(MakeControls(slot, std::make_index_sequence<kControlCount>())) {
+  for (const LayoutRow& row : Layout()) (*this)[row.id].Text(std::string(row.text));
+  ToolTip(std::string(kCodeToolTip));
+  (*this)[ControlId::cmdWahl].Enabled(false);
+  (*this)[ControlId::cmdHangUp].Enabled(false);
 }
 
-Control* FormControls::Find(ControlId id) {
-  const std::array<Control*, kControlCount - 1> all{
-      &Frame2,     &lbLineIDActive, &labTAPIConfig[0], &labTAPIConfig[1], &txtSettVW,     &cmdInfo[0],
-      &cmdInfo[1], &cmdSave,        &cmdExit,          &frmInfo[0],       &txtLineInfo,   &frmInfo[1],
-      &Label1,     &txtNumber,      &cmdWahl,          &cmdHangUp,        &txtTestStatus, &cmdLogClear};
-  const auto found = std::ranges::find(all, id, &Control::Id);
-  return found == all.end() ? nullptr : *found;
-}
-
-Timer& FormControls::Find(TimerId id) {
-  return id == TimerId::Link ? tmLink : tmStart.at(static_cast<std::size_t>(id));
+void FormControls::ToolTip(std::string toolTip) {
+  if (Assign(toolTip_, std::move(toolTip)) && slot.view != nullptr) slot.view->ControlChanged(ControlId::txtSettVW);
 }
 
 }  // namespace fonklav

@@ -32,11 +32,11 @@ enum class ControlId {
   txtTestStatus,
   cmdLogClear,
 };
-inline constexpr std::size_t kControlCount = 19;
+inline constexpr std::size_t kControlCount = static_cast<std::size_t>(ControlId::cmdLogClear) + 1;
 
-/// The form's timers. The first three are the start timer's control array; the last one watches the conversation.
-enum class TimerId { Start0, Start1, Start2, Link };
-inline constexpr std::size_t kTimerCount = 4;
+/// The start timer's control array.
+enum class TimerId { Start0, Start1, Start2 };
+inline constexpr std::size_t kTimerCount = 3;
 
 /// Where a changed control makes itself known: the window that shows the form, once there is one.
 struct ViewSlot {
@@ -47,7 +47,7 @@ struct ViewSlot {
 /// is shown by the window and notifies as a change made by the user does.
 class Control {
  public:
-  Control(ControlId id, ViewSlot& slot, bool enabled = true) : id_(id), slot_(slot), enabled_(enabled) {}
+  Control(ControlId id, ViewSlot& slot) : id_(id), slot_(slot) {}
 
   [[nodiscard]] ControlId Id() const { return id_; }
   /// Caption or content, UTF-8. Line breaks are CR LF; an "&" in the caption of a button, label or frame marks the
@@ -60,8 +60,6 @@ class Control {
   void Enabled(bool enabled);
   [[nodiscard]] bool Visible() const { return visible_; }
   void Visible(bool visible);
-  [[nodiscard]] const std::string& ToolTip() const { return toolTip_; }
-  void ToolTip(std::string toolTip);
 
   /// The user has edited the text: as Text, but the window already shows it.
   void Edited(std::string text);
@@ -74,8 +72,7 @@ class Control {
   ControlId id_;
   ViewSlot& slot_;
   std::string text_;
-  std::string toolTip_;
-  bool enabled_;
+  bool enabled_{true};
   bool visible_{true};
   std::function<void()> onChange_;
 };
@@ -164,38 +161,30 @@ class FormWindow {
 };
 
 /// Everything that the window shows. The program owns it; the window reads it.
-struct FormControls {
+class FormControls {
+ public:
   FormControls();
   FormControls(const FormControls&) = delete;
   FormControls& operator=(const FormControls&) = delete;
   ~FormControls() = default;
 
+  /// A control by its name. The list has one too, for what it has in common with the others; its entries are lstTAPI.
+  [[nodiscard]] Control& operator[](ControlId id) { return controls_[static_cast<std::size_t>(id)]; }
+  [[nodiscard]] const Control& operator[](ControlId id) const { return controls_[static_cast<std::size_t>(id)]; }
+
+  /// The tooltip of the code box, the one control that needs more words than it has room for.
+  [[nodiscard]] const std::string& ToolTip() const { return toolTip_; }
+  void ToolTip(std::string toolTip);
+
   ViewSlot slot;
   FormWindow form{slot};
-  Control Frame2{ControlId::Frame2, slot};
   CheckList lstTAPI{slot};
-  Control lbLineIDActive{ControlId::lbLineIDActive, slot};
-  std::array<Control, 2> labTAPIConfig{Control{ControlId::labTAPIConfig0, slot},
-                                       Control{ControlId::labTAPIConfig1, slot}};
-  Control txtSettVW{ControlId::txtSettVW, slot};
-  std::array<Control, 2> cmdInfo{Control{ControlId::cmdInfo0, slot}, Control{ControlId::cmdInfo1, slot}};
-  Control cmdSave{ControlId::cmdSave, slot};
-  Control cmdExit{ControlId::cmdExit, slot};
-  std::array<Control, 2> frmInfo{Control{ControlId::frmInfo0, slot}, Control{ControlId::frmInfo1, slot}};
-  Control txtLineInfo{ControlId::txtLineInfo, slot};
-  Control Label1{ControlId::Label1, slot};
-  Control txtNumber{ControlId::txtNumber, slot};
-  Control cmdWahl{ControlId::cmdWahl, slot, false};
-  Control cmdHangUp{ControlId::cmdHangUp, slot, false};
-  Control txtTestStatus{ControlId::txtTestStatus, slot};
-  Control cmdLogClear{ControlId::cmdLogClear, slot};
-  std::array<Timer, 3> tmStart{Timer{TimerId::Start0, slot, 100}, Timer{TimerId::Start1, slot, 100},
-                               Timer{TimerId::Start2, slot, 3000}};
-  Timer tmLink{TimerId::Link, slot, 250};
+  std::array<Timer, kTimerCount> tmStart{Timer{TimerId::Start0, slot, 100}, Timer{TimerId::Start1, slot, 100},
+                                         Timer{TimerId::Start2, slot, 3000}};
 
-  /// Every control but the list, for whoever walks them; nothing for ControlId::lstTAPI.
-  [[nodiscard]] Control* Find(ControlId id);
-  [[nodiscard]] Timer& Find(TimerId id);
+ private:
+  std::array<Control, kControlCount> controls_;
+  std::string toolTip_;
 };
 
 }  // namespace fonklav

@@ -34,28 +34,28 @@ bool DdeConversation::Send(std::string_view bytes) {
   return true;
 }
 
-void DdeConversation::Tick() {
-  if (state_ == State::Asking) return TickAsking();
+void DdeConversation::OnTick() noexcept {
+  if (state_ == State::Asking) return WatchQuestion();
   if (!Connected()) return;
   if (!transport_.PartnerAlive()) return EndWith(&LinkEvents::txtDDE_LinkClose);
-  TickAdvise();
-  TickAnswers();
+  WatchAdvise();
+  WatchAnswers();
 }
 
-void DdeConversation::TickAsking() {
+void DdeConversation::WatchQuestion() noexcept {
   const auto asked = clock_.Ticks() - since_;
   if (asked >= kAskingTime) return OnNobody();
   if (asked > kPatience && !std::exchange(late_, true)) events_->txtDDE_LinkLate();
 }
 
-void DdeConversation::TickAdvise() {
+void DdeConversation::WatchAdvise() noexcept {
   if (busy_ && clock_.Ticks() - since_ >= kBusyTime) Advise();
 }
 
-void DdeConversation::TickAnswers() {
+void DdeConversation::WatchAnswers() noexcept {
   // What has failed by silence is forgotten: its late answer changes nothing any more.
   const auto overdue = [now = clock_.Ticks()](const Outstanding& sent) { return now - sent.sent >= kAnswerTime; };
-  if (std::erase_if(outstanding_, overdue) != 0) events_->LinkSendFailed();
+  if (std::erase_if(outstanding_, overdue) != 0) events_->txtDDE_SendFailed();
 }
 
 void DdeConversation::Advise() noexcept {
@@ -79,11 +79,11 @@ void DdeConversation::OnExecuteAck(DdeExecute execute, std::uint16_t status) noe
   const bool waitedFor = std::erase_if(outstanding_, [&](const auto& sent) { return sent.execute == execute; }) != 0;
   // A busy server has lost the report, but the link stands.
   const bool refused = (status & (kDdeAckPositive | kDdeAckBusy)) == 0;
-  if (Connected() && waitedFor && refused) events_->LinkSendFailed();
+  if (Connected() && waitedFor && refused) events_->txtDDE_SendFailed();
 }
 
 void DdeConversation::OnData(std::string bytes) noexcept {
-  if (Connected()) events_->LinkData(bytes);
+  if (Connected()) events_->txtDDE_LinkData(bytes);
 }
 
 void DdeConversation::OnTerminate() noexcept {
@@ -97,7 +97,7 @@ void DdeConversation::EndWith(void (LinkEvents::*event)() noexcept) noexcept {
 }
 
 void DdeConversation::Close() noexcept {
-  if (!Watching()) return;
+  if (state_ != State::Asking && !Connected()) return;
   state_ = State::Closed;
   events_ = nullptr;
   outstanding_.clear();

@@ -31,9 +31,9 @@ class LinkEvents {
   /// txtDDE_LinkOpen.
   virtual void txtDDE_LinkClose() noexcept = 0;
   /// The item has a new value, in bytes of the code page.
-  virtual void LinkData(const std::string& bytes) noexcept = 0;
+  virtual void txtDDE_LinkData(const std::string& bytes) noexcept = 0;
   /// A report that had been posted was refused, or has found no answer in time.
-  virtual void LinkSendFailed() noexcept = 0;
+  virtual void txtDDE_SendFailed() noexcept = 0;
 };
 
 /// The client's side of one conversation: what is outstanding, what counts as lost and when. It never waits: a question
@@ -67,13 +67,6 @@ class DdeConversation : public DdeSink {
   /// Posts a report; false when it could not be posted, or there is no partner.
   [[nodiscard]] bool Send(std::string_view bytes);
 
-  /// Looks after the question, the partner and the answers that are overdue. To be called some times a second while
-  /// Watching.
-  void Tick();
-
-  /// Whether there is something for Tick to look after.
-  [[nodiscard]] bool Watching() const { return state_ == State::Asking || Connected(); }
-
   /// Ends the question or the conversation from our side. Raises no event.
   void Close() noexcept;
 
@@ -83,6 +76,8 @@ class DdeConversation : public DdeSink {
   void OnExecuteAck(DdeExecute execute, std::uint16_t status) noexcept override;
   void OnData(std::string bytes) noexcept override;
   void OnTerminate() noexcept override;
+  /// Looks after the question, the partner and the answers that are overdue.
+  void OnTick() noexcept override;
 
  private:
   enum class State { NotConnected, Asking, Advising, Linked, Closed };
@@ -94,15 +89,15 @@ class DdeConversation : public DdeSink {
   };
 
   [[nodiscard]] bool Connected() const { return state_ == State::Advising || state_ == State::Linked; }
-  void TickAsking();
-  void TickAdvise();
-  void TickAnswers();
+  void WatchQuestion() noexcept;
+  void WatchAdvise() noexcept;
+  void WatchAnswers() noexcept;
   void Advise() noexcept;
   void EndWith(void (LinkEvents::*event)() noexcept) noexcept;
 
   DdeTransport& transport_;
   const Clock& clock_;
-  LinkEvents* events_{nullptr};  ///< not owned; set while Watching
+  LinkEvents* events_{nullptr};  ///< not owned; set from Connect to the end
   State state_{State::NotConnected};
   std::string item_;
   std::chrono::milliseconds since_{0};  ///< of the question or, while the server is busy, of its last answer

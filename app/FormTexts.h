@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "app/Controls.h"
+#include "config/modLanguage.h"
 
 namespace fonklav {
 
@@ -27,25 +28,24 @@ struct FormTexts {
 
 /// One text: its key in the language files and the German text that is built in.
 struct FormTextRow {
-  std::string_view key;
-  std::string_view defaultText;
-  std::string FormTexts::*text;
+  TextKey text;
+  std::string FormTexts::*field;
 };
 
 inline constexpr std::array kFormTexts{
-    FormTextRow{"TAPI_Button_HangUp", "Auflegen", &FormTexts::hangUp},
-    FormTextRow{"TAPIConfig_Info_Register", "Anmeldung", &FormTexts::registering},
-    FormTextRow{"TAPIConfig_Info_Preparation", "Vorbereitung", &FormTexts::preparation},
-    FormTextRow{"TAPIConfig_Info_CheckTAPI", "Prüfe auf TAPI 1.3 - 1.4...", &FormTexts::checkTapi},
-    FormTextRow{"TAPIConfig_Info_ErrorVersion", "Fehlende oder falsche TAPI-Version!", &FormTexts::errorVersion},
-    FormTextRow{"TAPIConfig_Info_NoDeviceSelected", "Kein TAPI-Gerät ausgewählt!", &FormTexts::noDeviceSelected},
-    FormTextRow{"TAPIConfig_String_Device", "Gerät", &FormTexts::device},
-    FormTextRow{"TAPIConfig_Info_UnAvailable", "nicht verfügbar!", &FormTexts::unavailable},
-    FormTextRow{"TAPI_Button_Call", "Wählen", &FormTexts::call},
-    FormTextRow{"TAPIConfig_String_Ring", "Klingeln", &FormTexts::ring},
-    FormTextRow{"TAPIConfig_String_Connected", "Verbunden", &FormTexts::connected},
-    FormTextRow{"TAPIConfig_String_Disconnected", "Getrennt", &FormTexts::disconnected},
-    FormTextRow{"TAPIConfig_String_Idle", "Leerlauf", &FormTexts::idle},
+    FormTextRow{{"TAPI_Button_HangUp", "Auflegen"}, &FormTexts::hangUp},
+    FormTextRow{{"TAPIConfig_Info_Register", "Anmeldung"}, &FormTexts::registering},
+    FormTextRow{{"TAPIConfig_Info_Preparation", "Vorbereitung"}, &FormTexts::preparation},
+    FormTextRow{{"TAPIConfig_Info_CheckTAPI", "Prüfe auf TAPI 1.3 - 1.4..."}, &FormTexts::checkTapi},
+    FormTextRow{{"TAPIConfig_Info_ErrorVersion", "Fehlende oder falsche TAPI-Version!"}, &FormTexts::errorVersion},
+    FormTextRow{{"TAPIConfig_Info_NoDeviceSelected", "Kein TAPI-Gerät ausgewählt!"}, &FormTexts::noDeviceSelected},
+    FormTextRow{{"TAPIConfig_String_Device", "Gerät"}, &FormTexts::device},
+    FormTextRow{{"TAPIConfig_Info_UnAvailable", "nicht verfügbar!"}, &FormTexts::unavailable},
+    FormTextRow{{"TAPI_Button_Call", "Wählen"}, &FormTexts::call},
+    FormTextRow{{"TAPIConfig_String_Ring", "Klingeln"}, &FormTexts::ring},
+    FormTextRow{{"TAPIConfig_String_Connected", "Verbunden"}, &FormTexts::connected},
+    FormTextRow{{"TAPIConfig_String_Disconnected", "Getrennt"}, &FormTexts::disconnected},
+    FormTextRow{{"TAPIConfig_String_Idle", "Leerlauf"}, &FormTexts::idle},
 };
 
 /// Where a control's text comes from: a key of the language files, whose default is the control's own layout text, or
@@ -75,16 +75,11 @@ inline constexpr std::array kControlTexts{
     ControlTextRow{ControlId::cmdExit, "Button_Cancel", nullptr, false},
 };
 
-/// A text that is looked up where it is needed.
-struct SingleText {
-  std::string_view key;
-  std::string_view defaultText;
-};
-
-inline constexpr SingleText kHeadText{"Settings_Label_HeadTAPI", "TAPI Wählhilfe"};
-inline constexpr SingleText kSettingsText{"Display_Menu_Settings", "Einstellungen"};
-inline constexpr SingleText kLineIdText{"TAPIConfig_Label_LineID", "LineID"};
-inline constexpr SingleText kDirectCallText{"Import_Msg_DirectCallNotProvided",
-                                            "Ein Direktaufruf dieses Tools ist nicht vorgesehen!"};
+// Texts that are looked up where they are needed.
+inline constexpr TextKey kHeadText{"Settings_Label_HeadTAPI", "TAPI Wählhilfe"};
+inline constexpr TextKey kSettingsText{"Display_Menu_Settings", "Einstellungen"};
+inline constexpr TextKey kLineIdText{"TAPIConfig_Label_LineID", "LineID"};
+inline constexpr TextKey kDirectCallText{"Import_Msg_DirectCallNotProvided",
+                                         "Ein Direktaufruf dieses Tools ist nicht vorgesehen!"};
 
 }  // namespace fonklav

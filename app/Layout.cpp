@@ -16,27 +16,26 @@ using enum Growth;
 // ends; the window hides them while it is collapsed. What a window is wider than at the start goes to list and boxes,
 // what it is higher than expanded to the box of the lower panel.
 constexpr std::array<LayoutRow, kControlCount> kLayout{{
-    {Frame2, Frame, Frame2, 120, 75, 3240, 2685, Stretches, Stays, "TAPI Geräte ", ""},
-    {lstTAPI, CheckList, Frame2, 135, 285, 2970, 1950, Stretches, Stays, "", ""},
-    {lbLineIDActive, Label, Frame2, 150, 2325, 2940, 255, Stretches, Stays, "LineID", ""},
-    {labTAPIConfig1, Label, labTAPIConfig1, 3540, 285, 3180, 255, Moves, Stays, "Amtskennzahl", ""},
-    {txtSettVW, TextBox, txtSettVW, 3540, 555, 3180, 345, Moves, Stays, "",
-     "00, 0 oder NICHTS vor nationalen Nummern, abhängig vom CAPI-Hersteller"},
+    {Frame2, Frame, Frame2, 120, 75, 3240, 2685, Stretches, Stays, "TAPI Geräte "},
+    {lstTAPI, CheckList, Frame2, 135, 285, 2970, 1950, Stretches, Stays, ""},
+    {lbLineIDActive, Label, Frame2, 150, 2325, 2940, 255, Stretches, Stays, "LineID"},
+    {labTAPIConfig1, Label, labTAPIConfig1, 3540, 285, 3180, 255, Moves, Stays, "Amtskennzahl"},
+    {txtSettVW, TextBox, txtSettVW, 3540, 555, 3180, 345, Moves, Stays, ""},
     {labTAPIConfig0, Label, labTAPIConfig0, 3540, 990, 3180, 735, Moves, Stays,
-     "(Wenn keine Wählregel in Systemsteuerung!)", ""},
-    {cmdInfo0, Button, cmdInfo0, 3540, 1800, 1560, 375, Moves, Stays, "Geräte-&Info", ""},
-    {cmdInfo1, Button, cmdInfo1, 5160, 1800, 1560, 375, Moves, Stays, "&Test", ""},
-    {cmdSave, Button, cmdSave, 3540, 2385, 1560, 375, Moves, Stays, "&OK", ""},
-    {cmdExit, Button, cmdExit, 5160, 2385, 1560, 375, Moves, Stays, "A&bbrechen", ""},
-    {frmInfo0, Frame, frmInfo0, 120, 2880, 6600, 3120, Stretches, Stretches, "Geräte-Informationen ", ""},
-    {txtLineInfo, StatusBox, frmInfo0, 150, 300, 6300, 2670, Stretches, Stretches, "", ""},
-    {frmInfo1, Frame, frmInfo1, 120, 2880, 6600, 3120, Stretches, Stretches, "Test ", ""},
-    {Label1, Label, frmInfo1, 150, 345, 1050, 255, Stays, Stays, "Nummer", ""},
-    {txtNumber, TextBox, frmInfo1, 1230, 300, 2160, 345, Stretches, Stays, "", ""},
-    {cmdWahl, Button, frmInfo1, 3480, 285, 1440, 375, Moves, Stays, "Wählen", ""},
-    {cmdHangUp, Button, frmInfo1, 5010, 285, 1440, 375, Moves, Stays, "Auflegen", ""},
-    {txtTestStatus, StatusBox, frmInfo1, 150, 765, 6300, 1740, Stretches, Stretches, "", ""},
-    {cmdLogClear, Button, frmInfo1, 5010, 2595, 1440, 375, Moves, Moves, "clear", ""},
+     "(Wenn keine Wählregel in Systemsteuerung!)"},
+    {cmdInfo0, Button, cmdInfo0, 3540, 1800, 1560, 375, Moves, Stays, "Geräte-&Info"},
+    {cmdInfo1, Button, cmdInfo1, 5160, 1800, 1560, 375, Moves, Stays, "&Test"},
+    {cmdSave, Button, cmdSave, 3540, 2385, 1560, 375, Moves, Stays, "&OK"},
+    {cmdExit, Button, cmdExit, 5160, 2385, 1560, 375, Moves, Stays, "A&bbrechen"},
+    {frmInfo0, Frame, frmInfo0, 120, 2880, 6600, 3120, Stretches, Stretches, "Geräte-Informationen "},
+    {txtLineInfo, StatusBox, frmInfo0, 150, 300, 6300, 2670, Stretches, Stretches, ""},
+    {frmInfo1, Frame, frmInfo1, 120, 2880, 6600, 3120, Stretches, Stretches, "Test "},
+    {Label1, Label, frmInfo1, 150, 345, 1050, 255, Stays, Stays, "Nummer"},
+    {txtNumber, TextBox, frmInfo1, 1230, 300, 2160, 345, Stretches, Stays, ""},
+    {cmdWahl, Button, frmInfo1, 3480, 285, 1440, 375, Moves, Stays, "Wählen"},
+    {cmdHangUp, Button, frmInfo1, 5010, 285, 1440, 375, Moves, Stays, "Auflegen"},
+    {txtTestStatus, StatusBox, frmInfo1, 150, 765, 6300, 1740, Stretches, Stretches, ""},
+    {cmdLogClear, Button, frmInfo1, 5010, 2595, 1440, 375, Moves, Moves, "clear"},
 }};
 
 /// How far apart two stretches of one axis are; 0 when they touch or overlap.
@@ -114,15 +113,11 @@ int FittingFontHeight(int wanted, int lineHeight, unsigned dpi) {
   return lineHeight > room ? room : wanted;
 }
 
-bool IsShown(FormControls& controls, ControlId id) {
+bool IsShown(const FormControls& controls, ControlId id) {
   const LayoutRow& row = LayoutOf(id);
   const bool panel = row.frame == ControlId::frmInfo0 || row.frame == ControlId::frmInfo1;
   if (panel && controls.form.Height() <= kFormHeightCollapsed) return false;
-  const auto visible = [&](ControlId which) {
-    const Control* control = controls.Find(which);
-    return control == nullptr || control->Visible();
-  };
-  return visible(id) && visible(row.frame);
+  return controls[id].Visible() && controls[row.frame].Visible();
 }
 
 std::optional<ControlId> LabelOf(ControlId id) {

@@ -32,9 +32,12 @@ struct LayoutRow {
   int height;
   Growth across;
   Growth down;
-  std::string_view text;     ///< the layout text, UTF-8
-  std::string_view toolTip;  ///< the layout tooltip, UTF-8
+  std::string_view text;  ///< the layout text, UTF-8
 };
+
+/// The layout tooltip of the code box, UTF-8.
+inline constexpr std::string_view kCodeToolTip =
+    "00, 0 oder NICHTS vor nationalen Nummern, abhängig vom CAPI-Hersteller";
 
 /// All controls in tab order. The window is built from it and the controls start with its texts.
 [[nodiscard]] const std::array<LayoutRow, kControlCount>& Layout();
@@ -89,7 +92,7 @@ struct Surplus {
 
 /// Whether the window shows a control now: nothing of a hidden frame is shown, and nothing of the lower panels while
 /// the window is collapsed, or the keyboard would go where nobody sees it.
-[[nodiscard]] bool IsShown(FormControls& controls, ControlId id);
+[[nodiscard]] bool IsShown(const FormControls& controls, ControlId id);
 
 /// The control whose caption names a box or the list: the label or frame right before it, or else its frame. Nothing
 /// for controls that show their own name.

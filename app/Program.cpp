@@ -4,7 +4,6 @@
 #include "app/fMain.h"
 #include "app/modSaveSetting.h"
 #include "config/Configuration.h"
-#include "diag/LogLimits.h"
 #include "diag/clsErrorHandling.h"
 #include "tapi/mTAPIFunctions.h"
 #include "tapi/mTAPIvb.h"

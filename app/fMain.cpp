@@ -9,8 +9,13 @@
 // in the log, never in the end of the process.
 namespace fonklav {
 
-fMain::fMain(const FormServices& services, FormControls& controls) : services_(services), controls_(controls) {
-  controls_.txtNumber.OnChange([this] { txtNumber_Change(); });
+using enum ControlId;
+
+fMain::fMain(const FormServices& services, FormControls& controls)
+    : services_(services),
+      controls_(controls),
+      reports_(services.diagnostics, services.codePage, services.link, controls[txtTestStatus], LinkOpenFlag_) {
+  controls_[txtNumber].OnChange([this] { txtNumber_Change(); });
   controls_.lstTAPI.OnItemCheck([this](std::size_t index) { lstTAPI_ItemCheck(index); });
 }
 
@@ -41,9 +46,7 @@ void fMain::KeyPress(ControlId box, int characterCode) noexcept {
 }
 
 void fMain::Edit(ControlId box, const std::string& text) noexcept {
-  Guarded(services_.diagnostics, "fMain.Edit", {}, [&] {
-    if (Control* control = controls_.Find(box); control != nullptr) control->Edited(text);
-  });
+  Guarded(services_.diagnostics, "fMain.Edit", {}, [&] { controls_[box].Edited(text); });
 }
 
 void fMain::TickEntry(std::size_t index, bool ticked) noexcept {
@@ -54,8 +57,10 @@ void fMain::ClickEntry(std::size_t index) noexcept { lstTAPI_Click(index); }
 
 void fMain::TimerTick(TimerId timer) noexcept {
   if (unloaded_) return;  // a tick may still be on its way when the form goes
-  if (timer != TimerId::Link) return tmStart_Timer(static_cast<int>(timer));
-  Guarded(services_.diagnostics, "fMain.WatchLink", {}, [&] { WatchLink(); });
+  // The link may come late, and its user may have dialed by hand meanwhile. The line stage makes a new line object,
+  // which would take that call away: it waits for a tick after the call.
+  if (timer == TimerId::Start1 && LineIsOpen()) return;
+  tmStart_Timer(static_cast<int>(timer));
 }
 
 void fMain::Moved(float top, float left) noexcept { controls_.form.Moved(top, left); }

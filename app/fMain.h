@@ -9,6 +9,7 @@
 #include "app/DdeConversation.h"
 #include "app/FormTexts.h"
 #include "app/FormView.h"
+#include "app/Protocol.h"
 #include "tapi/CvbTAPILine.h"
 #include "tapi/LineState.h"
 
@@ -80,17 +81,16 @@ class fMain final : public FormInput, private LineEvents, private LinkEvents {
   void ReportMissingAreaCodes();
 
   // Link
-  void DDEexecute(const std::string& message, const std::string& tag = {});
   void txtDDE_Change();
-  void Obey(const std::string& command, const std::string& argument, const std::string& detail);
+  void Obey(const CommandMessage& message);
+  void ShowSettings();
   void txtDDE_LinkLate() noexcept override;
   void txtDDE_LinkFailed() noexcept override;
   void txtDDE_LinkOpen() noexcept override;
   void txtDDE_LinkError() noexcept override;
   void txtDDE_LinkClose() noexcept override;
-  void WatchLink();
-  void LinkData(const std::string& bytes) noexcept override;
-  void LinkSendFailed() noexcept override { LinkOpenFlag_ = false; }
+  void txtDDE_LinkData(const std::string& bytes) noexcept override;
+  void txtDDE_SendFailed() noexcept override { LinkOpenFlag_ = false; }
 
   // Lines
   void SetLine();
@@ -114,7 +114,7 @@ class fMain final : public FormInput, private LineEvents, private LinkEvents {
   // Texts
   void Language();
   void ApplyText(const ControlTextRow& row);
-  [[nodiscard]] std::string Lookup(const SingleText& text);
+  [[nodiscard]] std::string Lookup(const TextKey& text);
 
   // Calls
   void cmdWahl_Click();
@@ -131,13 +131,8 @@ class fMain final : public FormInput, private LineEvents, private LinkEvents {
   void tapiline_Connected() override;
   void tapiline_Idle() override;
   void tapiline_Disconnected() override;
-  void AppendStatus(const std::string& line);
-  void ShowProgress(const std::string& text);
-  void ShowFailure(const std::string& line, const char* pointer);
   [[nodiscard]] std::string ErrorLine(const char* prefix);
   void ApplyDialButtonRule();
-  void SendHangUpState(const std::string& tag = {});
-  void SendCallState(const std::string& tag);
 
   // Panels
   void cmdInfo_Click(std::int16_t index);
@@ -153,6 +148,7 @@ class fMain final : public FormInput, private LineEvents, private LinkEvents {
 
   FormServices services_;
   FormControls& controls_;
+  Reports reports_;
   FormTexts texts_;
   LinePointer tapiline_;
   std::string ownAccessCode_;  ///< the outside-line code of the system's location
@@ -163,8 +159,7 @@ class fMain final : public FormInput, private LineEvents, private LinkEvents {
   bool TAPICheckShownFlag_{false};
   bool AreaCodeMsgShownFlag_{false};
   bool DebugFlag_{false};
-  bool shownAsAsked_{false};    ///< the start has shown the window, or left it hidden
-  bool lineStageWaits_{false};  ///< the second line stage waits until a call made by hand is over
+  bool shownAsAsked_{false};  ///< the start has shown the window, or left it hidden
   bool unloaded_{false};
 };
 

@@ -8,6 +8,8 @@
 // The list of lines and the one that is chosen. The stored name finds its line by prefix, the list's entry exactly.
 namespace fonklav {
 
+using enum ControlId;
+
 void fMain::SetLine() {
   Procedure(services_.diagnostics, "fMain.SetLine", {}, [&] {
     const std::int16_t id = services_.lineFunctions.GetLineID(services_.lines.TAPILine);
@@ -19,32 +21,34 @@ void fMain::SetLine() {
     RefreshTAPIList();
     ApplyDialButtonRule();
     // Exactly this combination and no other: a line that could place calls but has no version.
-    if (Line()->NegotiatedAPIVersion() == 0 && Line()->LineSupportsVoiceCalls()) SendCallState("|SetLine");
+    if (Line()->NegotiatedAPIVersion() == 0 && Line()->LineSupportsVoiceCalls()) {
+      reports_.CallButton(controls_[cmdWahl], Sender::SetLine);
+    }
   });
 }
 
 void fMain::ReportMissingLine() {
   services_.lines.LineOKFlag = false;
-  DDEexecute("Init2LastOK|0");
+  reports_.Bound(false);
   const std::string& stored = services_.lines.TAPILine;
   controls_.tmStart[2].Enabled(!stored.empty());
   const std::string caption =
       stored.empty() ? texts_.noDeviceSelected : texts_.device + " " + stored + " " + texts_.unavailable;
-  controls_.lbLineIDActive.Text(caption);
+  controls_[lbLineIDActive].Text(caption);
   DebugLine("SetLine - " + caption);
-  DDEexecute("line|" + caption);
-  if (!stored.empty()) DDEexecute("log|" + caption);
+  reports_.Line(caption);
+  if (!stored.empty()) reports_.Log(caption);
 }
 
 void fMain::ReportBoundLine(std::int16_t id) {
   services_.lines.LineOKFlag = true;
-  DDEexecute("Init2LastOK|1");
+  reports_.Bound(true);
   Line()->CurrentLineID(id);
   controls_.tmStart[2].Enabled(true);
   const std::string caption = WithoutNul(Line()->LineName());
-  controls_.lbLineIDActive.Text(caption);
+  controls_[lbLineIDActive].Text(caption);
   DebugLine("SetLine - " + caption);
-  DDEexecute("line|" + caption);
+  reports_.Line(caption);
 }
 
 void fMain::RefreshTAPIList() {
@@ -102,13 +106,13 @@ void fMain::lstTAPI_ItemCheck(std::size_t index) {
 void fMain::lstTAPI_Click(std::size_t index) {
   Procedure(services_.diagnostics, "fMain.lstTAPI_Click", {index}, [&] {
     if (index >= controls_.lstTAPI.Count()) return;
-    controls_.txtLineInfo.Text("");
+    controls_[txtLineInfo].Text("");
     const std::int16_t id = services_.lineFunctions.GetLineID(controls_.lstTAPI.At(index).text);
     if (id == -1) {
-      controls_.txtLineInfo.Text(controls_.txtLineInfo.Text() + "<No Valid TAPI Line Selected>");
+      controls_[txtLineInfo].Text(controls_[txtLineInfo].Text() + "<No Valid TAPI Line Selected>");
       return;
     }
-    controls_.txtLineInfo.Text(services_.lineFunctions.GetLineInfo(*Line(), id));
+    controls_[txtLineInfo].Text(services_.lineFunctions.GetLineInfo(*Line(), id));
     // The report has made its device the current line; the next call is to go to the ticked one.
     if (services_.lines.LineOKFlag) Line()->CurrentLineID(services_.lineFunctions.GetLineID(services_.lines.TAPILine));
   });

@@ -1,20 +1,18 @@
 #include <algorithm>
+#include <array>
 
 #include "app/fMain.h"
 #include "platform/Ports.h"
+#include "util/CaseFold.h"
 #include "util/Procedure.h"
 #include "util/RunTimeError.h"
 #include "util/Text.h"
 
 // The conversation with the main program: its commands, and the way our reports take.
 namespace fonklav {
-namespace {
 
-bool EqualsIgnoringCase(std::string_view text, std::string_view lower) {
-  return std::ranges::equal(text, lower, [](char left, char right) {
-    return (left >= 'A' && left <= 'Z' ? static_cast<char>(left - 'A' + 'a') : left) == right;
-  });
-}
+using enum ControlId;
+namespace {
 
 /// A number without its exponent, which has no part in whether it is zero; the whole text where it has none.
 std::string_view Mantissa(std::string_view number) {
@@ -40,44 +38,44 @@ bool ToBoolean(const std::string& text, const NumberSeparators& separators, int 
 
 }  // namespace
 
-void fMain::DDEexecute(const std::string& message, const std::string& tag) {
-  Procedure(services_.diagnostics, "DDEexecute", {message, tag}, [&] {
-    if (!services_.link.Send(services_.codePage.ToBytes(message + tag))) LinkOpenFlag_ = false;
-  });
-}
-
 void fMain::txtDDE_Change() {
   Procedure(services_.diagnostics, "txtDDE_Change", {txtDDE_}, [&] {
     const std::string text = txtDDE_;
     if (text.empty()) return;  // the main program clears the item between its commands
     DebugLine("DDE Execute - " + text);
-    const std::vector<std::string> fields = Split(text + "||", "|");
-    Obey(fields[0], fields[1], fields[2]);
+    Obey(ParseCommand(text));
   });
 }
 
-void fMain::Obey(const std::string& command, const std::string& argument, const std::string& detail) {
-  const auto acknowledge = [&] { DDEexecute("cmd|quitt"); };
-  if (command == "settings") {
-    acknowledge();
-    controls_.form.Visible(true);
-    // It may be visible all the same: minimised, or behind what the user looks at.
-    if (controls_.slot.view != nullptr) controls_.slot.view->ComeToFront();
-  } else if (command == "unload") {
-    acknowledge();
-    cmdExit_Click();
-  } else if (command == "cmd") {
-    acknowledge();
-    if (argument == "call") {
-      controls_.txtNumber.Text(detail);
-      cmdWahl_Click();
-    } else if (argument == "hangup") {
-      cmdHangUp_Click();
-    }
-  } else if (command == "debug") {
-    acknowledge();
-    DebugFlag_ = ToBoolean(argument, services_.numberLocale.Separators());
-  }
+void fMain::Obey(const CommandMessage& message) {
+  struct Row {
+    Command command;
+    void (*act)(fMain& form, const std::string& argument);
+  };
+  static constexpr std::array kActions{
+      Row{Command::Settings, [](fMain& form, const std::string&) { form.ShowSettings(); }},
+      Row{Command::Unload, [](fMain& form, const std::string&) { form.cmdExit_Click(); }},
+      Row{Command::Call,
+          [](fMain& form, const std::string& number) {
+            form.controls_[txtNumber].Text(number);
+            form.cmdWahl_Click();
+          }},
+      Row{Command::HangUp, [](fMain& form, const std::string&) { form.cmdHangUp_Click(); }},
+      Row{Command::DebugFlag,
+          [](fMain& form, const std::string& flag) {
+            form.DebugFlag_ = ToBoolean(flag, form.services_.numberLocale.Separators());
+          }},
+  };
+  if (message.command == Command::Unknown) return;
+  reports_.Acknowledge();
+  const auto row = std::ranges::find(kActions, message.command, &Row::command);
+  if (row != kActions.end()) row->act(*this, message.argument);
+}
+
+void fMain::ShowSettings() {
+  controls_.form.Visible(true);
+  // It may be visible all the same: minimised, or behind what the user looks at.
+  if (controls_.slot.view != nullptr) controls_.slot.view->ComeToFront();
 }
 
 void fMain::txtDDE_LinkLate() noexcept {
@@ -114,16 +112,9 @@ void fMain::txtDDE_LinkClose() noexcept {
   });
 }
 
-void fMain::WatchLink() {
-  services_.link.Tick();
+void fMain::txtDDE_LinkData(const std::string& bytes) noexcept {
   if (unloaded_) return;
-  if (lineStageWaits_ && !LineIsOpen()) EndLinkStage();
-  controls_.tmLink.Enabled(services_.link.Watching() || lineStageWaits_);
-}
-
-void fMain::LinkData(const std::string& bytes) noexcept {
-  if (unloaded_) return;
-  Guarded(services_.diagnostics, "fMain.LinkData", {}, [&] {
+  Guarded(services_.diagnostics, "fMain.txtDDE_LinkData", {}, [&] {
     std::string text = services_.codePage.ToText(bytes);
     if (text == txtDDE_) return;  // as in any text box, the same text again is no change
     txtDDE_ = std::move(text);

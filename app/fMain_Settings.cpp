@@ -5,10 +5,12 @@
 // Saving, giving up, and going. While the main program is linked the form only hides.
 namespace fonklav {
 
+using enum ControlId;
+
 void fMain::ReLoadSettings() {
   Procedure(services_.diagnostics, "fMain.ReLoadSettings", {}, [&] {
     services_.saveSetting.LoadSettings();
-    controls_.txtSettVW.Text(services_.settings.TAPIAmtVW);
+    controls_[txtSettVW].Text(services_.settings.TAPIAmtVW);
     tmStart_Timer(1);
   });
 }
@@ -18,10 +20,10 @@ void fMain::cmdSave_Click() {
     for (const CheckList::Entry& entry : controls_.lstTAPI.Entries()) {
       if (entry.ticked) services_.lines.TAPILine = entry.text;
     }
-    services_.settings.TAPIAmtVW = controls_.txtSettVW.Text();
+    services_.settings.TAPIAmtVW = controls_[txtSettVW].Text();
     services_.saveSetting.SaveSettings();
     SetLine();
-    DDEexecute("cmd|settchange");
+    reports_.SettingsChanged();
     Unload(UnloadMode::Code);
   });
 }
@@ -63,7 +65,6 @@ void fMain::Form_Unload() {
     DebugLine("FormFonklav_Unload");
   });
   for (Timer& timer : controls_.tmStart) timer.Enabled(false);
-  controls_.tmLink.Enabled(false);
   services_.link.Close();
   if (controls_.slot.view != nullptr) controls_.slot.view->Unloaded();
 }

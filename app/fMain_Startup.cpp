@@ -13,6 +13,8 @@
 // From the command line to the bound line. The line stage runs twice: once before the conversation exists, so that the
 // window is complete whatever becomes of the link, and once after, so that the main program hears its reports.
 namespace fonklav {
+
+using enum ControlId;
 namespace {
 
 constexpr const char* kProgramCode = "FVT";
@@ -42,11 +44,11 @@ bool fMain::ReadCommandLine() {
   SettModeFlag_ = argument == "/sett";
   if (SettModeFlag_) return true;
   if (services_.functions.fIsTelNumber(argument)) {
-    controls_.txtNumber.Text(argument);
+    controls_[txtNumber].Text(argument);
     return true;
   }
   if (argument == "/run") {
-    controls_.txtNumber.Text("");
+    controls_[txtNumber].Text("");
     return true;
   }
   services_.config.messages.MsgBoxForward(Lookup(kDirectCallText), kMessageBoxInformation, "");
@@ -55,8 +57,8 @@ bool fMain::ReadCommandLine() {
 
 void fMain::ShowCollapsed() {
   // Both frames stand in the same place by their layout; one of them is seen.
-  controls_.frmInfo[0].Visible(true);
-  controls_.frmInfo[1].Visible(false);
+  controls_[frmInfo0].Visible(true);
+  controls_[frmInfo1].Visible(false);
   controls_.form.Height(kFormHeightCollapsed);
   controls_.form.Width(kFormWidth);
 }
@@ -71,16 +73,12 @@ void fMain::tmStart_Timer(int index) {
 void fMain::OpenLink() {
   controls_.tmStart[0].Enabled(false);
   DebugLine("Init DDE");
-  controls_.tmLink.Enabled(true);
   services_.link.Connect(*this, kLinkApplication, kLinkTopic, kLinkItem);
 }
 
 void fMain::EndLinkStage() {
   ShowAsAsked();
-  // A main program that is busy answers late, and its user may have dialed by hand meanwhile: the line stage makes a
-  // new line object, which would take that call away.
-  lineStageWaits_ = LineIsOpen();
-  controls_.tmStart[1].Enabled(!lineStageWaits_);
+  controls_.tmStart[1].Enabled(true);
 }
 
 void fMain::ShowAsAsked() {
@@ -89,7 +87,6 @@ void fMain::ShowAsAsked() {
 
 void fMain::BindLineObject() {
   controls_.tmStart[1].Enabled(false);
-  lineStageWaits_ = false;
   ReleaseLine();
   // Telephony may let messages in, here and in each of its functions below: when they have brought a newer line object,
   // or the form's end, this run is over.
@@ -103,7 +100,7 @@ void fMain::BindLineObject() {
   DebugLine(complete ? "Check area codes - OK" : "Check area codes - Fail");
   if (complete) return CreateLine(line);
   StageWithoutLine();
-  controls_.lbLineIDActive.Text(Lookup(kLineIdText));
+  controls_[lbLineIDActive].Text(Lookup(kLineIdText));
   ReportMissingAreaCodes();
 }
 
@@ -130,7 +127,7 @@ void fMain::StageWithoutLine() {
   services_.lineFunctions.ResetTable();
   services_.lines.LineOKFlag = false;
   ownAccessCode_.clear();
-  controls_.cmdWahl.Enabled(false);
+  controls_[cmdWahl].Enabled(false);
   controls_.lstTAPI.Clear();
 }
 
@@ -138,19 +135,15 @@ void fMain::ReportFirstFailure() {
   TAPICheckShownFlag_ = true;
   const std::string text = Line()->ErrorString(Line()->LastError());
   DebugLine("TAPI check - Message=" + text);
-  AppendStatus(text);
-  DDEexecute("log|" + text);
-  controls_.txtTestStatus.Append(texts_.checkTapi);
-  DDEexecute("log|" + texts_.checkTapi);
+  reports_.Trouble(text, kCrLf);
+  reports_.Trouble(texts_.checkTapi, "");
 }
 
 void fMain::ReportWrongVersion() {
   StageWithoutLine();
-  controls_.lbLineIDActive.Text(texts_.errorVersion);
+  controls_[lbLineIDActive].Text(texts_.errorVersion);
   DebugLine("TAPI check - Lower version Message=" + texts_.errorVersion);
-  controls_.txtTestStatus.Append(texts_.errorVersion);
-  DDEexecute("line|" + texts_.errorVersion);
-  DDEexecute("log|" + texts_.errorVersion);
+  reports_.NoTelephony(texts_.errorVersion);
 }
 
 void fMain::ReportMissingAreaCodes() {

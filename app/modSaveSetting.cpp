@@ -5,7 +5,6 @@
 
 #include "app/Controls.h"
 #include "config/modAPI_INI.h"
-#include "diag/LogLimits.h"
 #include "tapi/LineState.h"
 #include "util/Procedure.h"
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 #include "util/Diagnostics.h"
@@ -9,11 +10,16 @@ namespace fonklav {
 class FormWindow;
 class modAPI_INI;
 struct LineState;
-struct LogLimits;
 
 /// What the user sets besides the line.
 struct DialSettings {
   std::string TAPIAmtVW;  ///< what to dial for an outside line where the system's location does not say
+};
+
+/// Limits that the suite's settings give for logs. They are read and kept; this program's logs go by size.
+struct LogLimits {
+  std::int32_t logLineLimit{25};
+  std::int32_t backupCount{9};
 };
 
 /// The dialer's settings file, sett_TAPI.ini.

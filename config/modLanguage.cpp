@@ -13,8 +13,7 @@ constexpr const char* kLanguageLog = "\\log\\language.log";
 
 /// Keys that describe the file itself. They are never marked.
 bool DescribesFile(const std::string& key) {
-  const std::string folded = FoldCase(key);
-  return folded == "language" || folded == "countryid";
+  return EqualsIgnoringCase(key, "language") || EqualsIgnoringCase(key, "countryid");
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "config/ConfigState.h"
 #include "config/modAPI_Files.h"
@@ -8,6 +9,12 @@
 #include "util/Diagnostics.h"
 
 namespace fonklav {
+
+/// A text of the program: its key in the language files, and the German that is built in.
+struct TextKey {
+  std::string_view key;
+  std::string_view german;
+};
 
 /// The texts that the user sees, by key from the language file, with German built in. In the translators' check mode
 /// found texts stand in brackets and missing ones between question marks, and the missing ones are logged.
@@ -21,6 +28,9 @@ class modLanguage {
   void LanguageInit(const std::string& code);
   /// The text under `key`; `defaultText` when there is none or it is empty. "<CR>" and "<TAB>" are replaced in both.
   [[nodiscard]] std::string LoadLangKey(const std::string& key, const std::string& defaultText) const;
+  [[nodiscard]] std::string LoadLangKey(const TextKey& text) const {
+    return LoadLangKey(std::string(text.key), std::string(text.german));
+  }
 
  private:
   [[nodiscard]] std::string Marked(const std::string& value, const std::string& key,

@@ -8,7 +8,7 @@ void modLanguagePrivate::LoadTexts() {
   Procedure(diagnostics_, "modLanguagePrivate.LoadTexts", {}, [&] {
     language_.LanguageInit("");
     for (const SharedTextRow& row : kSharedTexts) {
-      state_.texts.*row.text = language_.LoadLangKey(std::string(row.key), std::string(row.defaultText));
+      state_.texts.*row.field = language_.LoadLangKey(row.text);
     }
   });
 }

@@ -11,29 +11,28 @@ namespace fonklav {
 
 /// One of the texts that the suite's programs share.
 struct SharedTextRow {
-  std::string_view key;
-  std::string_view defaultText;
-  std::string SharedTexts::*text;
+  TextKey text;
+  std::string SharedTexts::*field;
 };
 
 inline constexpr std::array kSharedTexts{
-    SharedTextRow{"Message_BackupExists", "Es existiert eine Sicherungskopie!", &SharedTexts::backupExists},
-    SharedTextRow{"Message_RemoveFileExtByRename", "Entfernen Sie die Endung  \".bak\" durch Umbenennen!",
+    SharedTextRow{{"Message_BackupExists", "Es existiert eine Sicherungskopie!"}, &SharedTexts::backupExists},
+    SharedTextRow{{"Message_RemoveFileExtByRename", "Entfernen Sie die Endung  \".bak\" durch Umbenennen!"},
                   &SharedTexts::removeFileExtByRename},
-    SharedTextRow{"Message_ConfigFileFault", "Die Konfigurationsdatei ist defekt!", &SharedTexts::configFileFault},
-    SharedTextRow{"Message_CreateNewFile", "Die Datei wird neu angelegt!", &SharedTexts::createNewFile},
-    SharedTextRow{"Message_FaultFileRename", "Die defekte Datei wurde umbenannt!", &SharedTexts::faultFileRename},
-    SharedTextRow{"Message_FaultFileDelete", "Die defekte Datei wurde gelöscht!", &SharedTexts::faultFileDelete},
-    SharedTextRow{"Message_PleaseDeleteFile",
-                  "Bitte löschen Sie folgende Dateien von Hand:", &SharedTexts::pleaseDeleteFile},
-    SharedTextRow{"Message_ReConfigTheProgram", "Das Programm muss leider neu konfiguriert werden!",
+    SharedTextRow{{"Message_ConfigFileFault", "Die Konfigurationsdatei ist defekt!"}, &SharedTexts::configFileFault},
+    SharedTextRow{{"Message_CreateNewFile", "Die Datei wird neu angelegt!"}, &SharedTexts::createNewFile},
+    SharedTextRow{{"Message_FaultFileRename", "Die defekte Datei wurde umbenannt!"}, &SharedTexts::faultFileRename},
+    SharedTextRow{{"Message_FaultFileDelete", "Die defekte Datei wurde gelöscht!"}, &SharedTexts::faultFileDelete},
+    SharedTextRow{{"Message_PleaseDeleteFile", "Bitte löschen Sie folgende Dateien von Hand:"},
+                  &SharedTexts::pleaseDeleteFile},
+    SharedTextRow{{"Message_ReConfigTheProgram", "Das Programm muss leider neu konfiguriert werden!"},
                   &SharedTexts::reConfigTheProgram},
     SharedTextRow{
-        "TAPIConfig_Info_SystemCodesFail",
-        "Bitte wechseln Sie zur \"Systemsteuerung\" und vervollständigen Sie, unter \"Telefon und Modem\", die "
-        "Angaben zu Ihrem Standort!",
+        {"TAPIConfig_Info_SystemCodesFail",
+         "Bitte wechseln Sie zur \"Systemsteuerung\" und vervollständigen Sie, unter \"Telefon und Modem\", die "
+         "Angaben zu Ihrem Standort!"},
         &SharedTexts::systemCodesFail},
-    SharedTextRow{"Message_ErrorReason", "Ursache", &SharedTexts::errorReason},
+    SharedTextRow{{"Message_ErrorReason", "Ursache"}, &SharedTexts::errorReason},
 };
 
 /// Loads the shared texts at start-up.

@@ -1,21 +1,17 @@
 #pragma once
 
 #include <array>
-#include <string_view>
+
+#include "config/modLanguage.h"
 
 namespace fonklav {
 
-/// A text of the logs' message boxes: its key in the language files and the German text that is built in.
-struct LogMessageRow {
-  std::string_view key;
-  std::string_view defaultText;
-};
-
-inline constexpr LogMessageRow kErrorRaised{"Message_ErrorRaised", "Es ist ein Fehler aufgetreten!"};
-inline constexpr LogMessageRow kSeeFile{"Message_SeeFile", "siehe Datei"};
-inline constexpr LogMessageRow kTracingIsActive{"Message_TracingIsActive", "Die Ablaufverfolgung ist aktiv!"};
-inline constexpr LogMessageRow kMuchDataInShortTime{"Message_MuchDataInShortTime",
-                                                    "Es werden in kurzer Zeit extrem viele Daten gespeichert!"};
+/// The texts of the logs' message boxes.
+inline constexpr TextKey kErrorRaised{"Message_ErrorRaised", "Es ist ein Fehler aufgetreten!"};
+inline constexpr TextKey kSeeFile{"Message_SeeFile", "siehe Datei"};
+inline constexpr TextKey kTracingIsActive{"Message_TracingIsActive", "Die Ablaufverfolgung ist aktiv!"};
+inline constexpr TextKey kMuchDataInShortTime{"Message_MuchDataInShortTime",
+                                              "Es werden in kurzer Zeit extrem viele Daten gespeichert!"};
 
 inline constexpr std::array kLogMessages{kErrorRaised, kSeeFile, kTracingIsActive, kMuchDataInShortTime};
 

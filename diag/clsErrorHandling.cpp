@@ -134,9 +134,7 @@ void clsErrorHandling::ShowFailure(const std::string& description) noexcept {
 
 const clsErrorHandling::MessageTexts& clsErrorHandling::Messages() {
   if (messagesLoaded_) return messages_;
-  const auto load = [&](const LogMessageRow& row) {
-    return config_.language.LoadLangKey(std::string(row.key), std::string(row.defaultText));
-  };
+  const auto load = [&](const TextKey& text) { return config_.language.LoadLangKey(text); };
   messages_ = {load(kErrorRaised), load(kSeeFile), load(kTracingIsActive), load(kMuchDataInShortTime)};
   messagesLoaded_ = true;
   return messages_;

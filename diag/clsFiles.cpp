@@ -12,9 +12,6 @@ namespace {
 
 constexpr std::size_t kKB = 1024;
 
-/// The error log knows this one under an older name.
-constexpr ProcedureName kMakeFile{"clsFiles.MakeFile", "clsFiles_MakeFile"};
-
 struct LineRange {
   std::int64_t first;
   std::int64_t last;
@@ -68,7 +65,7 @@ void clsFiles::FileWrite_Log(const std::string& sFile, std::string& sLine, std::
     const std::string old = ReadBytes(sFile);
     std::string bytes = old.substr(StartOfNewest(old, static_cast<std::size_t>(MaxSizeKB - MaxSizeKB / 4)));
     bytes += codePage_.ToBytes(sLine);
-    RewriteFile(sFile, bytes += kCrLf);
+    MakeFileOf(sFile, bytes, false);
   });
 }
 
@@ -117,19 +114,21 @@ bool clsFiles::WriteArrayToFile(const std::string& sFile, std::span<const std::s
 }
 
 bool clsFiles::MakeFile(const std::string& sFile, const std::string& sText, bool bAppend) {
-  return Procedure(diagnostics_, kMakeFile, {sFile, bAppend}, false, [&](bool& written) {
-    const std::string bytes = codePage_.ToBytes(sText).append(kCrLf);
-    if (bAppend) {
-      files_.Append(sFile, bytes);
+  return MakeFileOf(sFile, codePage_.ToBytes(sText), bAppend);
+}
+
+bool clsFiles::MakeFileOf(const std::string& file, std::string_view bytes, bool append) {
+  // The error log knows this procedure under an older name.
+  constexpr ProcedureName name{"clsFiles.MakeFile", "clsFiles_MakeFile"};
+  return Procedure(diagnostics_, name, {file, append}, false, [&](bool& written) {
+    const std::string line = std::string(bytes).append(kCrLf);
+    if (append) {
+      files_.Append(file, line);
     } else {
-      files_.Replace(sFile, bytes);
+      files_.Replace(file, line);
     }
     written = true;
   });
-}
-
-void clsFiles::RewriteFile(const std::string& file, std::string_view bytes) {
-  Procedure(diagnostics_, kMakeFile, {file, false}, [&] { files_.Replace(file, bytes); });
 }
 
 bool clsFiles::CheckFileMaxLines(const std::string& sFile, std::int32_t lMaxLines, std::int32_t* RealLines) {

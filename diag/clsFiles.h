@@ -52,7 +52,8 @@ class clsFiles {
  private:
   [[nodiscard]] std::string ReadBytes(const std::string& file) const;
   [[nodiscard]] std::string Stamped(const std::string& line) const;
-  void RewriteFile(const std::string& file, std::string_view bytes);
+  /// MakeFile for a line, and what stands before it, that are bytes of the file already.
+  bool MakeFileOf(const std::string& file, std::string_view bytes, bool append);
 
   Diagnostics& diagnostics_;
   const modAPI_Files& fileTests_;

@@ -30,6 +30,8 @@ class DdeSink {
   virtual void OnData(std::string bytes) noexcept = 0;
   /// WM_DDE_TERMINATE.
   virtual void OnTerminate() noexcept = 0;
+  /// Time passes: comes four times a second from Ask to End.
+  virtual void OnTick() noexcept = 0;
 };
 
 /// The published DDE messages between a hidden window of ours and one partner, as the client sees them. Nothing waits

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <optional>
 
 #include "util/Procedure.h"
 
@@ -10,13 +11,12 @@ namespace {
 
 constexpr std::int16_t kCopy = 3;
 constexpr std::int16_t kPaste = 22;
-constexpr std::string_view kAnyKey = "*any*";
 
 /// One class of fields: which keys pass besides the digits, and which become another.
 struct KeyClassRow {
   std::string_view keyClass;
   bool digits;
-  std::string_view others;  ///< or kAnyKey
+  std::optional<std::string_view> others;  ///< nothing: every key
   std::string_view changedFrom;
   char changedTo;
 };
@@ -24,7 +24,7 @@ struct KeyClassRow {
 constexpr std::string_view kLettersAndBlank = "ABCDEFGHIJKLMNOPQRSTUVWXYZ[\\]^_`abcdefghijklmnopqrstuvwxyz \b";
 
 constexpr std::array kKeyClasses{
-    KeyClassRow{"noTrenner", true, kAnyKey, ";|", ','},
+    KeyClassRow{"noTrenner", true, std::nullopt, ";|", ','},
     KeyClassRow{"txtTimeVar", true, kLettersAndBlank, "", 0},
     KeyClassRow{"date", true, ".\b ", ",", '.'},
     KeyClassRow{"num0", false, "\b0", "", 0},
@@ -42,7 +42,7 @@ bool Contains(std::string_view keys, std::int16_t key) {
 
 std::int16_t Filter(const KeyClassRow& row, std::int16_t key) {
   if (Contains(row.changedFrom, key)) return row.changedTo;
-  if (row.others == kAnyKey || Contains(row.others, key)) return key;
+  if (!row.others || Contains(*row.others, key)) return key;
   const bool digit = key >= '0' && key <= '9';
   return row.digits && digit ? key : std::int16_t{0};
 }

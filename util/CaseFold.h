@@ -23,4 +23,9 @@ namespace fonklav {
 /// A UTF-8 text folded character by character. Bytes that are no UTF-8 stay as they are.
 [[nodiscard]] std::string FoldCase(std::string_view text);
 
+/// Whether two texts are the same but for the case of their letters.
+[[nodiscard]] inline bool EqualsIgnoringCase(std::string_view left, std::string_view right) {
+  return FoldCase(left) == FoldCase(right);
+}
+
 }  // namespace fonklav

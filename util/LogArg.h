@@ -25,16 +25,15 @@ class LogArg {
                              std::span<const std::string>, std::span<const LogArg>>;
 
   LogArg() = default;
-  LogArg(std::string_view text) : value_(text) {}                // NOLINT(google-explicit-constructor)
-  LogArg(const char* text) : value_(std::string_view(text)) {}   // NOLINT(google-explicit-constructor)
-  LogArg(const std::string& text) : value_(&text) {}             // NOLINT(google-explicit-constructor)
-  LogArg(bool flag) : value_(flag) {}                            // NOLINT(google-explicit-constructor)
-  LogArg(double number) : value_(number) {}                      // NOLINT(google-explicit-constructor)
-  LogArg(std::span<const std::string> texts) : value_(texts) {}  // NOLINT(google-explicit-constructor)
-  LogArg(std::span<const LogArg> values) : value_(values) {}     // NOLINT(google-explicit-constructor)
+  LogArg(std::string_view text) : value_(text) {}
+  LogArg(const char* text) : value_(std::string_view(text)) {}
+  LogArg(const std::string& text) : value_(&text) {}
+  LogArg(bool flag) : value_(flag) {}
+  LogArg(double number) : value_(number) {}
+  LogArg(std::span<const std::string> texts) : value_(texts) {}
+  LogArg(std::span<const LogArg> values) : value_(values) {}
   template <std::integral Integer>
-  requires(!std::same_as<Integer, bool>) LogArg(Integer number)
-      : value_(static_cast<std::int64_t>(number)) {}  // NOLINT(google-explicit-constructor)
+  requires(!std::same_as<Integer, bool>) LogArg(Integer number) : value_(static_cast<std::int64_t>(number)) {}
 
   [[nodiscard]] const Value& Get() const noexcept { return value_; }
 

@@ -11,7 +11,7 @@ struct ProcedureName {
   const char* trace;
   const char* error;
 
-  constexpr ProcedureName(const char* both) : trace(both), error(both) {}  // NOLINT(google-explicit-constructor)
+  constexpr ProcedureName(const char* both) : trace(both), error(both) {}
   constexpr ProcedureName(const char* traceName, const char* errorName) : trace(traceName), error(errorName) {}
 };
 

@@ -118,7 +118,7 @@ clsCollection::Object clsCollection::ItemByKey(const std::string& key) const {
 void clsCollection::ChangeKey(const std::string& oldKey, const std::string& newKey) {
   Suppressed(false, [&] {
     // An item may take another spelling of its own key, but never another item's.
-    if (items_.Find(newKey) != nullptr && FoldCase(oldKey) != FoldCase(newKey)) return false;
+    if (items_.Find(newKey) != nullptr && !EqualsIgnoringCase(oldKey, newKey)) return false;
     auto item = items_.Take(oldKey);
     return item && items_.Add(newKey, std::move(item->value));
   });

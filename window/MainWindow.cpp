@@ -129,7 +129,7 @@ void MainWindow::ControlChanged(ControlId id) {
 }
 
 void MainWindow::ShowControl(const LayoutRow& row) {
-  if (const Control* const control = controls_->Find(row.id); control != nullptr) ShowContent(row, *control);
+  if (row.kind != ControlKind::CheckList) ShowContent(row, (*controls_)[row.id]);
   ShowState(row);
 }
 
@@ -141,7 +141,7 @@ void MainWindow::ShowContent(const LayoutRow& row, const Control& control) {
   } else {
     ShowText(window, text);
   }
-  toolTip_.Show(window, Wide(control.ToolTip()));
+  if (row.id == ControlId::txtSettVW) toolTip_.Show(window, Wide(controls_->ToolTip()));
   NameBoxes(row.id, text);
 }
 
@@ -161,8 +161,7 @@ void MainWindow::NameBoxes(ControlId label, const std::wstring& caption) const {
 
 void MainWindow::ShowState(const LayoutRow& row) {
   const HWND control = ControlOf(row.id);
-  const Control* const held = controls_->Find(row.id);
-  const bool enabled = held == nullptr || held->Enabled();
+  const bool enabled = (*controls_)[row.id].Enabled();
   const bool shown = IsShown(*controls_, row.id);
   const bool hadFocus = GetFocus() == control;
   if ((IsWindowEnabled(control) != FALSE) != enabled) EnableWindow(control, enabled ? TRUE : FALSE);
@@ -238,7 +237,7 @@ void MainWindow::Raise() const {
 
 void MainWindow::TimerChanged(TimerId id) {
   if (controls_ == nullptr) return;
-  const Timer& timer = controls_->Find(id);
+  const Timer& timer = controls_->tmStart.at(static_cast<std::size_t>(id));
   if (timer.Enabled()) {
     SetTimer(window_.Get(), TimerNumberOf(id), timer.Interval(), nullptr);
   } else {

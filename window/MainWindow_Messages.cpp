@@ -85,7 +85,7 @@ void MainWindow::MakeDefault(ControlId button) const {
 }
 
 INT_PTR MainWindow::OnTimer(WPARAM number) {
-  if (number >= TimerNumberOf(TimerId::Start0) && number <= TimerNumberOf(TimerId::Link)) {
+  if (number >= TimerNumberOf(TimerId::Start0) && number <= TimerNumberOf(TimerId::Start2)) {
     input_->TimerTick(static_cast<TimerId>(number - TimerNumberOf(TimerId::Start0)));
   }
   return TRUE;

@@ -2,6 +2,8 @@
 
 #include <commctrl.h>
 
+#include <utility>
+
 #include "app/Layout.h"
 
 namespace fonklav {
@@ -16,18 +18,17 @@ void ToolTip::Rescaled(unsigned dpi) const {
   SendMessageW(window_, TTM_SETMAXTIPWIDTH, 0, LengthToPixels(widest, dpi));
 }
 
-void ToolTip::Show(HWND control, const std::wstring& text) {
-  std::wstring& shown = shown_[control];
-  if (shown == text) return;
-  shown = text;
+void ToolTip::Show(HWND control, std::wstring text) {
+  if (shown_ == text) return;
+  shown_ = std::move(text);
   TTTOOLINFOW tool{};
   tool.cbSize = sizeof tool;
   tool.uFlags = TTF_IDISHWND | TTF_SUBCLASS;
   tool.hwnd = GetParent(control);
   tool.uId = reinterpret_cast<UINT_PTR>(control);
-  tool.lpszText = shown.data();
+  tool.lpszText = shown_.data();
   SendMessageW(window_, TTM_DELTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
-  if (!shown.empty()) SendMessageW(window_, TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
+  if (!shown_.empty()) SendMessageW(window_, TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
 }
 
 }  // namespace fonklav

@@ -8,11 +8,14 @@
 #include <utility>
 
 #include "platform/DdeValue.h"
+#include "util/CaseFold.h"
 
 namespace fonklav {
 namespace {
 
 constexpr const char* kClassName = "FonklavTAPI.Link";
+constexpr UINT_PTR kTick = 1;             ///< the number of the window's timer
+constexpr UINT kTickTime = 250;           ///< milliseconds
 constexpr ULONGLONG kFarewellTime = 500;  ///< for the partner to answer our end, in milliseconds
 
 // Posted to our own window, so that what follows does not run inside another program's sent message.
@@ -35,8 +38,6 @@ std::string NameOf(ATOM atom) {
   std::array<char, 256> text{};  // no atom's name is longer
   return {text.data(), GlobalGetAtomNameA(atom, text.data(), static_cast<int>(text.size()))};
 }
-
-bool SameName(const std::string& left, const std::string& right) { return lstrcmpiA(left.c_str(), right.c_str()) == 0; }
 
 /// Memory that DDE may hand to another process.
 UniqueMemory Share(const void* bytes, std::size_t size, std::size_t allocated) {
@@ -104,6 +105,7 @@ bool Win32DdeTransport::Ask(std::string_view application, std::string_view topic
   sink_ = &sink;
   toDealWith_ = 1;  // this function itself: nobody has declined before everybody was asked
   EnumWindows(&AskWindow, reinterpret_cast<LPARAM>(this));
+  SetTimer(window_.Get(), kTick, kTickTime, nullptr);
   return PostMessageA(window_.Get(), kDealtWithMessage, 0, 0) != FALSE;
 }
 
@@ -149,6 +151,7 @@ DdeExecute Win32DdeTransport::PostExecute(std::string_view bytes) {
 
 void Win32DdeTransport::End() noexcept {
   if (Talking()) PostMessageA(partner_, WM_DDE_TERMINATE, reinterpret_cast<WPARAM>(window_.Get()), 0);
+  KillTimer(window_.Get(), kTick);
   ended_ = true;
   sink_ = nullptr;
   posted_.clear();
@@ -168,7 +171,9 @@ bool Win32DdeTransport::PostToPartner(UINT message, LPARAM lParam) const {
 }
 
 bool Win32DdeTransport::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
-  if (message == kDealtWithMessage) {
+  if (message == WM_TIMER) {
+    if (sink_ != nullptr) sink_->OnTick();
+  } else if (message == kDealtWithMessage) {
     OnDealtWith();
   } else if (message == kAnsweredMessage) {
     if (sink_ != nullptr) sink_->OnAnswer();
@@ -193,7 +198,8 @@ void Win32DdeTransport::OnDealtWith() {
 }
 
 void Win32DdeTransport::OnInitiateAnswer(HWND server, LPARAM atoms) {
-  if (!SameName(NameOf(LOWORD(atoms)), application_) || !SameName(NameOf(HIWORD(atoms)), topic_)) return;
+  if (!EqualsIgnoringCase(NameOf(LOWORD(atoms)), application_) || !EqualsIgnoringCase(NameOf(HIWORD(atoms)), topic_))
+    return;
   const UniqueAtom application{LOWORD(atoms)};
   const UniqueAtom topic{HIWORD(atoms)};
   if (partner_ == nullptr && sink_ != nullptr) {
@@ -241,7 +247,7 @@ void Win32DdeTransport::OnData(LPARAM lParam) {
   // Where several clients are linked, one of them may have deleted the item's only atom before the others get to read
   // it.
   const std::string named = NameOf(static_cast<ATOM>(item));
-  const bool accepted = value && value->IsText() && (named.empty() || SameName(named, item_));
+  const bool accepted = value && value->IsText() && (named.empty() || EqualsIgnoringCase(named, item_));
   const bool answer = value && value->WantsAnswer();
   const bool ours = value && value->ToBeReleased() && (accepted || !answer);
   if (answer) {

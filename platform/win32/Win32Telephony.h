@@ -16,8 +16,7 @@ class TelephonyLibrary {
  public:
   /// One of the library's functions, and the line that wants it: the error log names that line.
   struct FunctionName {
-    FunctionName(const char* text, int where = __builtin_LINE())  // NOLINT(google-explicit-constructor)
-        : name(text), line(where) {}
+    FunctionName(const char* text, int where = __builtin_LINE()) : name(text), line(where) {}
     const char* name;
     int line;
   };

@@ -58,7 +58,7 @@ TEST_F(Conversation, WholeCallUntilTheFarEndHangsUp) {
                           "btnHangUp|0", "anzlog|Leerlauf", "cmd|autohide"));
   EXPECT_EQ(dialer->sim.OpenLines(), 0U);
   EXPECT_EQ(dialer->sim.LiveCalls(), 0U);
-  EXPECT_EQ(dialer->Controls().txtTestStatus.Text(),
+  EXPECT_EQ(dialer->Controls()[ControlId::txtTestStatus].Text(),
             "Anmeldung >> ISDN-Line1\r\nVorbereitung\r\nWählen\r\nKlingeln\r\nVerbunden\r\nGetrennt\r\nCall Dropped\r\n"
             "Leerlauf\r\n");
 }
@@ -190,7 +190,7 @@ TEST_F(Conversation, ACallWhileACallIsUpTakesTheFailedOpenPathAndHangUpStillWork
   EXPECT_THAT(dialer->TakeReports(), ElementsAre("cmd|quitt", "anzlog|Anmeldung >> ISDN-Line1", "btnHangUp|1",
                                                  "log|Open line ERROR 0 Unknown Error", "anz|OpenLine Error >> Log",
                                                  "btnCall|1|cmdWahl_Click 1"));
-  EXPECT_FALSE(dialer->Controls().cmdHangUp.Enabled());
+  EXPECT_FALSE(dialer->Controls()[ControlId::cmdHangUp].Enabled());
   dialer->Command("cmd|hangup");
   dialer->Pump(200);
   EXPECT_EQ(dialer->sim.LiveCalls(), 0U);

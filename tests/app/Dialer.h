@@ -52,7 +52,7 @@ class Dialer : public FakeSystem {
     sim.Advance(std::chrono::milliseconds(milliseconds));
     dde.DeliverAcks();
     loop.Run();
-    if (Controls().tmLink.Enabled()) Input().TimerTick(TimerId::Link);
+    if (dde.ticking) dde.Sink().OnTick();
   }
 
   std::vector<std::string> TakeReports() { return dde.TakeReports(); }

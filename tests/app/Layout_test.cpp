@@ -48,7 +48,7 @@ class LayoutShown : public testing::TestWithParam<Shown> {
  protected:
   LayoutShown() {
     controls.form.Height(GetParam().height);
-    for (Control& frame : controls.frmInfo) frame.Visible(frame.Id() == GetParam().panel);
+    for (const ControlId frame : {frmInfo0, frmInfo1}) controls[frame].Visible(frame == GetParam().panel);
     for (const LayoutRow& row : Layout()) {
       if (IsShown(controls, row.id)) shown.push_back(row);
     }

@@ -27,7 +27,7 @@ TEST_P(CommandLine, IsJudged) {
   Dialer dialer(kLine);
   EXPECT_EQ(dialer.Start(GetParam().argument), GetParam().starts);
   EXPECT_EQ(dialer.Controls().form.Visible(), GetParam().shown);
-  EXPECT_EQ(dialer.Controls().txtNumber.Text(), GetParam().number);
+  EXPECT_EQ(dialer.Controls()[ControlId::txtNumber].Text(), GetParam().number);
   EXPECT_EQ(dialer.Messages().size(), GetParam().starts ? 0U : 1U);
   EXPECT_THAT(dialer.sim.TextsOf("lineMakeCall"), IsEmpty());
   if (!GetParam().starts) {
@@ -56,8 +56,8 @@ TEST(Startup, WithoutAMainProgramTheDialerRunsOnUnlinked) {
   dialer.StoreLine("ISDN-Line1");
   dialer.dde.serverRunning = false;
   EXPECT_TRUE(dialer.Start("0301234567"));
-  EXPECT_EQ(dialer.Controls().lbLineIDActive.Text(), "ISDN-Line1");
-  EXPECT_TRUE(dialer.Controls().cmdWahl.Enabled());
+  EXPECT_EQ(dialer.Controls()[ControlId::lbLineIDActive].Text(), "ISDN-Line1");
+  EXPECT_TRUE(dialer.Controls()[ControlId::cmdWahl].Enabled());
   dialer.Input().CloseRequested(UnloadMode::UserClosed);
   EXPECT_EQ(dialer.View().unloads, 1);
   EXPECT_EQ(dialer.sim.Registrations(), 0U);
@@ -95,7 +95,8 @@ TEST(Startup, OnlyTapi14ReportsTheFirstFailureBeforeThereIsALink) {
   Dialer dialer(std::string("tapi version=0x00010004\n") + kLine);
   dialer.StoreLine("ISDN-Line1");
   dialer.Start("/run");
-  EXPECT_EQ(dialer.Controls().txtTestStatus.Text(), "Incompatible API Version\r\nPrüfe auf TAPI 1.3 - 1.4...");
+  EXPECT_EQ(dialer.Controls()[ControlId::txtTestStatus].Text(),
+            "Incompatible API Version\r\nPrüfe auf TAPI 1.3 - 1.4...");
   EXPECT_THAT(dialer.TakeReports(), ElementsAre("Init2LastOK|1", "line|ISDN-Line1"));
 }
 
@@ -105,10 +106,10 @@ TEST(Startup, NoUsableTapiAtAll) {
   dialer.Start("/run");
   EXPECT_THAT(dialer.TakeReports(),
               ElementsAre("line|Fehlende oder falsche TAPI-Version!", "log|Fehlende oder falsche TAPI-Version!"));
-  EXPECT_EQ(dialer.Controls().txtTestStatus.Text(),
+  EXPECT_EQ(dialer.Controls()[ControlId::txtTestStatus].Text(),
             "Incompatible API Version\r\nPrüfe auf TAPI 1.3 - 1.4...Fehlende oder falsche TAPI-Version!"
             "Fehlende oder falsche TAPI-Version!");
-  EXPECT_FALSE(dialer.Controls().cmdWahl.Enabled());
+  EXPECT_FALSE(dialer.Controls()[ControlId::cmdWahl].Enabled());
 }
 
 TEST(Startup, AMissingLibraryIsTheWrongVersionAndNotTheAreaCodes) {
@@ -146,7 +147,7 @@ TEST_P(LostLine, LeavesNothingThatLooksLikeOne) {
     dialer.StoreLine("ISDN-Line1");
     dialer.Start("/sett");
     dialer.Input().Edit(ControlId::txtNumber, "0301234567");
-    EXPECT_TRUE(dialer.Controls().cmdWahl.Enabled());
+    EXPECT_TRUE(dialer.Controls()[ControlId::cmdWahl].Enabled());
     dialer.TakeReports();
     dialer.sim.Rules().Apply(GetParam().fault);
     if (cancelled) {
@@ -157,11 +158,11 @@ TEST_P(LostLine, LeavesNothingThatLooksLikeOne) {
     std::vector<std::string> expected = GetParam().reports;
     if (!cancelled) expected.insert(expected.begin(), "cmd|quitt");
     EXPECT_EQ(dialer.TakeReports(), expected);
-    EXPECT_FALSE(dialer.Controls().cmdWahl.Enabled());
+    EXPECT_FALSE(dialer.Controls()[ControlId::cmdWahl].Enabled());
     EXPECT_EQ(dialer.Controls().lstTAPI.Count(), 0U);
-    EXPECT_EQ(dialer.Controls().lbLineIDActive.Text(), GetParam().caption);
+    EXPECT_EQ(dialer.Controls()[ControlId::lbLineIDActive].Text(), GetParam().caption);
     dialer.Input().Edit(ControlId::txtNumber, "12345");
-    EXPECT_FALSE(dialer.Controls().cmdWahl.Enabled()) << "no line is bound";
+    EXPECT_FALSE(dialer.Controls()[ControlId::cmdWahl].Enabled()) << "no line is bound";
     // The command goes its way all the same, and finds no line to open.
     dialer.Command("cmd|call|0301234567");
     EXPECT_EQ(dialer.TakeReports().back(), "btnCall|0|cmdWahl_Click 1");

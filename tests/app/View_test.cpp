@@ -37,7 +37,7 @@ TEST(View, TheStatusBoxIsHandedWhatIsAddedHoweverLongItHasBecome) {
     EXPECT_EQ(std::ranges::count(view.changed, ControlId::txtTestStatus), 0) << "the whole text was shown anew";
   }
   EXPECT_GT(firstCall, 0U);
-  EXPECT_EQ(shown, dialer.Controls().txtTestStatus.Text()) << "what was handed over is what the box holds";
+  EXPECT_EQ(shown, dialer.Controls()[ControlId::txtTestStatus].Text()) << "what was handed over is what the box holds";
 }
 
 TEST(View, SettingsBringsAVisibleWindowToTheFrontAndNoOtherCommandDoes) {

@@ -111,17 +111,13 @@ struct Translated : ConfigSystem {
 
 TEST(LanguageFiles, GermanSaysWhatIsBuiltIn) {
   Translated german("49");
-  const auto expectBuiltIn = [&](const auto& rows) {
-    for (const auto& row : rows) EXPECT_EQ(german.Text(row.key), row.defaultText);
-  };
-  expectBuiltIn(kSharedTexts);
-  expectBuiltIn(kLogMessages);
-  expectBuiltIn(kFormTexts);
-  expectBuiltIn(std::array{kHeadText, kSettingsText, kDirectCallText});
+  const auto expectBuiltIn = [&](const TextKey& text) { EXPECT_EQ(german.Text(text.key), text.german); };
+  for (const SharedTextRow& row : kSharedTexts) expectBuiltIn(row.text);
+  for (const FormTextRow& row : kFormTexts) expectBuiltIn(row.text);
+  for (const TextKey& text : kLogMessages) expectBuiltIn(text);
+  for (const TextKey& text : {kHeadText, kSettingsText, kLineIdText, kDirectCallText}) expectBuiltIn(text);
   for (const ControlTextRow& row : kControlTexts) {
-    const LayoutRow& layout = LayoutOf(row.control);
-    if (row.key.empty()) continue;
-    EXPECT_EQ(german.Text(row.key), row.toolTip ? layout.toolTip : layout.text);
+    if (!row.key.empty()) expectBuiltIn({row.key, row.toolTip ? kCodeToolTip : LayoutOf(row.control).text});
   }
 }
 

@@ -16,6 +16,7 @@ class FakeDdeTransport : public DdeTransport {
   bool Ask(std::string_view application, std::string_view topic, DdeSink& sink) override {
     asked.push_back(std::string(application) + "|" + std::string(topic));
     sink_ = &sink;
+    ticking = true;
     return askSucceeds;
   }
   bool PostAdvise(std::string_view item) override {
@@ -29,7 +30,10 @@ class FakeDdeTransport : public DdeTransport {
     if (answersAtOnce) pendingAcks_.push_back(last_);
     return last_;
   }
-  void End() noexcept override { ++ends; }
+  void End() noexcept override {
+    ++ends;
+    ticking = false;
+  }
   [[nodiscard]] bool PartnerAlive() const override { return alive; }
 
   /// The question's outcome arrives, as it does when the message loop runs.
@@ -56,6 +60,7 @@ class FakeDdeTransport : public DdeTransport {
   bool postSucceeds{true};
   bool answersAtOnce{true};
   bool alive{false};
+  bool ticking{false};
   int ends{0};
   std::vector<std::string> asked;
   std::vector<std::string> advised;
