@@ -84,6 +84,8 @@ class fMain final : public FormInput, private LineEvents, private LinkEvents {
   void txtDDE_Change();
   void Obey(const CommandMessage& message);
   void ShowSettings();
+  void Dial(const std::string& number);
+  void SetDebugFlag(const std::string& flag);
   void txtDDE_LinkLate() noexcept override;
   void txtDDE_LinkFailed() noexcept override;
   void txtDDE_LinkOpen() noexcept override;

@@ -55,22 +55,22 @@ void fMain::Obey(const CommandMessage& message) {
   static constexpr std::array kActions{
       Row{Command::Settings, [](fMain& form, const std::string&) { form.ShowSettings(); }},
       Row{Command::Unload, [](fMain& form, const std::string&) { form.cmdExit_Click(); }},
-      Row{Command::Call,
-          [](fMain& form, const std::string& number) {
-            form.controls_[txtNumber].Text(number);
-            form.cmdWahl_Click();
-          }},
+      Row{Command::Call, [](fMain& form, const std::string& number) { form.Dial(number); }},
       Row{Command::HangUp, [](fMain& form, const std::string&) { form.cmdHangUp_Click(); }},
-      Row{Command::DebugFlag,
-          [](fMain& form, const std::string& flag) {
-            form.DebugFlag_ = ToBoolean(flag, form.services_.numberLocale.Separators());
-          }},
+      Row{Command::DebugFlag, [](fMain& form, const std::string& flag) { form.SetDebugFlag(flag); }},
   };
   if (message.command == Command::Unknown) return;
   reports_.Acknowledge();
   const auto row = std::ranges::find(kActions, message.command, &Row::command);
   if (row != kActions.end()) row->act(*this, message.argument);
 }
+
+void fMain::Dial(const std::string& number) {
+  controls_[txtNumber].Text(number);
+  cmdWahl_Click();
+}
+
+void fMain::SetDebugFlag(const std::string& flag) { DebugFlag_ = ToBoolean(flag, services_.numberLocale.Separators()); }
 
 void fMain::ShowSettings() {
   controls_.form.Visible(true);

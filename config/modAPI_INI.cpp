@@ -41,14 +41,14 @@ std::string modAPI_INI::GetSettStr(const std::string& section, const std::string
                                    const std::string& fileName, bool defaultIfEmpty, bool defaultIfNotNumeric) const {
   return Procedure(diagnostics_, "modAPI_INI.GetSettStr", {section, key, defaultValue, fileName}, std::string{},
                    [&](std::string& value) {
-                     const auto bytes = [&](const std::string& text) { return codePage_.ToBytes(text); };
-                     std::array<char, kBufferSize> buffer{};
-                     const std::uint32_t count = profile_.GetString(bytes(section), bytes(key), bytes(defaultValue),
-                                                                    buffer, bytes(GetMainPath(fileName)));
-                     value = codePage_.ToText({buffer.data(), std::min<std::size_t>(count, buffer.size())});
-                     if (defaultIfEmpty && value.empty()) value = defaultValue;
-                     if (defaultIfNotNumeric && !IsNumeric(value, numberLocale_.Separators())) value = defaultValue;
-                   });
+    const auto bytes = [&](const std::string& text) { return codePage_.ToBytes(text); };
+    std::array<char, kBufferSize> buffer{};
+    const std::uint32_t count =
+        profile_.GetString(bytes(section), bytes(key), bytes(defaultValue), buffer, bytes(GetMainPath(fileName)));
+    value = codePage_.ToText({buffer.data(), std::min<std::size_t>(count, buffer.size())});
+    if (defaultIfEmpty && value.empty()) value = defaultValue;
+    if (defaultIfNotNumeric && !IsNumeric(value, numberLocale_.Separators())) value = defaultValue;
+  });
 }
 
 std::int32_t modAPI_INI::ReadInt(const std::string& section, const std::string& key, std::int32_t defaultValue,
@@ -62,10 +62,10 @@ std::int32_t modAPI_INI::GetSettLng(const std::string& section, const std::strin
                                     const std::string& fileName) const {
   return Procedure(diagnostics_, "modAPI_INI.GetSettLng", {section, key, defaultValue, fileName}, 0,
                    [&](std::int32_t& value) {
-                     value = ReadInt(section, key, defaultValue, fileName);
-                     const bool bounded = lower != 0 || upper != 0;
-                     if (bounded) value = Range(lower, upper, value, defaultIfOutside, defaultValue);
-                   });
+    value = ReadInt(section, key, defaultValue, fileName);
+    const bool bounded = lower != 0 || upper != 0;
+    if (bounded) value = Range(lower, upper, value, defaultIfOutside, defaultValue);
+  });
 }
 
 bool modAPI_INI::GetSettBool(const std::string& section, const std::string& key, bool defaultValue,
@@ -79,15 +79,15 @@ std::int32_t modAPI_INI::Range(std::int32_t lower, std::int32_t upper, std::int3
                                std::int32_t defaultValue) const {
   return Procedure(diagnostics_, "modAPI_INI.Range", {lower, upper, value, defaultIfOutside, defaultValue}, 0,
                    [&](std::int32_t& result) {
-                     result = value;
-                     if (defaultIfOutside) {
-                       if (value < lower || value > upper) result = defaultValue;
-                       return;
-                     }
-                     // Only here is an upper bound of 0 no bound; the lower one always counts.
-                     if (value < lower) result = lower;
-                     if (upper != 0 && value > upper) result = upper;
-                   });
+    result = value;
+    if (defaultIfOutside) {
+      if (value < lower || value > upper) result = defaultValue;
+      return;
+    }
+    // Only here is an upper bound of 0 no bound; the lower one always counts.
+    if (value < lower) result = lower;
+    if (upper != 0 && value > upper) result = upper;
+  });
 }
 
 }  // namespace fonklav

@@ -149,20 +149,20 @@ std::int32_t clsFiles::GetFileRowCount(const std::string& sFile) {
 std::string clsFiles::fStream_GetLastLines(std::string& sStream, std::int16_t LineCount, bool bFromLast,
                                            bool bWithoutComment) {
   return Procedure(diagnostics_, "clsFiles.fStream_GetLastLines", {LineCount, bFromLast, bWithoutComment},
-                   std::string{}, [&](std::string& result) {
-                     std::vector<std::string> lines;
-                     fStreamToArray(sStream, lines);
-                     // The range is fixed first and filtered second: a comment left out is not made up for.
-                     const auto [first, last] =
-                         Picked(static_cast<std::int64_t>(lines.size()) - 1, LineCount, bFromLast);
-                     std::string picked;
-                     for (std::int64_t index = first; index <= last; ++index) {
-                       const std::string& line = lines[static_cast<std::size_t>(index)];
-                       if (bWithoutComment && TrimBlanks(line).starts_with(';')) continue;
-                       picked.append(line).append(kCrLf);
-                     }
-                     result = TrimCR(picked);
-                   });
+                   std::string{},
+                   [&](std::string& result) {
+    std::vector<std::string> lines;
+    fStreamToArray(sStream, lines);
+    // The range is fixed first and filtered second: a comment left out is not made up for.
+    const auto [first, last] = Picked(static_cast<std::int64_t>(lines.size()) - 1, LineCount, bFromLast);
+    std::string picked;
+    for (std::int64_t index = first; index <= last; ++index) {
+      const std::string& line = lines[static_cast<std::size_t>(index)];
+      if (bWithoutComment && TrimBlanks(line).starts_with(';')) continue;
+      picked.append(line).append(kCrLf);
+    }
+    result = TrimCR(picked);
+  });
 }
 
 std::string clsFiles::TrimCR(std::string_view Text) {

@@ -155,10 +155,10 @@ std::string CvbTAPILine::GetTAPIStructString(std::span<const std::byte> structur
                                              std::uint32_t size) const {
   return Procedure(services_.diagnostics, "CvbTAPILine.GetTAPIStructString", {offset, size}, std::string{},
                    [&](std::string& text) {
-                     if (Signed(size) < 1 || offset == 0) return;
-                     const std::string_view bytes = StructReader(structure).Bytes(offset, size);
-                     text = services_.codePage.ToText(bytes.substr(0, bytes.find('\0')));
-                   });
+    if (Signed(size) < 1 || offset == 0) return;
+    const std::string_view bytes = StructReader(structure).Bytes(offset, size);
+    text = services_.codePage.ToText(bytes.substr(0, bytes.find('\0')));
+  });
 }
 
 std::int16_t CvbTAPILine::ReadLocations() {

@@ -66,11 +66,11 @@ bool CvbTAPILine::CloseLine() {
 void CvbTAPILine::LineProcHandler(std::uint32_t hDevice, std::uint32_t dwMsg, std::uint32_t dwParam1,
                                   std::uint32_t dwParam2, std::uint32_t dwParam3) {
   const ProcedureName name{"CvbTAPILine.LineProcHandler", "LineProcHandler"};
-  Procedure(services_.diagnostics, name,
-            {Signed(hDevice), Signed(dwMsg), Signed(dwParam1), Signed(dwParam2), Signed(dwParam3)}, [&] {
-              if (dwMsg == LINE_REPLY) HandleReply(dwParam1, Signed(dwParam2));
-              if (dwMsg == LINE_CALLSTATE) HandleCallState(dwParam1);
-            });
+  const LogArgs arguments{Signed(hDevice), Signed(dwMsg), Signed(dwParam1), Signed(dwParam2), Signed(dwParam3)};
+  Procedure(services_.diagnostics, name, arguments, [&] {
+    if (dwMsg == LINE_REPLY) HandleReply(dwParam1, Signed(dwParam2));
+    if (dwMsg == LINE_CALLSTATE) HandleCallState(dwParam1);
+  });
 }
 
 void CvbTAPILine::HandleReply(std::uint32_t requestId, std::int32_t result) {

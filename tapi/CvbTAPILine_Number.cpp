@@ -56,22 +56,22 @@ bool TakeString(const StructReader& reader, const CodePage& codePage, std::uint3
 }  // namespace
 
 std::string CvbTAPILine::TransformPhoneNumber(const std::string& number) {
-  return Procedure(
-      services_.diagnostics, "CvbTAPILine.TransformPhoneNumber", {number}, std::string{}, [&](std::string& dialable) {
-        if (number.empty()) return;
-        std::string prepared = FoldBlanks(number);
-        if (prepared.starts_with('+')) {
-          prepared = BracketAreaCode(prepared.substr(std::min(prepared.find_first_not_of('+'), prepared.size())));
-        } else if (std::cmp_less_equal(CharacterCount(prepared), internalNrLength_)) {
-          dialable = prepared;
-          return;
-        } else {
-          prepared.insert(0, outsideLocalAccess_);
-        }
-        std::string translated;
-        std::string displayable;
-        if (GetlineTranslateAddress(prepared, translated, displayable)) dialable = translated;
-      });
+  return Procedure(services_.diagnostics, "CvbTAPILine.TransformPhoneNumber", {number}, std::string{},
+                   [&](std::string& dialable) {
+    if (number.empty()) return;
+    std::string prepared = FoldBlanks(number);
+    if (prepared.starts_with('+')) {
+      prepared = BracketAreaCode(prepared.substr(std::min(prepared.find_first_not_of('+'), prepared.size())));
+    } else if (std::cmp_less_equal(CharacterCount(prepared), internalNrLength_)) {
+      dialable = prepared;
+      return;
+    } else {
+      prepared.insert(0, outsideLocalAccess_);
+    }
+    std::string translated;
+    std::string displayable;
+    if (GetlineTranslateAddress(prepared, translated, displayable)) dialable = translated;
+  });
 }
 
 bool CvbTAPILine::GetlineTranslateAddress(const std::string& number, std::string& dialable, std::string& displayable) {

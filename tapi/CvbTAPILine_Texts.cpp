@@ -129,20 +129,20 @@ constexpr std::array kStates{
 std::string CvbTAPILine::GetLineErrString(const std::int32_t& lParam) const {
   return Procedure(services_.diagnostics, "CvbTAPILine.GetLineErrString", {lParam}, std::string{},
                    [&](std::string& text) {
-                     const std::uint32_t index = static_cast<std::uint32_t>(lParam) - kFirstLineError;
-                     text = index < kLineErrors.size() ? kLineErrors[index] : std::string_view{};
-                     if (text.empty()) text = kUnknownError;
-                   });
+    const std::uint32_t index = static_cast<std::uint32_t>(lParam) - kFirstLineError;
+    text = index < kLineErrors.size() ? kLineErrors[index] : std::string_view{};
+    if (text.empty()) text = kUnknownError;
+  });
 }
 
 std::string CvbTAPILine::GetLineStateString(std::int32_t state) const {
   return Procedure(services_.diagnostics, "CvbTAPILine.GetLineStateString", {state}, std::string{},
                    [&](std::string& text) {
-                     text = "unknown value passed to GetLineStateString()";
-                     for (const StateRow& row : kStates) {
-                       if (row.state == static_cast<std::uint32_t>(state)) text = row.text;
-                     }
-                   });
+    text = "unknown value passed to GetLineStateString()";
+    for (const StateRow& row : kStates) {
+      if (row.state == static_cast<std::uint32_t>(state)) text = row.text;
+    }
+  });
 }
 
 std::string CvbTAPILine::ErrorString(std::int32_t errCode) const {

@@ -22,17 +22,17 @@ const std::vector<ArrivalRow> kArrivals{
     {"unload", [](Dialer& dialer) { dialer.dde.Sink().OnData("unload"); }, false},
     {"lineMessages",
      [](Dialer& dialer) {
-       // Whatever is out is answered, and the call ends.
-       for (std::uintptr_t instance = 1; instance < 8; ++instance) {
-         for (std::uintptr_t request = 1; request < 8; ++request) {
-           dialer.sim.InjectMessage(0, LINE_REPLY, instance, request, 0, 0);
-         }
-         dialer.sim.InjectMessage(0, LINE_CALLSTATE, instance, LINECALLSTATE_IDLE, 0, 0);
-       }
-       dialer.sim.Advance(std::chrono::milliseconds(0));
+  // Whatever is out is answered, and the call ends.
+  for (std::uintptr_t instance = 1; instance < 8; ++instance) {
+    for (std::uintptr_t request = 1; request < 8; ++request) {
+      dialer.sim.InjectMessage(0, LINE_REPLY, instance, request, 0, 0);
+    }
+    dialer.sim.InjectMessage(0, LINE_CALLSTATE, instance, LINECALLSTATE_IDLE, 0, 0);
+  }
+  dialer.sim.Advance(std::chrono::milliseconds(0));
      },
      false},
-};
+    };
 
 constexpr std::array kFunctions{"tapiGetLocationInfo",
                                 "lineInitializeEx",
@@ -99,8 +99,8 @@ TEST_P(Inside, NothingDeadIsTouchedAndNothingIsLost) {
 
 INSTANTIATE_TEST_SUITE_P(Rows, Inside, testing::Combine(testing::ValuesIn(kFunctions), testing::ValuesIn(kArrivals)),
                          [](const auto& row) {
-                           return std::string(std::get<0>(row.param)) + "_" + std::get<1>(row.param).name;
-                         });
+  return std::string(std::get<0>(row.param)) + "_" + std::get<1>(row.param).name;
+});
 
 }  // namespace
 }  // namespace fonklav::test

@@ -15,9 +15,9 @@ struct ConfigSystem : FakeSystem {
       : config(
             diagnostics, AllPorts(),
             [this] {
-              auto recording = std::make_unique<RecordingLog>(diagnostics);
-              log = recording.get();
-              return recording;
+    auto recording = std::make_unique<RecordingLog>(diagnostics);
+    log = recording.get();
+    return recording;
             },
             languageCheck) {}
 
