@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "app/Layout.h"
 #include "util/Procedure.h"
 #include "util/RunTimeError.h"
 
@@ -81,6 +82,21 @@ void fMain::ReleaseLine() {
   if (tapiline_) tapiline_->Detach();
   // The member is empty before the object ends: its end must not find itself as the form's line.
   std::exchange(tapiline_, nullptr).reset();
+}
+
+void fMain::cmdInfo_Click(std::int16_t index) {
+  Procedure(services_.diagnostics, "cmdInfo_Click", {index}, [&] {
+    if (index != shownPanel_ || controls_.form.Height() <= kFormHeightCollapsed) {
+      controls_.form.Height(kFormHeightExpanded);
+      shownPanel_ = index;
+      controls_[frmInfo0].Visible(index == 0);
+      controls_[frmInfo1].Visible(index == 1);
+      if (index == 1 && controls_.slot.view != nullptr) controls_.slot.view->FocusTo(ControlId::txtNumber);
+    } else {
+      controls_.form.Height(kFormHeightCollapsed);
+      shownPanel_ = -1;
+    }
+  });
 }
 
 }  // namespace fonklav

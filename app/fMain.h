@@ -11,7 +11,7 @@
 #include "app/FormView.h"
 #include "app/Protocol.h"
 #include "tapi/CvbTAPILine.h"
-#include "tapi/LineState.h"
+#include "tapi/mTAPIFunctions.h"
 
 namespace fonklav {
 

@@ -5,7 +5,7 @@
 
 #include "app/Controls.h"
 #include "config/modAPI_INI.h"
-#include "tapi/LineState.h"
+#include "tapi/mTAPIFunctions.h"
 #include "util/Procedure.h"
 
 namespace fonklav {

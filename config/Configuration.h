@@ -1,7 +1,6 @@
 #pragma once
 
 #include "config/ConfigState.h"
-#include "config/LanguageCheck.h"
 #include "config/modAPI_Files.h"
 #include "config/modAPI_INI.h"
 #include "config/modDeclareAll.h"

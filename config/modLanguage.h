@@ -16,6 +16,13 @@ struct TextKey {
   std::string_view german;
 };
 
+/// Whether this build is for translators: texts are shown with marks and missing ones are logged.
+#ifdef FONKLAV_LANGUAGE_CHECK
+inline constexpr bool kLanguageCheck = true;
+#else
+inline constexpr bool kLanguageCheck = false;
+#endif
+
 /// The texts that the user sees, by key from the language file, with German built in. In the translators' check mode
 /// found texts stand in brackets and missing ones between question marks, and the missing ones are logged.
 class modLanguage {

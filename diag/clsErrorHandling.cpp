@@ -3,7 +3,6 @@
 #include <utility>
 
 #include "Version.h"
-#include "diag/LogMessages.h"
 #include "diag/ParamArray.h"
 #include "util/Procedure.h"
 #include "util/RunTimeError.h"

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <chrono>
 #include <cstdint>
 #include <memory>
@@ -14,6 +15,15 @@
 #include "util/clsCollection.h"
 
 namespace fonklav {
+
+/// The texts of the logs' message boxes.
+inline constexpr TextKey kErrorRaised{"Message_ErrorRaised", "Es ist ein Fehler aufgetreten!"};
+inline constexpr TextKey kSeeFile{"Message_SeeFile", "siehe Datei"};
+inline constexpr TextKey kTracingIsActive{"Message_TracingIsActive", "Die Ablaufverfolgung ist aktiv!"};
+inline constexpr TextKey kMuchDataInShortTime{"Message_MuchDataInShortTime",
+                                              "Es werden in kurzer Zeit extrem viele Daten gespeichert!"};
+
+inline constexpr std::array kLogMessages{kErrorRaised, kSeeFile, kTracingIsActive, kMuchDataInShortTime};
 
 /// The program's one diagnostics object: the error log, the trace of procedure entries and the debug logs, all in
 /// "\log\" under the data root. It is made once the folders are known and must go before the configuration; the end of

@@ -1,14 +1,30 @@
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 
+#include "util/CaseFold.h"
+
 namespace fonklav {
 
 inline constexpr std::uint32_t kFileAttributeDirectory = 0x10;
+
+/// The name of the mutex that is a file's lock, for a full path in UTF-8. It is the same for every program of ours, in
+/// whatever case the path is spelled. A mutex name holds no backslash and at most 260 characters
+/// (https://learn.microsoft.com/windows/win32/api/synchapi/nf-synchapi-createmutexw), so a long path counts by its end:
+/// two that end alike have one lock, which costs a wait and nothing else.
+[[nodiscard]] inline std::string FileLockName(std::string_view fullPath) {
+  constexpr std::size_t mostOfPath = 200;
+  std::string path = FoldCase(fullPath);
+  path.erase(0, path.size() - std::min(path.size(), mostOfPath));
+  std::ranges::replace(path, '\\', '/');
+  // All sessions of a computer share the logs, so they share the locks.
+  return "Global\\FonklavTAPI log " + path;
+}
 
 /// Keeps other programs of ours from writing a file for as long as it lives.
 class FileLock {

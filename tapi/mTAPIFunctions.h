@@ -2,13 +2,27 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
-#include "tapi/LineState.h"
 #include "util/Diagnostics.h"
 
 namespace fonklav {
 
 class CvbTAPILine;
+
+/// One line that can place voice calls.
+struct LineRecord {
+  std::int16_t ID{0};  ///< telephony's device index
+  std::string Name;    ///< as the driver reports it, without NUL characters
+};
+
+/// The process-wide state of the telephony layer.
+struct LineState {
+  /// The usable lines. Never empty: without a usable line it is one record with ID 0 and no name.
+  std::vector<LineRecord> table{LineRecord{}};
+  std::string TAPILine;    ///< name of the line that the user has chosen, empty when none
+  bool LineOKFlag{false};  ///< the chosen line was found and is bound to the line object
+};
 
 /// The table of usable lines and the report about one of them.
 class mTAPIFunctions {

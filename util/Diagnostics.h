@@ -29,6 +29,11 @@ struct Diagnostics {
 };
 
 /// Writes one line "TAPI ", tag, blank, `text` to the telephony debug log, if there is a log and its switch is on.
-void DebugTapi(const Diagnostics& diagnostics, std::string_view text);
+inline void DebugTapi(const Diagnostics& diagnostics, std::string_view text) {
+  if (!diagnostics.log) return;
+  std::string line = "TAPI " + diagnostics.tag + " ";
+  line += text;
+  diagnostics.log->LogDebug_TAPI(line, {});
+}
 
 }  // namespace fonklav

@@ -9,7 +9,6 @@
 #include "util/Scope.h"
 #include "window/ControlWindows.h"
 #include "window/Dpi.h"
-#include "window/WindowMessageNumbers.h"
 #include "window/WindowText.h"
 #include "window/resources/ResourceIds.h"
 

@@ -13,6 +13,12 @@
 
 namespace fonklav {
 
+/// Posted to the dialog when the control in lParam has lost the keyboard because it was disabled or hidden.
+inline constexpr UINT kLostFocusMessage = WM_APP;
+
+/// The number of a timer; 0 would be none.
+[[nodiscard]] constexpr UINT_PTR TimerNumberOf(TimerId id) { return static_cast<UINT_PTR>(id) + 1; }
+
 /// The dialer's window: a dialog with the controls of the layout. It shows what the program's controls hold and tells
 /// the program what the user does. What the program changes is never told back to it.
 class MainWindow final : public FormView {

@@ -3,7 +3,6 @@
 #include "window/ControlWindows.h"
 #include "window/Dpi.h"
 #include "window/MainWindow.h"
-#include "window/WindowMessageNumbers.h"
 #include "window/WindowText.h"
 
 // What the user and the system do to the window: each message goes to the program under its own name. The program may

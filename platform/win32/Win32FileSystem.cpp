@@ -2,10 +2,10 @@
 
 #include <array>
 
+#include "platform/FileSystem.h"
 #include "platform/win32/FileMutex.h"
 #include "platform/win32/Handles.h"
 #include "platform/win32/WideText.h"
-#include "util/FileLockName.h"
 #include "util/RunTimeError.h"
 
 namespace fonklav {

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "util/FileLockName.h"
+#include "platform/FileSystem.h"
 
 namespace fonklav::suite {
 

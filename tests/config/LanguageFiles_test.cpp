@@ -9,7 +9,6 @@
 #include "app/FormTexts.h"
 #include "app/Layout.h"
 #include "app/Program.h"
-#include "diag/LogMessages.h"
 #include "diag/clsErrorHandling.h"
 #include "tests/config/ConfigSystem.h"
 #include "tests/fakes/FakeView.h"

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
+#include "platform/FileSystem.h"
 #include "util/DateTime.h"
-#include "util/FileLockName.h"
 #include "util/OsDescription.h"
 
 namespace fonklav {
