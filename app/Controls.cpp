@@ -1,6 +1,8 @@
 #include "app/Controls.h"
 
 #include <algorithm>
+#include <set>
+#include <string_view>
 #include <utility>
 
 #include "app/FormView.h"
@@ -62,21 +64,42 @@ std::size_t CheckList::TickedCount() const {
   return static_cast<std::size_t>(std::ranges::count(entries_, true, &Entry::ticked));
 }
 
-void CheckList::Add(std::string text) {
-  entries_.push_back({std::move(text), false});
+void CheckList::AddNew(const std::vector<std::string>& names) {
+  std::set<std::string_view> known;
+  for (const Entry& entry : entries_) known.insert(entry.text);
+  std::vector<Entry> added;
+  for (const std::string& name : names) {
+    if (!name.empty() && known.insert(name).second) added.push_back({name, false});
+  }
+  if (added.empty()) return;
+  entries_.insert(entries_.end(), added.begin(), added.end());
   Show();
 }
 
-void CheckList::Remove(std::size_t index) {
-  if (index >= entries_.size()) return;
-  entries_.erase(entries_.begin() + static_cast<std::ptrdiff_t>(index));
-  Show();
+void CheckList::RemoveGone(const std::vector<std::string>& names) {
+  const std::set<std::string_view> known(names.begin(), names.end());
+  std::vector<Entry> kept;
+  bool removed = false;
+  for (Entry& entry : entries_) {
+    const bool passedOver = std::exchange(removed, false);
+    removed = !passedOver && !known.contains(entry.text);
+    if (!removed) kept.push_back(std::move(entry));
+  }
+  const bool changed = kept.size() != entries_.size();
+  entries_ = std::move(kept);
+  if (changed) Show();
 }
 
 void CheckList::Clear() {
   if (entries_.empty()) return;
   entries_.clear();
   Show();
+}
+
+void CheckList::TickAll(const std::string& text) {
+  for (std::size_t index = 0; index < entries_.size(); ++index) {
+    if (entries_[index].text == text) Tick(index, true);
+  }
 }
 
 void CheckList::Tick(std::size_t index, bool ticked) {

@@ -91,9 +91,14 @@ class CheckList {
   [[nodiscard]] std::size_t Count() const { return entries_.size(); }
   [[nodiscard]] std::size_t TickedCount() const;
   [[nodiscard]] const Entry& At(std::size_t index) const { return entries_.at(index); }
-  void Add(std::string text);
-  void Remove(std::size_t index);
+  /// Adds those of the names at the end that no entry has yet. Empty names are none.
+  void AddNew(const std::vector<std::string>& names);
+  /// Removes entries that have none of the names, in one pass whose index moves on after a removal: the entry that
+  /// takes the place of a removed one is passed over until the next call. That is deliberate.
+  void RemoveGone(const std::vector<std::string>& names);
   void Clear();
+  /// Ticks every entry with this text.
+  void TickAll(const std::string& text);
   /// Ticks or unticks an entry. A changed tick calls the ItemCheck handler.
   void Tick(std::size_t index, bool ticked);
   /// The same without calling anybody: for the handler itself, or two entries would tick each other for ever.

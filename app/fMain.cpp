@@ -4,7 +4,6 @@
 
 #include "app/Layout.h"
 #include "util/Procedure.h"
-#include "util/RunTimeError.h"
 
 // The way in: what the window hands over goes to the procedure that is named after it. Whatever happens on the way ends
 // in the log, never in the end of the process.
@@ -42,8 +41,9 @@ void fMain::Click(ControlId button) noexcept {
 }
 
 void fMain::KeyPress(ControlId box, int characterCode) noexcept {
-  if (box == ControlId::txtNumber) txtNumber_KeyPress(characterCode);
-  if (box == ControlId::txtSettVW) txtSettVW_KeyPress(characterCode);
+  const auto keyAscii = static_cast<std::int16_t>(characterCode);
+  if (box == txtNumber) txtNumber_KeyPress(keyAscii);
+  if (box == txtSettVW) txtSettVW_KeyPress(keyAscii);
 }
 
 void fMain::Edit(ControlId box, const std::string& text) noexcept {
@@ -70,18 +70,6 @@ void fMain::Resized(float width, float height) noexcept { controls_.form.Resized
 
 void fMain::CloseRequested(UnloadMode mode) noexcept {
   Guarded(services_.diagnostics, "fMain.CloseRequested", {}, [&] { Unload(mode); });
-}
-
-fMain::LinePointer fMain::Line(int line) const {
-  if (unloaded_) throw RunTimeError(ErrorNumber::NeverLogged, line);
-  if (!tapiline_) throw RunTimeError(ErrorNumber::ObjectVariableNotSet, line);
-  return tapiline_;
-}
-
-void fMain::ReleaseLine() {
-  if (tapiline_) tapiline_->Detach();
-  // The member is empty before the object ends: its end must not find itself as the form's line.
-  std::exchange(tapiline_, nullptr).reset();
 }
 
 void fMain::cmdInfo_Click(std::int16_t index) {

@@ -43,8 +43,9 @@ struct FormServices {
 };
 
 /// The dialer's one window, without its paint: what it holds, what its buttons do, what the main program tells it and
-/// hears from it, and the one line object. Its procedures are grouped into files by what the user does: fMain_Startup,
-/// _Link, _Lines, _Settings, _Texts, _Calls and _Panels.
+/// hears from it, and the one line object. Its procedures are grouped into files by what the user does, and each file
+/// calls procedures of itself and of those before it alone: _Calls, _Lines, _Startup, _Settings, _Link, and fMain.cpp,
+/// where the window comes in.
 class fMain final : public FormInput, private LineEvents, private LinkEvents {
  public:
   fMain(const FormServices& services, FormControls& controls);
@@ -65,8 +66,12 @@ class fMain final : public FormInput, private LineEvents, private LinkEvents {
  private:
   using LinePointer = std::shared_ptr<CvbTAPILine>;
 
+  void cmdInfo_Click(std::int16_t index);
+
   // Start-up
   [[nodiscard]] bool ReadCommandLine();
+  void Language();
+  void ReLoadSettings();
   void ShowCollapsed();
   void tmStart_Timer(int index);
   void OpenLink();
@@ -99,24 +104,15 @@ class fMain final : public FormInput, private LineEvents, private LinkEvents {
   void ReportMissingLine();
   void ReportBoundLine(std::int16_t id);
   void RefreshTAPIList();
-  void AddNewEntries();
-  void RemoveGoneEntries();
-  void TickStoredEntry();
   void lstTAPI_ItemCheck(std::size_t index);
   void lstTAPI_Click(std::size_t index);
 
   // Settings
-  void ReLoadSettings();
   void cmdSave_Click();
   void cmdExit_Click();
   void Unload(UnloadMode mode);
   void Form_QueryUnload(bool& cancel, UnloadMode mode);
   void Form_Unload();
-
-  // Texts
-  void Language();
-  void ApplyText(const ControlTextRow& row);
-  [[nodiscard]] std::string Lookup(const TextKey& text);
 
   // Calls
   void cmdWahl_Click();
@@ -124,20 +120,15 @@ class fMain final : public FormInput, private LineEvents, private LinkEvents {
   void cmdHangUp_Click();
   void cmdLogClear_Click();
   void txtNumber_Change();
-  void txtNumber_KeyPress(int keyAscii);
-  void txtSettVW_KeyPress(int keyAscii);
-  void FilterKey(const char* procedure, int keyAscii);
+  void txtNumber_KeyPress(std::int16_t keyAscii);
+  void txtSettVW_KeyPress(std::int16_t keyAscii);
   void tapiline_MakeCallResult(std::int32_t errorCode) override;
   void tapiline_DropCallResult(std::int32_t errorCode) override;
   void tapiline_Dialing() override;
   void tapiline_Connected() override;
   void tapiline_Idle() override;
   void tapiline_Disconnected() override;
-  [[nodiscard]] std::string ErrorLine(const char* prefix);
   void ApplyDialButtonRule();
-
-  // Panels
-  void cmdInfo_Click(std::int16_t index);
 
   /// The line object, counted for as long as the caller is inside it: telephony may dispatch messages in the middle of
   /// its own functions, and what they bring may release the form's line. Throws RunTimeError 91 when there is none, and

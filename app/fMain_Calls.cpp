@@ -3,14 +3,32 @@
 #include "tapi/modFunctions.h"
 #include "tapi/modKeyPressCheck.h"
 #include "util/Procedure.h"
+#include "util/RunTimeError.h"
 #include "util/Text.h"
 
 // Dialing, hanging up, and how the call goes. Every step is shown in the status box and told to the main program.
 namespace fonklav {
 
 using enum ControlId;
-std::string fMain::ErrorLine(const char* prefix) {
-  return prefix + std::to_string(Line()->LastError()) + " " + Line()->ErrorString(Line()->LastError());
+namespace {
+
+/// What telephony has refused, as a line of the status box.
+std::string ErrorLine(const char* prefix, const CvbTAPILine& line) {
+  return prefix + std::to_string(line.LastError()) + " " + line.ErrorString(line.LastError());
+}
+
+}  // namespace
+
+fMain::LinePointer fMain::Line(int line) const {
+  if (unloaded_) throw RunTimeError(ErrorNumber::NeverLogged, line);
+  if (!tapiline_) throw RunTimeError(ErrorNumber::ObjectVariableNotSet, line);
+  return tapiline_;
+}
+
+void fMain::ReleaseLine() {
+  if (tapiline_) tapiline_->Detach();
+  // The member is empty before the object ends: its end must not find itself as the form's line.
+  std::exchange(tapiline_, nullptr).reset();
 }
 
 void fMain::ApplyDialButtonRule() {
@@ -28,7 +46,7 @@ void fMain::cmdWahl_Click() {
     controls_[cmdHangUp].Enabled(true);  // before the result is looked at
     reports_.HangUpButton(controls_[cmdHangUp]);
     if (open) return RequestCall();
-    reports_.Failure(ErrorLine("Open line ERROR "), "OpenLine Error");
+    reports_.Failure(ErrorLine("Open line ERROR ", *Line()), "OpenLine Error");
     ApplyDialButtonRule();
     controls_[cmdHangUp].Enabled(false);
     reports_.CallButton(controls_[cmdWahl], Sender::DialClickNotOpened);
@@ -41,7 +59,7 @@ void fMain::RequestCall() {
   Line()->OutsideLocalAccess(ownAccessCode_.empty() ? services_.settings.TAPIAmtVW : ownAccessCode_);
   if (Line()->MakeCallAsynch(controls_[txtNumber].Text())) return;
   Line()->CloseLine();
-  reports_.Failure(ErrorLine("ERROR "), "MakeCallAsynch Error");
+  reports_.Failure(ErrorLine("ERROR ", *Line()), "MakeCallAsynch Error");
   ApplyDialButtonRule();
   controls_[cmdHangUp].Enabled(false);
   reports_.CallButton(controls_[cmdWahl], Sender::DialClickRefused);
@@ -52,7 +70,7 @@ void fMain::cmdHangUp_Click() {
     controls_[cmdHangUp].Enabled(false);
     reports_.HangUpButton(controls_[cmdHangUp], Sender::HangUpClick);
     reports_.Progress(texts_.hangUp);
-    if (!Line()->DropCallAsynch()) reports_.Failure(ErrorLine("ERROR "), "DropCallAsynch Error");
+    if (!Line()->DropCallAsynch()) reports_.Failure(ErrorLine("ERROR ", *Line()), "DropCallAsynch Error");
     ApplyDialButtonRule();
     reports_.CallButton(controls_[cmdWahl], Sender::HangUpClick);
   });
@@ -70,15 +88,16 @@ void fMain::txtNumber_Change() {
   });
 }
 
-void fMain::txtNumber_KeyPress(int keyAscii) { FilterKey("fMain.txtNumber_KeyPress", keyAscii); }
+// The verdict on a key is dropped on purpose: the filter runs and traces, and every key reaches its box.
 
-void fMain::txtSettVW_KeyPress(int keyAscii) { FilterKey("fMain.txtSettVW_KeyPress", keyAscii); }
+void fMain::txtNumber_KeyPress(std::int16_t keyAscii) {
+  Procedure(services_.diagnostics, "fMain.txtNumber_KeyPress", {keyAscii},
+            [&] { static_cast<void>(services_.keyPressCheck.CheckKeyPress(keyAscii, "numTAPI")); });
+}
 
-void fMain::FilterKey(const char* procedure, int keyAscii) {
-  Procedure(services_.diagnostics, procedure, {keyAscii}, [&] {
-    // The verdict is dropped on purpose: the filter runs and traces, and every key reaches the box.
-    static_cast<void>(services_.keyPressCheck.CheckKeyPress(static_cast<std::int16_t>(keyAscii), "numTAPI"));
-  });
+void fMain::txtSettVW_KeyPress(std::int16_t keyAscii) {
+  Procedure(services_.diagnostics, "fMain.txtSettVW_KeyPress", {keyAscii},
+            [&] { static_cast<void>(services_.keyPressCheck.CheckKeyPress(keyAscii, "numTAPI")); });
 }
 
 void fMain::tapiline_MakeCallResult(std::int32_t errorCode) {

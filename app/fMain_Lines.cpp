@@ -1,4 +1,5 @@
-#include <algorithm>
+#include <string>
+#include <vector>
 
 #include "app/fMain.h"
 #include "tapi/mTAPIFunctions.h"
@@ -53,38 +54,12 @@ void fMain::ReportBoundLine(std::int16_t id) {
 
 void fMain::RefreshTAPIList() {
   Procedure(services_.diagnostics, "fMain.RefreshTAPIList", {}, [&] {
-    AddNewEntries();
-    RemoveGoneEntries();
-    if (controls_.lstTAPI.TickedCount() == 0) TickStoredEntry();
+    std::vector<std::string> names;
+    for (const LineRecord& record : services_.lines.table) names.push_back(record.Name);
+    controls_.lstTAPI.AddNew(names);
+    controls_.lstTAPI.RemoveGone(names);
+    if (controls_.lstTAPI.TickedCount() == 0) controls_.lstTAPI.TickAll(services_.lines.TAPILine);
   });
-}
-
-void fMain::AddNewEntries() {
-  for (const LineRecord& record : services_.lines.table) {
-    if (record.Name.empty()) continue;
-    if (std::ranges::find(controls_.lstTAPI.Entries(), record.Name, &CheckList::Entry::text) ==
-        controls_.lstTAPI.Entries().end()) {
-      controls_.lstTAPI.Add(record.Name);
-    }
-  }
-}
-
-void fMain::RemoveGoneEntries() {
-  // The index moves on after a removal, so the entry that takes the place of a removed one is passed over until the
-  // next refresh. That is deliberate.
-  const std::size_t count = controls_.lstTAPI.Count();
-  for (std::size_t index = 0; index < count && index < controls_.lstTAPI.Count(); ++index) {
-    const std::string& text = controls_.lstTAPI.At(index).text;
-    if (std::ranges::find(services_.lines.table, text, &LineRecord::Name) == services_.lines.table.end()) {
-      controls_.lstTAPI.Remove(index);
-    }
-  }
-}
-
-void fMain::TickStoredEntry() {
-  for (std::size_t index = 0; index < controls_.lstTAPI.Count(); ++index) {
-    if (controls_.lstTAPI.At(index).text == services_.lines.TAPILine) controls_.lstTAPI.Tick(index, true);
-  }
 }
 
 void fMain::lstTAPI_ItemCheck(std::size_t index) {

@@ -7,14 +7,6 @@ namespace fonklav {
 
 using enum ControlId;
 
-void fMain::ReLoadSettings() {
-  Procedure(services_.diagnostics, "fMain.ReLoadSettings", {}, [&] {
-    services_.saveSetting.LoadSettings();
-    controls_[txtSettVW].Text(services_.settings.TAPIAmtVW);
-    tmStart_Timer(1);
-  });
-}
-
 void fMain::cmdSave_Click() {
   Procedure(services_.diagnostics, "fMain.cmdSave_Click", {}, [&] {
     for (const CheckList::Entry& entry : controls_.lstTAPI.Entries()) {

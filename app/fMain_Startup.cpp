@@ -2,6 +2,7 @@
 
 #include "app/Layout.h"
 #include "app/fMain.h"
+#include "app/modSaveSetting.h"
 #include "config/Configuration.h"
 #include "platform/Ports.h"
 #include "tapi/mTAPIFunctions.h"
@@ -51,7 +52,8 @@ bool fMain::ReadCommandLine() {
     controls_[txtNumber].Text("");
     return true;
   }
-  services_.config.messages.MsgBoxForward(Lookup(kDirectCallText), kMessageBoxInformation, "");
+  services_.config.messages.MsgBoxForward(services_.config.language.LoadLangKey(kDirectCallText),
+                                          kMessageBoxInformation, "");
   return false;
 }
 
@@ -100,7 +102,7 @@ void fMain::BindLineObject() {
   DebugLine(complete ? "Check area codes - OK" : "Check area codes - Fail");
   if (complete) return CreateLine(line);
   StageWithoutLine();
-  controls_[lbLineIDActive].Text(Lookup(kLineIdText));
+  controls_[lbLineIDActive].Text(services_.config.language.LoadLangKey(kLineIdText));
   ReportMissingAreaCodes();
 }
 
@@ -152,23 +154,33 @@ void fMain::ReportMissingAreaCodes() {
   services_.config.messages.MsgBoxForward(services_.config.state.texts.systemCodesFail, kMessageBoxExclamation, "");
 }
 
-std::string fMain::Lookup(const TextKey& text) { return services_.config.language.LoadLangKey(text); }
-
 void fMain::Language() {
   Procedure(services_.diagnostics, "fMain.Language", {}, [&] {
-    const std::string head = Lookup(kHeadText);  // one after the other: the trace shows the order
-    const std::string settings = Lookup(kSettingsText);
+    const auto lookup = [&](const TextKey& text) { return services_.config.language.LoadLangKey(text); };
+    const std::string head = lookup(kHeadText);  // one after the other: the trace shows the order
+    const std::string settings = lookup(kSettingsText);
     controls_.form.Caption("Rufmon -  " + head + " " + settings);
-    for (const FormTextRow& row : kFormTexts) texts_.*row.field = Lookup(row.text);
-    for (const ControlTextRow& row : kControlTexts) ApplyText(row);
+    for (const FormTextRow& row : kFormTexts) texts_.*row.field = lookup(row.text);
+    for (const ControlTextRow& row : kControlTexts) {
+      // The default is what stands there by the layout, so a missing key leaves it as it is.
+      Control& control = controls_[row.control];
+      if (row.toolTip) {
+        controls_.ToolTip(lookup({row.key, controls_.ToolTip()}));
+      } else if (row.text != nullptr) {
+        control.Text(texts_.*row.text);
+      } else {
+        control.Text(lookup({row.key, control.Text()}));
+      }
+    }
   });
 }
 
-void fMain::ApplyText(const ControlTextRow& row) {
-  // The default is what stands there by the layout, so a missing key leaves it as it is.
-  if (row.toolTip) return controls_.ToolTip(Lookup({row.key, controls_.ToolTip()}));
-  Control& control = controls_[row.control];
-  control.Text(row.text != nullptr ? texts_.*row.text : Lookup({row.key, control.Text()}));
+void fMain::ReLoadSettings() {
+  Procedure(services_.diagnostics, "fMain.ReLoadSettings", {}, [&] {
+    services_.saveSetting.LoadSettings();
+    controls_[txtSettVW].Text(services_.settings.TAPIAmtVW);
+    tmStart_Timer(1);
+  });
 }
 
 }  // namespace fonklav
