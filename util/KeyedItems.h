@@ -2,13 +2,13 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <deque>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
 #include <variant>
-#include <vector>
 
 namespace fonklav {
 
@@ -23,8 +23,11 @@ class KeyedObject {
   [[nodiscard]] virtual std::string Key() const = 0;
 };
 
-/// Ordered items, each under a key of its own. Positions count from 1; keys compare without regard to case. Every
-/// operation takes at most a time that grows with the logarithm of the number of items, wherever it touches them.
+/// Ordered items, each under a key of its own. Positions count from 1; keys compare without regard to case. An
+/// operation that throws, for want of memory, leaves everything as it was.
+///
+/// A position is found at the speed of an array, the oldest item goes in constant time, and a removal from the middle
+/// moves pointers.
 class KeyedItems {
  public:
   using Value = std::variant<std::string, std::shared_ptr<KeyedObject>>;
@@ -35,26 +38,26 @@ class KeyedItems {
 
   /// Adds an item at the end; false when the key is taken.
   bool Add(std::string key, Value value);
-  /// The item at a position or under a key; null when there is none. Valid until the next change.
+  /// The item at a position or under a key; null when there is none. Valid until it is taken.
   [[nodiscard]] const Item* At(std::int64_t position) const;
   [[nodiscard]] const Item* Find(std::string_view key) const;
   /// Removes an item and gives it out; nothing when there is none.
   std::optional<Item> TakeAt(std::int64_t position);
   std::optional<Item> Take(std::string_view key);
-  [[nodiscard]] std::size_t Count() const noexcept { return slotOfKey_.size(); }
+  [[nodiscard]] std::size_t Count() const noexcept { return items_.size(); }
 
  private:
-  // Items stand in slots in the order in which they came. A removed item leaves its slot empty; how many slots are
-  // still taken is kept as a tree of partial sums (a Fenwick tree, 1-based), by which a position finds its slot.
-  // When more than half of the slots are empty, the items move together.
-  [[nodiscard]] std::size_t SlotAt(std::int64_t position) const;
-  Item TakeSlot(std::size_t slot);
-  void AppendSlot(Item item);
-  void MoveTogether();
+  struct Filed {
+    Item item;
+    std::uint64_t number;  ///< counts up, so that an item finds its place among the others
+  };
+  using Place = std::deque<std::unique_ptr<Filed>>::iterator;
 
-  std::vector<std::optional<Item>> slots_;
-  std::vector<std::size_t> sums_;
-  std::unordered_map<std::string, std::size_t> slotOfKey_;  ///< by folded key
+  Item TakeOut(Place place);
+
+  std::deque<std::unique_ptr<Filed>> items_;                 ///< in the order in which they came
+  std::unordered_map<std::string, const Filed*> itemOfKey_;  ///< by folded key
+  std::uint64_t last_{0};
 };
 
 }  // namespace fonklav

@@ -82,8 +82,8 @@ bool clsCollection::AddByINIData(const std::string& key, const std::string& valu
   return AddByKeyValue(key, key + "=" + value);
 }
 
-bool clsCollection::AddByKeyValue(const std::string& key, const Value& value) {
-  const bool added = Store(key, value);
+bool clsCollection::AddByKeyValue(const std::string& key, Value value) {
+  const bool added = Store(key, std::move(value));
   Raise(QueueAdded);
   return added;
 }
@@ -131,8 +131,8 @@ bool clsCollection::GetItemByKey(const std::string& key, Object& data) const {
 
 clsCollection::Object clsCollection::GetItemByIndex(std::int32_t index) const { return ObjectOf(items_.At(index)); }
 
-bool clsCollection::Store(const std::string& key, const Value& value) {
-  return Suppressed(false, [&] { return items_.Add(key, value); });
+bool clsCollection::Store(std::string key, Value value) {
+  return Suppressed(false, [&] { return items_.Add(std::move(key), std::move(value)); });
 }
 
 }  // namespace fonklav

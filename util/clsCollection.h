@@ -44,7 +44,7 @@ class clsCollection {
   /// Adds the text key, "=", value under the key. False when the key is taken. Raises QueueAdded in either case.
   bool AddByINIData(const std::string& key, const std::string& value);
   /// Adds any value under the key. False when the key is taken. Raises QueueAdded in either case.
-  bool AddByKeyValue(const std::string& key, const Value& value);
+  bool AddByKeyValue(const std::string& key, Value value);
   /// Replaces the item under the key by the text key, "=", value, at the end. Does nothing to an empty collection.
   void ChangeByKeyValue(const std::string& key, const std::string& value);
   /// The text under the key with every occurrence of key and "=" taken out, not only the leading one.
@@ -72,7 +72,7 @@ class clsCollection {
   void Clear() { items_ = KeyedItems{}; }
 
  private:
-  bool Store(const std::string& key, const Value& value);
+  bool Store(std::string key, Value value);
 
   KeyedItems items_;
   std::int16_t limit_{0};

@@ -32,7 +32,7 @@ class Dialer : public FakeSystem {
   /// The start up to the question for a main program, which is still out afterwards.
   bool Ask(const std::string& commandLine) {
     process.commandLine = commandLine;
-    program = std::make_unique<Program>(AllPorts());
+    program = std::make_unique<Program>(portsForProgram != nullptr ? *portsForProgram : AllPorts());
     if (!program->Load(view)) return false;
     Input().TimerTick(TimerId::Start0);
     return true;
@@ -69,6 +69,7 @@ class Dialer : public FakeSystem {
   SimTelephony& sim{telephony};
   FakeView view;
   std::uint16_t adviseStatus{kDdeAckPositive};
+  const Ports* portsForProgram{nullptr};  ///< other ports than this system's own; not owned
   std::unique_ptr<Program> program;
 };
 

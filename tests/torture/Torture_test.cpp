@@ -1,0 +1,213 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <new>
+
+#include "tests/app/Dialer.h"
+#include "tests/torture/FaultyPorts.h"
+
+// Every story once for each thing in it that can fail: each call of a port, once and from then on, and each allocation
+// of memory. What may come of it is little: no crash, no leak, nothing said that is not so, one line and one call at
+// most, every line asked to close before telephony is shut down. And where the fault has passed, the next dial works.
+namespace {
+
+/// Memory that runs out when a test says so. Allocations of the test itself are not counted.
+struct Memory {
+  long allocations{0};
+  long failing{-1};
+  bool counting{false};
+};
+Memory memory;  // NOLINT: operator new has no other way to it
+
+}  // namespace
+
+// Not inlined, or the compiler takes them for a mismatched pair.
+[[gnu::noinline]] void* operator new(std::size_t size) {
+  if (memory.counting && memory.allocations++ == memory.failing) throw std::bad_alloc();
+  if (void* const block = std::malloc(size == 0 ? 1 : size)) return block;
+  throw std::bad_alloc();
+}
+[[gnu::noinline]] void operator delete(void* block) noexcept { std::free(block); }
+[[gnu::noinline]] void operator delete(void* block, std::size_t /*size*/) noexcept { std::free(block); }
+
+namespace fonklav::test {
+namespace {
+
+constexpr const char* kScenario =
+    "device name=A version=0x00020000\ndevice name=B version=0x00020000\nlocation local=9\ncall reply after=5\n"
+    "call state DIALING after=10\ncall state CONNECTED after=20\ndrop reply after=5\ndrop state IDLE after=10\n";
+
+struct Story {
+  const char* name;
+  bool started;  ///< begins with a dialer that is linked and bound
+  bool calling;  ///< and whose call is up
+  void (*happens)(Dialer& dialer);
+};
+
+const std::vector<Story> kStories{
+    {"start", false, false, [](Dialer& dialer) { dialer.Start("/sett"); }},
+    {"dial", true, false,
+     [](Dialer& dialer) {
+  dialer.Command("cmd|call|0301234567");
+  dialer.Pump(100);
+     }},
+    {"hangUp", true, true,
+     [](Dialer& dialer) {
+  dialer.Command("cmd|hangup");
+  dialer.Pump(100);
+     }},
+    {"remoteEnd", true, true,
+     [](Dialer& dialer) {
+  dialer.sim.RemoteHangUp();
+  dialer.Pump(100);
+     }},
+    {"save", true, false,
+     [](Dialer& dialer) {
+  dialer.Input().TickEntry(1, true);
+  dialer.Input().Edit(ControlId::txtSettVW, "0");
+  dialer.Input().Click(ControlId::cmdSave);
+     }},
+    {"cancel", true, true, [](Dialer& dialer) { dialer.Input().Click(ControlId::cmdExit); }},
+    {"deviceReport", true, false, [](Dialer& dialer) { dialer.Input().ClickEntry(1); }},
+    {"settings", true, false, [](Dialer& dialer) { dialer.Command("settings"); }},
+    {"linkLoss", true, true,
+     [](Dialer& dialer) {
+  dialer.dde.alive = false;
+  dialer.Pump(250);
+     }},
+    {"exit", true, true, [](Dialer& dialer) { dialer.Input().CloseRequested(UnloadMode::SessionEnds); }},
+    };
+
+/// A dialer whose ports fail when they are told to.
+class TorturedDialer : public Dialer {
+ public:
+  explicit TorturedDialer(const Story& story) : Dialer(kScenario), story_(story) {
+    portsForProgram = &faulty_.All();
+    File("C:\\Rufmon\\Rufmonspec.ini") = "[Debug]\r\nLogTAPI=1\r\nTraceMode=1\r\n";
+    StoreLine("A");
+    const auto inside = sim.inside;
+    sim.inside = [this, inside](std::string_view function) {
+      Watch(function);
+      inside(function);
+    };
+    faulty_.OnReport([this](std::string_view report) { Watch(report); });
+    if (story.started) Start("/run");
+    if (story.calling) {
+      Command("cmd|call|0301234567");
+      Pump(100);
+      EXPECT_EQ(sim.LiveCalls(), 1U);
+    }
+  }
+
+  void Happen() {
+    try {
+      story_.happens(*this);
+    } catch (const RunTimeError&) {
+      // Start-up has no log yet: what happens then goes to main, which tells it and ends.
+      EXPECT_FALSE(story_.started);
+      refused = true;
+    } catch (const std::bad_alloc&) {
+      // The same, or what happens could not even be put into words. The program's own entries let nothing out.
+      refused = !story_.started;
+    }
+    loop.Run();
+  }
+
+  /// What a user does after something went wrong, and whether the dialer is as good as new then.
+  void ExpectTheNextDialToWork() {
+    if (refused || View().unloads != 0 || !dde.ticking) return;
+    Command("cmd|hangup");
+    Pump(100);
+    dde.alive = true;
+    Command("unload");
+    Pump(100);
+    if (View().unloads != 0) return;  // the link had been lost: Cancel ends the program
+    Command("");
+    TakeReports();
+    Command("cmd|call|0307654321");
+    Pump(100);
+    EXPECT_THAT(TakeReports(), testing::Contains("cmd|autohide")) << "the call was not connected";
+  }
+
+  void End() {
+    program.reset();
+    loop.Run();
+    EXPECT_LE(sim.Registrations(), lostShutdowns);
+    EXPECT_LE(sim.OpenLines(), lostCloses);
+  }
+
+  Faults faults;
+  bool refused{false};
+  std::size_t lostShutdowns{0};  ///< that were asked for and failed
+  std::size_t lostCloses{0};
+
+ private:
+  void Watch(std::string_view what) {
+    EXPECT_LE(sim.OpenLines(), 1 + lostCloses);
+    EXPECT_LE(sim.LiveCalls(), 1 + lostCloses);
+    EXPECT_TRUE(what != "lineMakeCall" || sim.OpenLines() >= 1U);
+    EXPECT_TRUE(what != "lineShutdown" || sim.OpenLines() <= lostCloses);
+    if (!program) return;
+    for (const auto& [prefix, button] :
+         {std::pair{"btnCall|", ControlId::cmdWahl}, {"btnHangUp|", ControlId::cmdHangUp}}) {
+      if (what.starts_with(prefix)) {
+        EXPECT_EQ(what.substr(std::string_view(prefix).size(), 1), Controls()[button].Enabled() ? "1" : "0") << what;
+      }
+    }
+  }
+
+  const Story& story_;
+  FaultyPorts faulty_{*this, faults};
+};
+
+class Torture : public testing::TestWithParam<Story> {};
+
+TEST_P(Torture, EachCallOfAPortFails) {
+  long calls = 0;
+  {
+    TorturedDialer counted(GetParam());
+    counted.faults.Arm(-1, false);
+    counted.Happen();
+    calls = counted.faults.Calls();
+  }
+  ASSERT_GT(calls, 5);
+  for (const bool forever : {false, true}) {
+    for (long call = 0; call < calls; ++call) {
+      SCOPED_TRACE(std::string(GetParam().name) + " call " + std::to_string(call) + (forever ? " and after" : ""));
+      TorturedDialer dialer(GetParam());
+      dialer.lostCloses = dialer.lostShutdowns = 1;  // the failing call may be the one that gives back
+      dialer.faults.Arm(call, forever);
+      dialer.Happen();
+      dialer.faults.Disarm();
+      dialer.ExpectTheNextDialToWork();
+      dialer.End();
+      if (HasFailure()) return;
+    }
+  }
+}
+
+TEST_P(Torture, EachAllocationFails) {
+  const auto run = [&](long failing) {
+    TorturedDialer dialer(GetParam());
+    dialer.lostCloses = dialer.lostShutdowns = failing < 0 ? 0 : 1;
+    memory = {0, failing, true};
+    dialer.Happen();
+    memory.counting = false;
+    dialer.ExpectTheNextDialToWork();
+    dialer.End();
+    return memory.allocations;
+  };
+  const long allocations = run(-1);
+  ASSERT_GT(allocations, 5);
+  for (long allocation = 0; allocation < allocations; ++allocation) {
+    SCOPED_TRACE(std::string(GetParam().name) + " allocation " + std::to_string(allocation));
+    run(allocation);
+    if (HasFailure()) return;
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Stories, Torture, testing::ValuesIn(kStories), [](const auto& row) { return row.param.name; });
+
+}  // namespace
+}  // namespace fonklav::test
