@@ -1,5 +1,6 @@
 #include "window/AccessibleNames.h"
 
+// First: it makes the headers behind it define their identifiers (CLSID_AccPropServices and so on) in this file.
 #include <initguid.h>
 #include <objbase.h>
 
@@ -7,6 +8,8 @@
 
 namespace fonklav {
 
+// An apartment of one thread, because this thread has windows. S_FALSE, for COM that was initialized before, is a
+// success and has to be undone as well; RPC_E_CHANGED_MODE is none, and COM can be used all the same.
 AccessibleNames::AccessibleNames() : initialized_(SUCCEEDED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED))) {
   void* service = nullptr;
   CoCreateInstance(CLSID_AccPropServices, nullptr, CLSCTX_INPROC_SERVER, IID_IAccPropServices, &service);
@@ -14,7 +17,7 @@ AccessibleNames::AccessibleNames() : initialized_(SUCCEEDED(CoInitializeEx(nullp
 }
 
 AccessibleNames::~AccessibleNames() {
-  service_.Reset();
+  service_.Reset();  // no interface may be released once COM has gone
   if (initialized_) CoUninitialize();
 }
 

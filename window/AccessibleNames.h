@@ -10,8 +10,9 @@ struct IAccPropServices;
 
 namespace fonklav {
 
-/// The names under which a screen reader finds the boxes, which have no caption of their own. Where the system does not
-/// offer the service, readers are left to guess by what stands before a box.
+/// The names under which a screen reader finds the boxes. The window text of a box is its content, so the name has to
+/// be set beside it, by Dynamic Annotation (IAccPropServices). Where the system does not offer the service nothing
+/// fails: readers are left to guess by the label that stands before a box.
 class AccessibleNames {
  public:
   AccessibleNames();
@@ -19,6 +20,7 @@ class AccessibleNames {
   AccessibleNames& operator=(const AccessibleNames&) = delete;
   ~AccessibleNames();
 
+  /// Gives the control this name from now on, whatever the system would guess.
   void Set(HWND control, const std::wstring& name) const;
 
  private:
@@ -28,7 +30,7 @@ class AccessibleNames {
     static void Close(IAccPropServices* service) noexcept;
   };
 
-  bool initialized_;
+  bool initialized_;  ///< CoInitializeEx has succeeded and wants its CoUninitialize
   UniqueHandle<ServiceHandle> service_;
 };
 

@@ -9,10 +9,12 @@
 namespace fonklav {
 namespace {
 
-// The state image of an entry is its check box: number 1 is empty, number 2 is ticked, 0 is not made yet.
+// The state image of an entry is its check box: number 1 is empty, number 2 is ticked. A new entry has number 0 until
+// the list has given it a box, and the change from 0 to 1 is reported like any other.
 constexpr UINT kTicked = 2;
 constexpr UINT kUnticked = 1;
 
+/// INDEXTOSTATEIMAGEMASK undone: the number stands in bits 12 to 15 of the state.
 UINT ImageOf(UINT state) { return (state & LVIS_STATEIMAGEMASK) >> 12U; }
 
 LVITEMW StateItem(UINT state, UINT mask) {
@@ -26,6 +28,8 @@ LVITEMW StateItem(UINT state, UINT mask) {
 
 void CheckListWindow::Attach(HWND list) {
   list_ = list;
+  // A name that does not fit shows as a whole under the mouse (LVS_EX_LABELTIP). Report view shows nothing without a
+  // column.
   constexpr DWORD style = LVS_EX_FULLROWSELECT | LVS_EX_LABELTIP | LVS_EX_DOUBLEBUFFER;
   SendMessageW(list_, LVM_SETEXTENDEDLISTVIEWSTYLE, style, style);
   MakeCheckBoxes();
@@ -34,8 +38,8 @@ void CheckListWindow::Attach(HWND list) {
 }
 
 void CheckListWindow::MakeCheckBoxes() {
-  // The list draws its check boxes once, when it gets the style, in the size and colours of that moment. Doing so it
-  // unticks its entries.
+  // The list view draws its check boxes into an image list once, when it gets LVS_EX_CHECKBOXES, in the size and
+  // colours of that moment. So the style is taken away and given again, which leaves all entries unticked.
   const Scope scope(showing_);
   SendMessageW(list_, LVM_SETEXTENDEDLISTVIEWSTYLE, LVS_EX_CHECKBOXES, 0);
   SendMessageW(list_, LVM_SETEXTENDEDLISTVIEWSTYLE, LVS_EX_CHECKBOXES, LVS_EX_CHECKBOXES);
@@ -44,6 +48,7 @@ void CheckListWindow::MakeCheckBoxes() {
 
 void CheckListWindow::Show(const std::vector<CheckList::Entry>& entries) {
   const Scope scope(showing_);
+  // No painting until all is done: otherwise each entry that comes or goes is seen to do so.
   SendMessageW(list_, WM_SETREDRAW, FALSE, 0);
   RemoveGone(entries);
   for (std::size_t index = 0; index < entries.size(); ++index) ShowEntry(index, entries[index]);
@@ -53,7 +58,8 @@ void CheckListWindow::Show(const std::vector<CheckList::Entry>& entries) {
 }
 
 void CheckListWindow::FocusSomeEntry() {
-  // The space bar is for the entry that has the focus; a new list has none yet.
+  // The space bar ticks the entry that has the focus. A list that has just been filled has none, and the first space
+  // would do nothing.
   constexpr LPARAM focused = LVNI_FOCUSED;
   if (shown_.empty() || SendMessageW(list_, LVM_GETNEXTITEM, static_cast<WPARAM>(-1), focused) >= 0) return;
   LVITEMW item = StateItem(LVIS_FOCUSED, LVIS_FOCUSED);
@@ -66,7 +72,8 @@ void CheckListWindow::RemoveGone(const std::vector<CheckList::Entry>& entries) {
     shown_.clear();
     widest_ = 0;
   }
-  // An entry out of the middle goes as such, so that the selection stays with its entry.
+  // An entry out of the middle is deleted there. To overwrite it with those behind it would leave the selection, which
+  // belongs to an item, on another name.
   for (std::size_t index = 0; shown_.size() > entries.size();) {
     if (index < entries.size() && entries[index].text == shown_[index].text) {
       ++index;
@@ -123,6 +130,7 @@ void CheckListWindow::Rescaled(unsigned dpi) {
 }
 
 void CheckListWindow::Recolored() {
+  // The system sends this to top-level windows only and leaves it to them to tell their common controls.
   SendMessageW(list_, WM_SYSCOLORCHANGE, 0, 0);
   MakeCheckBoxes();
 }
@@ -149,12 +157,14 @@ void CheckListWindow::OnItemChanged(const NMLISTVIEW& change, FormInput& input) 
 }
 
 void CheckListWindow::OnMouseClick(const NMITEMACTIVATE& click, FormInput& input) {
+  // The item in NM_CLICK counts only for a click on icon or label; the place of the click also finds the check box.
   LVHITTESTINFO place{};
   place.pt = click.ptAction;
   SendMessageW(list_, LVM_HITTEST, 0, reinterpret_cast<LPARAM>(&place));
   if (place.iItem < 0) return;
   {
-    // A click on the check box selects nothing by itself.
+    // A click on the check box ticks and does not select. The report below is on the entry that was clicked, so that is
+    // what has to be marked.
     const Scope scope(showing_);
     LVITEMW item = StateItem(LVIS_SELECTED | LVIS_FOCUSED, LVIS_SELECTED | LVIS_FOCUSED);
     SendMessageW(list_, LVM_SETITEMSTATE, static_cast<WPARAM>(place.iItem), reinterpret_cast<LPARAM>(&item));

@@ -12,8 +12,9 @@
 
 namespace fonklav {
 
-/// The list with check boxes: shows the entries, and tells what the user does to them. What the program changes is
-/// never told back.
+/// The list with check boxes: shows the entries, and tells what the user does to them. It is a list view in report view
+/// with LVS_EX_CHECKBOXES, the only list of Windows that draws check boxes itself. A list view reports every change of
+/// an item by LVN_ITEMCHANGED, whoever made it; what the program changes is kept from being told back by `showing_`.
 class CheckListWindow {
  public:
   /// Prepares a list view that has just been made.
@@ -22,10 +23,11 @@ class CheckListWindow {
   void Show(const std::vector<CheckList::Entry>& entries);
   /// To be called when the list has got another size.
   void Resized() { FitColumn(); }
-  /// To be called when the list has got another font, on a screen of this resolution.
+  /// To be called when the list has got another font, on a screen of `dpi` dots per inch.
   void Rescaled(unsigned dpi);
-  /// The system's colours have changed.
+  /// To be called when the system's colours have changed.
   void Recolored();
+  /// A WM_NOTIFY of the list. `input` is told of ticks and clicks; the form may have unloaded when this returns.
   void OnNotify(const NMHDR& header, FormInput& input);
 
  private:
@@ -39,11 +41,11 @@ class CheckListWindow {
   void OnItemChanged(const NMLISTVIEW& change, FormInput& input);
   void OnMouseClick(const NMITEMACTIVATE& click, FormInput& input);
 
-  HWND list_{nullptr};  ///< not owned: the dialog's child
-  std::vector<CheckList::Entry> shown_;
-  int checkBoxWidth_{0};  ///< with the margins around it
-  int widest_{0};         ///< the width that the longest entry so far needs
-  bool showing_{false};
+  HWND list_{nullptr};                   ///< not owned: the dialog's child
+  std::vector<CheckList::Entry> shown_;  ///< as the list view has them now
+  int checkBoxWidth_{0};                 ///< with the margins around it
+  int widest_{0};                        ///< the width that the longest entry so far needs
+  bool showing_{false};  ///< the program is changing the list: what it reports meanwhile is no user's doing
 };
 
 }  // namespace fonklav

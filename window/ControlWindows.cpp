@@ -13,6 +13,8 @@ namespace {
 
 constexpr int kFirstDialogId = 100;
 
+/// What CreateWindowEx makes of a kind of control. WS_CHILD comes with each, WS_VISIBLE with none: who is seen is
+/// decided when the control is shown.
 struct KindRow {
   ControlKind kind;
   const wchar_t* className;
@@ -23,7 +25,7 @@ struct KindRow {
 constexpr DWORD kStatusBoxStyle = WS_TABSTOP | WS_VSCROLL | ES_MULTILINE | ES_READONLY | ES_AUTOVSCROLL;
 constexpr DWORD kListStyle = WS_TABSTOP | LVS_REPORT | LVS_NOCOLUMNHEADER | LVS_SINGLESEL | LVS_SHOWSELALWAYS;
 
-/// In the order of ControlKind.
+/// In the order of ControlKind. WS_EX_TRANSPARENT has a frame painted only after the siblings beneath it.
 constexpr std::array kKinds{
     KindRow{ControlKind::Frame, WC_BUTTONW, BS_GROUPBOX, WS_EX_TRANSPARENT},
     KindRow{ControlKind::CheckList, WC_LISTVIEWW, kListStyle, WS_EX_CLIENTEDGE},
@@ -36,12 +38,14 @@ constexpr std::array kKinds{
 /// What one control has beside the style of its kind.
 DWORD StyleOf(ControlId id) {
   if (id == ControlId::cmdSave) return BS_DEFPUSHBUTTON;
-  // A driver's name may hold an "&" and may be longer than there is room for.
+  // A driver's name may hold an "&", which a static control would take for the mark of an access key, and may be longer
+  // than there is room for.
   if (id == ControlId::lbLineIDActive) return SS_NOPREFIX | SS_ENDELLIPSIS;
   return 0;
 }
 
-/// Whether the message is about to change the content of a box. Undoing is no such message: see ShowOneLine.
+/// Whether the message is about to change the content of a box. An edit control gets Ctrl+V and Ctrl+X from the
+/// keyboard as characters, from its context menu as WM_PASTE and WM_CUT. Undoing is not among them: see ShowOneLine.
 bool Edits(UINT message, WPARAM wParam) {
   constexpr WPARAM paste = 0x16;  // Ctrl+V as a character, and so on
   constexpr WPARAM cut = 0x18;
@@ -70,6 +74,8 @@ LRESULT ReplaceAll(HWND box, UINT message, WPARAM wParam, LPARAM lParam) {
   return result;
 }
 
+/// Stands in front of the system's edit control. The dialog hears of an edit by EN_CHANGE, when it has happened; only
+/// the box itself sees the key, or the paste, that is about to make it.
 LRESULT CALLBACK BoxProc(HWND box, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id, DWORD_PTR input) noexcept {
   if (message == WM_CHAR) {
     reinterpret_cast<FormInput*>(input)->KeyPress(static_cast<ControlId>(id), static_cast<int>(wParam));
@@ -78,15 +84,16 @@ LRESULT CALLBACK BoxProc(HWND box, UINT message, WPARAM wParam, LPARAM lParam, U
   const LRESULT result = DefSubclassProc(box, message, wParam, lParam);
   const bool lines = (GetWindowLongW(box, GWL_STYLE) & ES_MULTILINE) != 0;
   if (message != WM_GETDLGCODE || !lines) return result;
-  // A box of several lines asks for every key, and to be selected as a whole when the keyboard comes to it. Tab, Enter
-  // and Esc are the dialog's all the same, and the newest line stays in sight.
+  // The dialog asks the control with the focus by WM_GETDLGCODE what it wants. A multiline edit control answers with
+  // DLGC_WANTALLKEYS, which would take Tab, Enter and Esc from the dialog, and with DLGC_HASSETSEL, upon which the
+  // dialog selects the whole text and scrolls the newest line out of sight.
   return result & ~LRESULT{DLGC_WANTALLKEYS | DLGC_HASSETSEL};
 }
 
 void PrepareBox(HWND box, ControlId id, FormInput& input) {
   constexpr UINT tabWidth = 16;  // in quarters of a character
   SetWindowSubclass(box, &BoxProc, static_cast<UINT_PTR>(id), reinterpret_cast<DWORD_PTR>(&input));
-  SendMessageW(box, EM_SETLIMITTEXT, 0, 0);  // as much as it can hold
+  SendMessageW(box, EM_SETLIMITTEXT, 0, 0);  // 0: as much as it can hold, and not 32767 characters
   SendMessageW(box, EM_SETTABSTOPS, 1, reinterpret_cast<LPARAM>(&tabWidth));
 }
 
@@ -122,6 +129,7 @@ void SetFonts(HWND dialog, HFONT font) {
 
 void PlaceAll(HWND dialog, unsigned dpi, const Surplus& surplus) {
   for (const LayoutRow& row : Layout()) {
+    // SWP_NOZORDER also keeps the order of Tab, which is the z-order of the dialog's children.
     const PixelRect place = PlaceOf(row, dpi, surplus);
     SetWindowPos(GetDlgItem(dialog, DialogIdOf(row.id)), nullptr, place.left, place.top, place.right - place.left,
                  place.bottom - place.top, SWP_NOZORDER | SWP_NOACTIVATE);

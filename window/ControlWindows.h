@@ -8,12 +8,13 @@
 #include "app/FormView.h"
 #include "app/Layout.h"
 
-// The real controls of the dialog, one for each row of the layout. All are children of the dialog itself: a frame is a
-// border with a caption, and what stands in it is placed over it.
+// The real controls of the dialog, one for each row of the layout. All are children of the dialog itself, because Tab
+// and access keys go through the dialog's children: a frame is a group box, a border with a caption that contains
+// nothing, and what seems to stand in it is placed over it.
 namespace fonklav {
 
-/// The number by which the dialog knows a control. OK and Cancel have the dialog's own numbers, by which Enter and Esc
-/// find them.
+/// The number by which the dialog knows a control. OK and Cancel are IDOK and IDCANCEL: IsDialogMessage turns Esc into
+/// a WM_COMMAND of IDCANCEL, and Enter into one of the default button.
 [[nodiscard]] int DialogIdOf(ControlId id);
 /// The control of such a number; nothing for a number that is none of ours.
 [[nodiscard]] std::optional<ControlId> ControlOfDialogId(int dialogId);

@@ -16,7 +16,7 @@ int LineHeight(const LOGFONTW& description) noexcept {
   const HGDIOBJ before = SelectObject(screen, font.Get());
   TEXTMETRICW metrics{};
   GetTextMetricsW(screen, &metrics);
-  SelectObject(screen, before);
+  SelectObject(screen, before);  // a font that is still selected cannot be deleted
   ReleaseDC(nullptr, screen);
   return static_cast<int>(metrics.tmHeight);
 }
@@ -28,6 +28,7 @@ LOGFONTW WantedFont(unsigned dpi) noexcept {
   if (query != nullptr && query(SPI_GETNONCLIENTMETRICS, metrics.cbSize, &metrics, 0, dpi) != FALSE) {
     return metrics.lfMessageFont;
   }
+  // The older function knows the system's DPI alone.
   SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, metrics.cbSize, &metrics, 0);
   metrics.lfMessageFont.lfHeight =
       MulDiv(metrics.lfMessageFont.lfHeight, static_cast<int>(dpi), static_cast<int>(SystemDpi()));

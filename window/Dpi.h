@@ -2,11 +2,12 @@
 
 #include <windows.h>
 
-// The resolution of the screen, by the newest functions that the system has. Older systems have one resolution for all
-// screens, or lack some of the functions; they get what comes nearest.
+// The resolution of the screen, by the newest functions that the system has. The functions that take or give a DPI came
+// with Windows 10, version 1607. Older systems have one resolution for all screens as far as this program is concerned,
+// and get what comes nearest. All lengths are pixels; nothing here fails.
 namespace fonklav {
 
-/// Dots per inch of the screen that shows the window, as far as the window is told; the system's where it is not.
+/// Dots per inch of the screen that shows the window; those of the system where it has no function to tell.
 [[nodiscard]] unsigned DpiOf(HWND window) noexcept;
 
 /// Dots per inch of the system as it was when the user logged on: the measure of positions, which span all screens.
@@ -19,7 +20,9 @@ namespace fonklav {
 /// texts, as far as lines of it fit the labels.
 [[nodiscard]] LOGFONTW MessageFont(unsigned dpi) noexcept;
 
-/// Tells newer systems that this dialog scales itself.
+/// Tells newer systems that this dialog scales itself. In a process that is aware of each monitor's DPI (PerMonitorV2)
+/// they would otherwise resize the dialog, its controls and their fonts at WM_DPICHANGED, once more than the program
+/// does.
 void KeepFromScaling(HWND dialog) noexcept;
 
 }  // namespace fonklav

@@ -16,7 +16,8 @@
 namespace fonklav {
 namespace {
 
-/// A dialog without controls, menu or title; the zeros behind the head are those three's and must be there.
+/// A dialog without controls. Behind the head of a template stand its menu, its window class and its title; a zero word
+/// each says that there is none, and must be there.
 struct EmptyTemplate {
   DLGTEMPLATE head;
   std::array<WORD, 3> menuClassTitle;
@@ -24,6 +25,7 @@ struct EmptyTemplate {
 
 constexpr DWORD kStyle = WS_CAPTION | WS_SYSMENU | WS_MINIMIZEBOX | WS_THICKFRAME | WS_CLIPCHILDREN;
 
+/// For EnumDisplayMonitors. The work area, because a title bar under the task bar cannot be grasped.
 BOOL CALLBACK AddScreen(HMONITOR monitor, HDC /*context*/, RECT* /*area*/, LPARAM screens) {
   MONITORINFO info{};
   info.cbSize = sizeof info;
@@ -48,6 +50,7 @@ UniqueIcon LoadOwnIcon(HINSTANCE instance, int width, int height) {
 }  // namespace
 
 MainWindow::MainWindow(HINSTANCE instance) : instance_(instance) {
+  // The list view's class, and the tooltip's, which comes with ICC_TAB_CLASSES.
   INITCOMMONCONTROLSEX classes{sizeof classes, ICC_STANDARD_CLASSES | ICC_LISTVIEW_CLASSES | ICC_TAB_CLASSES};
   InitCommonControlsEx(&classes);
 }
@@ -60,6 +63,7 @@ void MainWindow::Create(FormControls& controls, FormInput& input, std::function<
   const Scope scope(showing_);
   window_.Reset(CreateDialogIndirectParamW(instance_, &empty.head, nullptr, &DialogProc, 0));
   if (!window_) throw std::runtime_error("the window could not be made");
+  // Only now: what CreateDialogIndirectParam itself sends finds nobody, and is the system's to handle.
   SetWindowLongPtrW(window_.Get(), GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
   dpi_ = DpiOf(window_.Get());
   KeepFromScaling(window_.Get());
@@ -86,7 +90,7 @@ void MainWindow::Destroy() noexcept {
 }
 
 void MainWindow::SetIcons() {
-  // The old icons go when the window shows the new ones.
+  // WM_SETICON copies nothing, so the old icons go when the window shows the new ones.
   UniqueIcon big = LoadOwnIcon(instance_, SystemLength(SM_CXICON, dpi_), SystemLength(SM_CYICON, dpi_));
   UniqueIcon small = LoadOwnIcon(instance_, SystemLength(SM_CXSMICON, dpi_), SystemLength(SM_CYSMICON, dpi_));
   SendMessageW(window_.Get(), WM_SETICON, ICON_BIG, reinterpret_cast<LPARAM>(big.Get()));
@@ -100,7 +104,7 @@ void MainWindow::Scale() {
   const LOGFONTW description = MessageFont(dpi_);
   UniqueFont font{CreateFontIndirectW(&description)};
   SetFonts(window_.Get(), font.Get());
-  font_ = std::move(font);  // the old one goes when no control uses it any more
+  font_ = std::move(font);  // WM_SETFONT copies nothing: the old one goes when no control uses it any more
   PlaceControls();
   list_.Rescaled(dpi_);
   toolTip_.Rescaled(dpi_);
@@ -117,7 +121,7 @@ void MainWindow::ControlChanged(ControlId id) {
   if (controls_ == nullptr) return;
   const Scope scope(showing_);
   if (id == ControlId::lstTAPI) list_.Show(controls_->lstTAPI.Entries());
-  // A frame takes what stands in it along.
+  // What stands in a frame is no child of it, so Windows does not hide or show it with the frame.
   for (const LayoutRow& row : Layout()) {
     if (row.id == id) {
       ShowControl(row);
@@ -152,7 +156,7 @@ void MainWindow::TextAppended(ControlId id, const std::string& added) {
 
 void MainWindow::NameBoxes(ControlId label, const std::wstring& caption) const {
   std::wstring name = caption;
-  std::erase(name, L'&');
+  std::erase(name, L'&');  // the mark of the access key
   for (const LayoutRow& row : Layout()) {
     if (LabelOf(row.id) == label) accessibleNames_.Set(ControlOf(row.id), name);
   }
@@ -165,7 +169,8 @@ void MainWindow::ShowState(const LayoutRow& row) {
   const bool hadFocus = GetFocus() == control;
   if ((IsWindowEnabled(control) != FALSE) != enabled) EnableWindow(control, enabled ? TRUE : FALSE);
   ShowWindow(control, shown ? SW_SHOWNA : SW_HIDE);
-  // The keyboard must not stay with a control that takes no keys. Later: the program may enable it again at once.
+  // Where the control with the focus is disabled, no other gets it, and the keyboard is dead until somebody moves it.
+  // That is done by a posted message, and not here, because the program may enable the control again at once.
   if (hadFocus && !(enabled && shown)) {
     PostMessageW(window_.Get(), kLostFocusMessage, 0, reinterpret_cast<LPARAM>(control));
   }
@@ -194,6 +199,7 @@ Surplus MainWindow::SurplusNow() const {
 }
 
 void MainWindow::Place() {
+  // A minimised window is kept off the screen; ComeToFront places it when it is restored.
   if (IsIconic(window_.Get()) != FALSE) return;
   const int titleHeight = SystemLength(SM_CYCAPTION, dpi_) + SystemLength(SM_CYSIZEFRAME, dpi_);
   const PixelRect place = Reachable(WantedPlace(), titleHeight, Screens());
@@ -207,7 +213,8 @@ void MainWindow::ShowForm(bool visible) {
     ShowWindow(window_.Get(), SW_HIDE);
     return;
   }
-  // Not by ShowWindow: its first call does what the program's starter has asked for, which may be to hide.
+  // Not by ShowWindow: the first call of it in a process does what the starter has put into STARTUPINFO (wShowWindow),
+  // which may be to hide.
   SetWindowPos(window_.Get(), HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_SHOWWINDOW);
   ComeToFront();
 }
@@ -228,7 +235,8 @@ void MainWindow::Raise() const {
   const HWND front = GetLastActivePopup(window_.Get());  // the window, or its message box
   SetForegroundWindow(front);
   if (GetForegroundWindow() == front) return;
-  // Windows leaves the keyboard with the program that the user works in. On top of the others the window can be seen.
+  // SetForegroundWindow is refused to a program that neither has the foreground nor was given it by the one that has.
+  // The keyboard stays there; but as a topmost window, and then as a normal one again, the window comes on top.
   for (const HWND place : {HWND_TOPMOST, HWND_NOTOPMOST}) {
     SetWindowPos(window_.Get(), place, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
   }
@@ -237,6 +245,7 @@ void MainWindow::Raise() const {
 void MainWindow::TimerChanged(TimerId id) {
   if (controls_ == nullptr) return;
   const Timer& timer = controls_->tmStart.at(static_cast<std::size_t>(id));
+  // SetTimer with the number of a running timer starts that one anew.
   if (timer.Enabled()) {
     SetTimer(window_.Get(), TimerNumberOf(id), timer.Interval(), nullptr);
   } else {
@@ -245,12 +254,13 @@ void MainWindow::TimerChanged(TimerId id) {
 }
 
 void MainWindow::FocusTo(ControlId id) {
+  // SetFocus would go past the dialog, which moves the default button's border along and selects what a box holds.
   SendMessageW(window_.Get(), WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(ControlOf(id)), TRUE);
 }
 
 void MainWindow::Unloaded() {
-  // The form may unload from inside a message of one of the controls: the window only hides here, deaf from now on, and
-  // goes when the message loop has ended.
+  // The form may unload from inside a message of one of the controls, and the system's code goes on with that control
+  // afterwards. So the window only hides here, deaf from now on; it goes when the message loop has ended.
   for (std::size_t timer = 0; timer < kTimerCount; ++timer) {
     KillTimer(window_.Get(), TimerNumberOf(static_cast<TimerId>(timer)));
   }

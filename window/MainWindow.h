@@ -13,14 +13,19 @@
 
 namespace fonklav {
 
-/// Posted to the dialog when the control in lParam has lost the keyboard because it was disabled or hidden.
+/// Posted to the dialog when the control in lParam had the keyboard while it was disabled or hidden.
 inline constexpr UINT kLostFocusMessage = WM_APP;
 
-/// The number of a timer; 0 would be none.
+/// The number of a timer for SetTimer, which wants one other than 0.
 [[nodiscard]] constexpr UINT_PTR TimerNumberOf(TimerId id) { return static_cast<UINT_PTR>(id) + 1; }
 
 /// The dialer's window: a dialog with the controls of the layout. It shows what the program's controls hold and tells
 /// the program what the user does. What the program changes is never told back to it.
+///
+/// It is a dialog, and not a window of a class of its own, for the sake of IsDialogMessage: Tab, Enter, Esc, access
+/// keys and the default button come with it. It is made from an empty template, because a template's lengths are dialog
+/// units of one font, and those of this window are twips. Messages for the user's eyes go by the W functions
+/// throughout.
 class MainWindow final : public FormView {
  public:
   explicit MainWindow(HINSTANCE instance);
@@ -35,7 +40,8 @@ class MainWindow final : public FormView {
   /// Takes the window away; the program hears no more of it. May be called again.
   void Destroy() noexcept;
 
-  /// Whether the message was the dialog's: Tab, Enter, Esc, access keys.
+  /// Gives the message to the dialog and says whether it was the dialog's: Tab, Enter, Esc, access keys, and any other
+  /// message for the window or its controls. IsDialogMessage has translated and dispatched it then.
   [[nodiscard]] bool Takes(MSG& message) const;
   /// The window where a message box is to appear: this one when the user sees it, null otherwise.
   [[nodiscard]] HWND BoxOwner() const;
@@ -83,7 +89,7 @@ class MainWindow final : public FormView {
   HINSTANCE instance_;
   FormControls* controls_{nullptr};  ///< not owned; null before Create and once the form has unloaded
   FormInput* input_{nullptr};
-  std::function<void()> sessionEnded_;
+  std::function<void()> sessionEnded_;  ///< called when Windows ends the session
   UniqueFont font_;
   UniqueIcon bigIcon_;
   UniqueIcon smallIcon_;

@@ -9,6 +9,9 @@
 // have unloaded, and may be gone, when a call of it returns.
 namespace fonklav {
 
+// A dialog procedure says whether it has handled a message: FALSE leaves it to the system. The answer to the message
+// itself would go into DWLP_MSGRESULT, but for a few messages, WM_CTLCOLORSTATIC among them, whose answer is returned
+// as it is.
 INT_PTR CALLBACK MainWindow::DialogProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
   try {
     auto* const window = reinterpret_cast<MainWindow*>(GetWindowLongPtrW(dialog, GWLP_USERDATA));
@@ -43,7 +46,7 @@ INT_PTR MainWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       return OnBoxColors(reinterpret_cast<HDC>(wParam), reinterpret_cast<HWND>(lParam));
     case kLostFocusMessage:
       return OnLostFocus(reinterpret_cast<HWND>(lParam));
-    case WM_CLOSE:
+    case WM_CLOSE:  // left to the system it would become a click on IDCANCEL, which gives up the user's edits
       return input_->CloseRequested(UnloadMode::UserClosed), TRUE;
     case WM_ENDSESSION:
       return OnSessionEnd(wParam != FALSE);
@@ -56,6 +59,7 @@ INT_PTR MainWindow::OnCommand(int dialogId, UINT code) {
   const auto id = ControlOfDialogId(dialogId);
   if (!id) return FALSE;
   const ControlKind kind = LayoutOf(*id).kind;
+  // EN_CHANGE follows every change of a one-line box, the program's as well.
   if (kind == ControlKind::TextBox && code == EN_CHANGE) ShowsAll(ControlOf(*id));
   if (kind != ControlKind::Button && code == EN_SETFOCUS) {
     // Who types a number and presses Enter means to dial it; while it cannot be dialed, nothing is meant.
@@ -63,7 +67,7 @@ INT_PTR MainWindow::OnCommand(int dialogId, UINT code) {
   }
   if (showing_) return FALSE;
   if (kind == ControlKind::Button && code == BN_CLICKED) {
-    // Enter and Esc come here even when the button that they stand for is disabled.
+    // IsDialogMessage sends what Enter and Esc stand for whether or not that button is enabled.
     if (IsWindowEnabled(ControlOf(*id)) != FALSE) input_->Click(*id);
   } else if (kind == ControlKind::TextBox && code == EN_CHANGE) {
     input_->Edit(*id, Utf8(TextOf(ControlOf(*id))));
@@ -79,7 +83,8 @@ INT_PTR MainWindow::OnNotify(const NMHDR& header) {
 }
 
 void MainWindow::MakeDefault(ControlId button) const {
-  // A button that had the keyboard keeps Enter to itself when the mouse moves the keyboard elsewhere.
+  // A push button is the default while it has the focus, and stays so when the mouse takes the focus to a box or the
+  // list: only the dialog's own moves of the focus give the default back.
   SendMessageW(window_.Get(), DM_SETDEFID, static_cast<WPARAM>(DialogIdOf(button)), 0);
 }
 
@@ -91,6 +96,8 @@ INT_PTR MainWindow::OnTimer(WPARAM number) {
 }
 
 INT_PTR MainWindow::OnMoved() {
+  // WM_MOVE tells where the inner area is, and the form keeps the place of the whole window. A minimised window is
+  // moved off the screen, which is no place to store.
   if (showing_ || IsIconic(window_.Get()) != FALSE) return FALSE;
   RECT place{};
   GetWindowRect(window_.Get(), &place);
@@ -111,7 +118,7 @@ INT_PTR MainWindow::OnResized(WPARAM how) {
 }
 
 INT_PTR MainWindow::OnLimits(MINMAXINFO& limits) const {
-  // Below these sizes something would be cut.
+  // Below these sizes something would be cut. Windows keeps to them also when the program itself sets a size.
   limits.ptMinTrackSize = {LengthToPixels(kFormWidth, dpi_), LengthToPixels(kFormHeightCollapsed, dpi_)};
   return TRUE;
 }
@@ -121,7 +128,9 @@ INT_PTR MainWindow::OnDpiChanged(unsigned dpi, const RECT* suggested) {
   dpi_ = dpi;
   RECT place{};
   GetWindowRect(window_.Get(), &place);
-  if (suggested != nullptr) place = *suggested;  // where the window stays under the mouse that drags it
+  // The suggested place keeps the window under the mouse that drags it. Its size is a rounded product of the old
+  // pixels; ours comes from the twips each time, so that nothing adds up on the way from screen to screen and back.
+  if (suggested != nullptr) place = *suggested;
   const FormWindow& form = controls_->form;
   SetWindowPos(window_.Get(), nullptr, place.left, place.top, LengthToPixels(form.Width(), dpi_),
                LengthToPixels(form.Height(), dpi_), SWP_NOZORDER | SWP_NOACTIVATE);
@@ -130,6 +139,7 @@ INT_PTR MainWindow::OnDpiChanged(unsigned dpi, const RECT* suggested) {
 }
 
 INT_PTR MainWindow::OnSettingChanged(WPARAM which) {
+  // The message font is part of these metrics.
   if (which == SPI_SETNONCLIENTMETRICS) Scale();
   return FALSE;
 }
@@ -140,7 +150,7 @@ INT_PTR MainWindow::OnColorsChanged() {
 }
 
 INT_PTR MainWindow::OnBoxColors(HDC context, HWND box) const {
-  // Read-only boxes ask as labels do; they are to look like the text boxes that they are.
+  // A read-only edit control asks for its colours by WM_CTLCOLORSTATIC, as a label does, and would be grey like one.
   if (box != ControlOf(ControlId::txtTestStatus) && box != ControlOf(ControlId::txtLineInfo)) return FALSE;
   SetTextColor(context, GetSysColor(COLOR_WINDOWTEXT));
   SetBkColor(context, GetSysColor(COLOR_WINDOW));
@@ -159,6 +169,8 @@ INT_PTR MainWindow::OnLostFocus(HWND control) const {
 }
 
 INT_PTR MainWindow::OnSessionEnd(bool ends) {
+  // FALSE in wParam: another program has refused the end. Once this has returned for an end, the process may be ended
+  // at any moment, so everything has to be done before.
   if (!ends) return FALSE;
   input_->CloseRequested(UnloadMode::SessionEnds);
   sessionEnded_();

@@ -9,12 +9,14 @@
 namespace fonklav {
 
 void ToolTip::Attach(HWND dialog, HINSTANCE instance) {
+  // TTS_NOPREFIX: a tooltip would strip each "&". TTS_ALWAYSTIP: also while another window is active.
   window_ = CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX, 0, 0, 0,
                             0, dialog, nullptr, instance, nullptr);
 }
 
 void ToolTip::Rescaled(unsigned dpi) const {
-  constexpr float widest = 6000;  // twips; longer texts take several lines
+  // With a greatest width a tooltip breaks its text into lines; without one it is a single line, however long.
+  constexpr float widest = 6000;  // twips
   SendMessageW(window_, TTM_SETMAXTIPWIDTH, 0, LengthToPixels(widest, dpi));
 }
 
@@ -23,6 +25,7 @@ void ToolTip::Show(HWND control, std::wstring text) {
   shown_ = std::move(text);
   TTTOOLINFOW tool{};
   tool.cbSize = sizeof tool;
+  // The control itself is the tool (TTF_IDISHWND), and the tooltip watches the mouse over it by itself (TTF_SUBCLASS).
   tool.uFlags = TTF_IDISHWND | TTF_SUBCLASS;
   tool.hwnd = GetParent(control);
   tool.uId = reinterpret_cast<UINT_PTR>(control);

@@ -4,6 +4,8 @@
 
 #include <string>
 
+// What a window or a box shows as text. All go by messages to the window and fail for none: a window that has gone
+// shows nothing and holds nothing.
 namespace fonklav {
 
 /// A window's caption or a box's content.
@@ -12,21 +14,22 @@ namespace fonklav {
 /// Shows a caption or content, unless it is shown already: setting it anew would move the caret and flicker.
 void ShowText(HWND window, const std::wstring& text);
 
-/// The content of a one-line box as it is shown. The system's box takes seconds to lay out a very long line, so such a
-/// text ends in "…", which is no part of any number: nobody dials a part for the whole.
+/// The content of a one-line box as it is shown. The system's box takes seconds to lay out a very long line, so of such
+/// a text only the beginning is shown, and "…" behind it: that is no part of any number, so nobody takes the beginning
+/// for the whole.
 [[nodiscard]] std::wstring OneLine(std::wstring text);
 
 /// Shows the content of a one-line box as OneLine has it, and marks the box when that is not all of it.
 void ShowOneLine(HWND box, const std::wstring& text);
 
-/// Whether a one-line box shows the beginning of a longer text: an edit must replace all of it then, or the beginning
-/// would become the content.
+/// Whether a one-line box shows the beginning of a longer text. Then an edit has to replace the whole text; otherwise
+/// the edited beginning would become the content.
 [[nodiscard]] bool ShowsBeginning(HWND box);
 
-/// What a one-line box shows is its content from now on: the user has edited it.
+/// Takes the mark away: from now on the box's content is what it shows.
 void ShowsAll(HWND box);
 
-/// Adds to the content of a box whose newest line is its last, and scrolls to the end.
+/// Adds at the end of a box's content and scrolls there.
 void AppendText(HWND box, const std::wstring& added);
 
 }  // namespace fonklav

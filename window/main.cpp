@@ -33,7 +33,7 @@ struct System {
   Win32Telephony telephony;
 };
 
-/// The program's whole life. It may be gone when this returns.
+/// The program's whole life. `program` may be empty when this returns: Windows has ended the session.
 void Live(System& system, std::unique_ptr<Program>& program) {
   system.window.Create(program->Controls(), program->Input(), [&] {
     // The process may end at once, so what the program still has to say and to write is done now; but not beneath a
@@ -69,6 +69,7 @@ void ReportFault(const std::exception& fault) {
 }  // namespace
 }  // namespace fonklav
 
+// What was thrown out of here would end the process without a word of ours.
 int WINAPI wWinMain(HINSTANCE instance, HINSTANCE /*previous*/, PWSTR /*arguments*/, int /*show*/) {
   try {
     return fonklav::Run(instance);

@@ -4,6 +4,7 @@
 
 #include "util/UniqueHandle.h"
 
+// What the system hands out, each kind with the function that takes it back and the value that stands for none.
 namespace fonklav {
 
 /// The system's handle types whose value for "none" is null.
@@ -25,17 +26,23 @@ struct KernelHandle : NullHandle<HANDLE> {
 struct MemoryHandle : NullHandle<HGLOBAL> {
   static void Close(HGLOBAL memory) noexcept { GlobalFree(memory); }
 };
+/// A font must not be selected into a device context, or set in a control, when it goes: DeleteObject refuses the
+/// first.
 struct FontHandle : NullHandle<HFONT> {
   static void Close(HFONT font) noexcept { DeleteObject(font); }
 };
+/// For icons that LoadImage made without LR_SHARED. WM_SETICON copies nothing, so an icon outlives its window.
 struct IconHandle : NullHandle<HICON> {
   static void Close(HICON icon) noexcept { DestroyIcon(icon); }
 };
+/// CreateFile says INVALID_HANDLE_VALUE (-1) for "none", unlike every other function that makes a handle here.
 struct FileHandle {
   using Type = HANDLE;
   static Type None() noexcept { return INVALID_HANDLE_VALUE; }
   static void Close(HANDLE file) noexcept { CloseHandle(file); }
 };
+/// The system counts the uses of a global atom: every GlobalAddAtom needs a GlobalDeleteAtom of its own, and one too
+/// many takes the atom away from somebody else.
 struct AtomHandle {
   using Type = ATOM;
   static Type None() noexcept { return 0; }

@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+// Functions that are asked for by name at run time. Windows does not start a program that imports what the system's
+// libraries do not have, so what only newer systems offer is looked up here and done without where it is missing.
 namespace fonklav {
 
 /// A function of a module, as the function pointer type `Function`; null when the module lacks it.
@@ -11,7 +13,8 @@ template <typename Function>
   return reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(module, name)));
 }
 
-/// A function of a module that every process has loaded, for what older systems may lack.
+/// A function of a module that this process has loaded anyway, null when the system lacks it. GetModuleHandle counts no
+/// reference, so nothing has to be freed.
 template <typename Function>
 [[nodiscard]] Function SystemFunction(const wchar_t* module, const char* name) noexcept {
   const HMODULE loaded = GetModuleHandleW(module);

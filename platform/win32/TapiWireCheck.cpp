@@ -37,6 +37,7 @@ namespace {
 
 static_assert(kOurs == std::array<std::uint32_t, kOurs.size()>{FONKLAV_TAPI_CONSTANTS});
 
+// `structure` is ours in here, as this namespace is the nearest; `::structure` is the system's.
 // Sizes. The system's device capabilities grow with each version; ours end where the oldest ends.
 static_assert(sizeof(LINEINITIALIZEEXPARAMS) == sizeof(::LINEINITIALIZEEXPARAMS));
 static_assert(sizeof(LINEEXTENSIONID) == sizeof(::LINEEXTENSIONID));

@@ -14,18 +14,21 @@ namespace fonklav {
 namespace {
 
 constexpr const char* kClassName = "FonklavTAPI.Link";
+// A partner that is killed says nothing, so it has to be looked at now and then.
 constexpr UINT_PTR kTick = 1;             ///< the number of the window's timer
 constexpr UINT kTickTime = 250;           ///< milliseconds
 constexpr ULONGLONG kFarewellTime = 500;  ///< for the partner to answer our end, in milliseconds
 
-// Posted to our own window, so that what follows does not run inside another program's sent message.
+// Posted to our own window. The answer to WM_DDE_INITIATE is the one message of DDE that is sent and not posted: what
+// follows from it must not run while the server waits for its SendMessage to return.
 constexpr UINT kDealtWithMessage = WM_APP;     ///< a window has dealt with the question
 constexpr UINT kAnsweredMessage = WM_APP + 1;  ///< there is a partner
 
 static_assert(offsetof(DDEDATA, Value) == sizeof(DdeValue::flags) + sizeof(DdeValue::format));
 static_assert(DdeValue::kText == CF_TEXT);
 
-/// The system calls this while we wait for messages. The window's number is all that it carries: it may have gone.
+/// The SENDASYNCPROC of the question. The system calls it while this thread looks for messages, whenever the asked
+/// window gets round to it. It carries the number of our window and no pointer, because all may have gone by then.
 void CALLBACK DealtWith(HWND /*asked*/, UINT /*message*/, ULONG_PTR link, LRESULT /*result*/) {
   PostMessageA(reinterpret_cast<HWND>(link), kDealtWithMessage, 0, 0);
 }
@@ -39,7 +42,8 @@ std::string NameOf(ATOM atom) {
   return {text.data(), GlobalGetAtomNameA(atom, text.data(), static_cast<int>(text.size()))};
 }
 
-/// Memory that DDE may hand to another process.
+/// Memory that DDE may hand to another process. It is movable because DDE passes a handle, which each side locks to see
+/// the bytes. The rest behind `size` is zeros.
 UniqueMemory Share(const void* bytes, std::size_t size, std::size_t allocated) {
   UniqueMemory memory{GlobalAlloc(GMEM_MOVEABLE | GMEM_DDESHARE | GMEM_ZEROINIT, allocated)};
   void* const target = memory ? GlobalLock(memory.Get()) : nullptr;
@@ -60,6 +64,8 @@ std::optional<DdeValue> ReadValue(HGLOBAL memory) {
 }  // namespace
 
 Win32DdeTransport::~Win32DdeTransport() {
+  // WM_DDE_TERMINATE is answered by the same, and a window should not go before the answer has come. Only DDE messages
+  // are dispatched meanwhile: what would handle the others has gone already.
   const ULONGLONG begin = GetTickCount64();
   while (ended_ && !partnerEnded_ && PartnerAlive() && GetTickCount64() - begin < kFarewellTime) {
     MsgWaitForMultipleObjects(0, nullptr, FALSE, 20, QS_ALLINPUT);
@@ -103,6 +109,7 @@ bool Win32DdeTransport::Ask(std::string_view application, std::string_view topic
   topicAtom_ = Atom(topic);
   if (!applicationAtom_ || !topicAtom_ || !MakeWindow()) return false;
   sink_ = &sink;
+  // EnumWindows lists the top-level windows, which a broadcast would reach as well.
   toDealWith_ = 1;  // this function itself: nobody has declined before everybody was asked
   EnumWindows(&AskWindow, reinterpret_cast<LPARAM>(this));
   SetTimer(window_.Get(), kTick, kTickTime, nullptr);
@@ -111,11 +118,12 @@ bool Win32DdeTransport::Ask(std::string_view application, std::string_view topic
 
 BOOL CALLBACK Win32DdeTransport::AskWindow(HWND window, LPARAM transport) {
   auto& self = *reinterpret_cast<Win32DdeTransport*>(transport);
-  // Our own windows are no servers, and would be asked by a call that does not return at once.
+  // Our own windows are no servers, and SendMessageCallback calls a window of its own thread like SendMessage.
   if (GetWindowThreadProcessId(window, nullptr) == GetCurrentThreadId()) return TRUE;
   const HWND link = self.window_.Get();
   const LPARAM atoms = MAKELPARAM(self.applicationAtom_.Get(), self.topicAtom_.Get());
-  // A broadcast, or any send that waits, would wait for a program that is busy, and without end for one that hangs.
+  // WM_DDE_INITIATE has to be sent, and a SendMessage, to HWND_BROADCAST above all, would wait for a program that is
+  // busy, and without end for one that hangs. This one returns at once.
   if (SendMessageCallbackA(window, WM_DDE_INITIATE, reinterpret_cast<WPARAM>(link), atoms, &DealtWith,
                            reinterpret_cast<ULONG_PTR>(link)) != FALSE) {
     ++self.toDealWith_;
@@ -130,6 +138,8 @@ bool Win32DdeTransport::PostAdvise(std::string_view item) {
   adviseOptions_ = Share(&options, sizeof options, sizeof options);
   adviseItem_ = Atom(item);
   if (!adviseOptions_ || !adviseItem_) return false;
+  // One lParam holds a handle and an atom. What PackDDElParam allocates for that is the receiver's to free, once there
+  // is a receiver.
   const LPARAM packed =
       PackDDElParam(WM_DDE_ADVISE, reinterpret_cast<UINT_PTR>(adviseOptions_.Get()), adviseItem_.Get());
   if (PostToPartner(WM_DDE_ADVISE, packed)) return true;
@@ -140,7 +150,8 @@ bool Win32DdeTransport::PostAdvise(std::string_view item) {
 DdeExecute Win32DdeTransport::PostExecute(std::string_view bytes) {
   UniqueMemory text = Share(bytes.data(), bytes.size(), bytes.size() + 1);  // the terminating zero is sent as well
   if (!text) return 0;
-  // Room first: once the message is on its way its memory must not get lost.
+  // Put away first, as that may fail for want of memory: once the message is on its way its memory must not get lost.
+  // The lParam of WM_DDE_EXECUTE is the handle alone, not packed.
   posted_.push_back({lastExecute_ + 1, std::move(text)});
   if (!PostToPartner(WM_DDE_EXECUTE, reinterpret_cast<LPARAM>(posted_.back().memory.Get()))) {
     posted_.pop_back();
@@ -180,7 +191,7 @@ bool Win32DdeTransport::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
   } else if (message < WM_DDE_FIRST || message > WM_DDE_LAST) {
     return false;
   } else if (const HWND sender = reinterpret_cast<HWND>(wParam); partner_ == nullptr || sender != partner_) {
-    // The answer to the question is the one message that anybody may send. Its lParam is not packed.
+    // The answer to the question is the one message that anybody may send. Its lParam is two atoms, not packed.
     if (message == WM_DDE_ACK) OnInitiateAnswer(sender, lParam);
   } else {
     if (message == WM_DDE_ACK) OnAck(lParam);
@@ -200,6 +211,7 @@ void Win32DdeTransport::OnDealtWith() {
 void Win32DdeTransport::OnInitiateAnswer(HWND server, LPARAM atoms) {
   if (!EqualsIgnoringCase(NameOf(LOWORD(atoms)), application_) || !EqualsIgnoringCase(NameOf(HIWORD(atoms)), topic_))
     return;
+  // The server has made these two for its answer; the client deletes them.
   const UniqueAtom application{LOWORD(atoms)};
   const UniqueAtom topic{HIWORD(atoms)};
   if (partner_ == nullptr && sink_ != nullptr) {
@@ -232,6 +244,7 @@ void Win32DdeTransport::OnAdviseAck(std::uint16_t status) {
 }
 
 void Win32DdeTransport::OnExecuteAck(HGLOBAL memory, std::uint16_t status) {
+  // The answer brings back the handle that was posted. Only now the memory may go: the server has read it in place.
   const auto found = std::ranges::find_if(posted_, [&](const Posted& posted) { return posted.memory.Get() == memory; });
   if (found == posted_.end()) return;
   const DdeExecute execute = found->execute;
@@ -244,11 +257,12 @@ void Win32DdeTransport::OnData(LPARAM lParam) {
   UINT_PTR item = 0;
   if (UnpackDDElParam(WM_DDE_DATA, lParam, &memory, &item) == FALSE) return;
   auto value = ReadValue(reinterpret_cast<HGLOBAL>(memory));
-  // Where several clients are linked, one of them may have deleted the item's only atom before the others get to read
-  // it.
+  // A server with several clients may post all of them the same atom. The first client deletes it, and the next finds
+  // that it has no name any more. The value is good all the same.
   const std::string named = NameOf(static_cast<ATOM>(item));
   const bool accepted = value && value->IsText() && (named.empty() || EqualsIgnoringCase(named, item_));
   const bool answer = value && value->WantsAnswer();
+  // With fRelease the memory is the receiver's to free, unless the receiver declines the value.
   const bool ours = value && value->ToBeReleased() && (accepted || !answer);
   if (answer) {
     AnswerData(lParam, item, accepted);
@@ -261,7 +275,8 @@ void Win32DdeTransport::OnData(LPARAM lParam) {
 }
 
 void Win32DdeTransport::AnswerData(LPARAM lParam, UINT_PTR item, bool accepted) {
-  // The item's atom goes back with the answer and is the server's to delete.
+  // The item's atom goes back with the answer and is the server's to delete. ReuseDDElParam
+  // makes the answer's lParam out of the one that came, which needs no freeing then.
   const LPARAM answer = ReuseDDElParam(lParam, WM_DDE_DATA, WM_DDE_ACK, accepted ? kDdeAckPositive : 0, item);
   if (PostToPartner(WM_DDE_ACK, answer)) return;
   FreeDDElParam(WM_DDE_ACK, answer);

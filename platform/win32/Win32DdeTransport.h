@@ -11,10 +11,14 @@
 
 namespace fonklav {
 
-/// The DDE messages of a top-level window that is never shown. It is registered with the 8-bit functions: an execute
-/// string is Unicode only between two Unicode windows, so ours are bytes of the code page whatever the other side is.
-/// The system's DDE library is not used: its synchronous calls pump messages in the middle of a handler, and it does
-/// not always say that the partner has gone.
+/// The DDE messages of a top-level window that is never shown. Its class is registered by RegisterClassExA, which makes
+/// it an 8-bit window: a WM_DDE_EXECUTE string is Unicode only where both windows are, so ours are bytes of the code
+/// page whatever the other side is. The system's DDE library (DDEML) is not used: its synchronous transactions pump
+/// messages in the middle of a handler, and it does not always say that the partner has gone.
+///
+/// Who owns what is a rule of each message. The options of an advise are the server's once it accepts them, the memory
+/// of an execute stays ours until it is answered, that of data is ours when the sender says so (fRelease). An item's
+/// atom travels with its message and comes back with the answer.
 class Win32DdeTransport final : public DdeTransport {
  public:
   explicit Win32DdeTransport(HINSTANCE instance) : instance_(instance) {}
@@ -39,11 +43,14 @@ class Win32DdeTransport final : public DdeTransport {
   static LRESULT CALLBACK WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept;
   /// Makes the window; false when the system refuses.
   bool MakeWindow();
-  /// Whether the message was one of ours.
+  /// Deals with the window's timer, our own messages and those of DDE; false for any other.
   bool OnMessage(UINT message, WPARAM wParam, LPARAM lParam);
+  /// Puts the question to one top-level window, for EnumWindows. TRUE goes on to the next.
   static BOOL CALLBACK AskWindow(HWND window, LPARAM transport);
+  /// One window more has dealt with the question, or this is the last: then nobody is a server.
   void OnDealtWith();
   void OnInitiateAnswer(HWND server, LPARAM atoms);
+  /// WM_DDE_ACK of the partner, for the advise or for an execute.
   void OnAck(LPARAM lParam);
   void OnAdviseAck(std::uint16_t status);
   void OnExecuteAck(HGLOBAL memory, std::uint16_t status);
@@ -60,10 +67,10 @@ class Win32DdeTransport final : public DdeTransport {
   std::string application_;
   std::string topic_;
   std::string item_;
-  UniqueAtom applicationAtom_;  ///< both live as long as a window may still have to read them
+  UniqueAtom applicationAtom_;  ///< both live until the last window has dealt with the question that names them
   UniqueAtom topicAtom_;
   std::size_t toDealWith_{0};  ///< windows that still have the question before them
-  HWND partner_{nullptr};
+  HWND partner_{nullptr};      ///< set once, and kept after the end so that the farewell is heard
   DWORD partnerThread_{0};
   bool ended_{false};         ///< by us
   bool partnerEnded_{false};  ///< the partner has told the end

@@ -49,9 +49,12 @@ ErrorNumber ErrorNumberOf(DWORD error) {
   throw RunTimeError(folder ? ErrorNumber::PathFileAccessError : ErrorNumberOf(error), line);
 }
 
+// Without FILE_WRITE_DATA, or GENERIC_WRITE, which includes it: see Append.
 constexpr DWORD kAppend = FILE_APPEND_DATA | SYNCHRONIZE;
-constexpr DWORD kPatience = 100;  ///< milliseconds that a line is worth
+constexpr DWORD kPatience = 100;  ///< milliseconds that a line waits for a lock or a file
 
+/// Opens a file, sharing everything. FILE_SHARE_DELETE is what lets another program rename the file or put a new one in
+/// its place while we read it.
 UniqueFile TryOpen(const std::wstring& path, DWORD access, DWORD disposition) {
   constexpr DWORD shareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
   return UniqueFile{CreateFileW(path.c_str(), access, shareAll, nullptr, disposition, FILE_ATTRIBUTE_NORMAL, nullptr)};
@@ -63,8 +66,8 @@ UniqueFile Open(const std::wstring& path, DWORD access, DWORD disposition, int l
   return file;
 }
 
-/// Opens a file for one append; empty when somebody who shares it with nobody still has it after `patience`
-/// milliseconds.
+/// Opens a file for one append; empty when it cannot be opened, or when somebody who does not share it still has it
+/// after `patience` milliseconds. Windows tells nobody that a file is free again, so this has to try.
 UniqueFile OpenToAppend(const std::wstring& path, DWORD patience) {
   const ULONGLONG begin = GetTickCount64();
   for (;;) {
@@ -76,6 +79,7 @@ UniqueFile OpenToAppend(const std::wstring& path, DWORD patience) {
 }
 
 std::wstring LockName(const std::string& path) {
+  // Asked without a buffer, GetFullPathName counts the terminating zero; asked with one, it does not.
   const std::wstring wide = Wide(path);
   std::wstring full(GetFullPathNameW(wide.c_str(), 0, nullptr, nullptr), L'\0');
   full.resize(GetFullPathNameW(wide.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr));
@@ -89,7 +93,8 @@ void WriteAll(const UniqueFile& file, std::string_view bytes, const std::wstring
   if (written != bytes.size()) ThrowFault(ERROR_DISK_FULL, path, line);
 }
 
-/// Writes a file that no crash can leave half written in its place.
+/// Writes the file that is to take another's place, down to the disk: what MoveFileEx renames afterwards may be in the
+/// folder's index before its content has left the cache, and a system that fails in between would keep an empty file.
 void WriteBeside(const std::wstring& path, std::string_view bytes) {
   const UniqueFile file = Open(path, GENERIC_WRITE, CREATE_ALWAYS);
   WriteAll(file, bytes, path);
@@ -124,6 +129,7 @@ std::string Win32FileSystem::Read(const std::string& path) const {
 }
 
 std::uint64_t Win32FileSystem::Length(const std::string& path) const {
+  // By the attributes, which need no share in the file: one that somebody shares with nobody has a length, too.
   WIN32_FILE_ATTRIBUTE_DATA data{};
   if (GetFileAttributesExW(Wide(path).c_str(), GetFileExInfoStandard, &data) == FALSE) return 0;
   return (std::uint64_t{data.nFileSizeHigh} << 32U) | data.nFileSizeLow;
@@ -148,8 +154,9 @@ std::unique_ptr<FileLock> Win32FileSystem::Lock(const std::string& path) {
 DWORD Win32FileSystem::PatienceWith(const std::wstring& name) const { return kept_.contains(name) ? 0 : kPatience; }
 
 void Win32FileSystem::Append(const std::string& path, std::string_view bytes) {
-  // With this right alone Windows puts each write at the end of the file as it then is, whoever else writes. Elsewhere
-  // two programs that append at the same moment would overwrite each other; the lock keeps ours from it.
+  // FILE_APPEND_DATA without FILE_WRITE_DATA: Windows itself puts each write at the end of the file as it then is,
+  // whoever else writes. Where a system does not, two programs that append at the same moment would overwrite each
+  // other's lines; the lock keeps ours from it.
   const std::unique_ptr<FileLock> lock = Lock(path);
   const std::wstring wide = Wide(path);
   UniqueFile file = OpenToAppend(wide, PatienceWith(wide));
@@ -174,6 +181,8 @@ void Win32FileSystem::Replace(const std::string& path, std::string_view bytes) {
     if (fault.Number() == static_cast<int>(ErrorNumber::DiskFull)) throw;
     return Write(path, bytes);
   }
+  // The one call that changes what a name stands for in a single step. It is refused while somebody has the old file
+  // open in a way that forbids it, and for a read-only one: then the old file is written over, or the fault is told.
   if (MoveFileExW(beside.c_str(), target.c_str(), MOVEFILE_REPLACE_EXISTING) != FALSE) return;
   DeleteFileW(beside.c_str());
   Write(path, bytes);

@@ -9,8 +9,8 @@
 namespace fonklav {
 
 /// Files by the functions of Windows. Every file is opened so that other programs may read, write and replace it
-/// meanwhile. What somebody keeps, a lock or a file, is waited for once, and not again before it was free: nobody's
-/// call waits for a log.
+/// meanwhile. A lock or a file that somebody else keeps is waited for once; after that, operations do not wait for it
+/// any more until it has been found free again. So a log that is kept for long does not hold up each step of a call.
 class Win32FileSystem final : public FileSystem {
  public:
   [[nodiscard]] std::optional<std::uint32_t> GetAttributesA(const std::string& pathBytes) const override;
@@ -25,7 +25,7 @@ class Win32FileSystem final : public FileSystem {
   void Replace(const std::string& path, std::string_view bytes) override;
 
  private:
-  /// How many milliseconds to wait for a lock or a file.
+  /// How many milliseconds to wait for a lock or a file: none for one that was kept when it was last asked for.
   [[nodiscard]] unsigned long PatienceWith(const std::wstring& name) const;
 
   std::set<std::wstring> kept_;  ///< locks and files that somebody else had when they were last asked for

@@ -6,8 +6,9 @@ namespace fonklav {
 
 void Win32MessageLoop::Post(std::function<void()> work) {
   work_.push_back(std::move(work));
-  // Wakes the loop where the work is posted while it waits. A message that gets lost in another loop is not missed:
-  // this loop looks at its work after every message.
+  // GetMessage does not return for a sent message, in which the work may have been posted; this wakes it. A message to
+  // a thread has no window, so the loop of a message box loses it. That does no harm: this loop looks at its work after
+  // every message, whichever it is.
   PostThreadMessageW(thread_, WM_NULL, 0, 0);
 }
 
@@ -24,7 +25,7 @@ bool Win32MessageLoop::NextMessage(MSG& message) {
   waiting_ = true;
   const BOOL result = GetMessageW(&message, nullptr, 0, 0);
   waiting_ = false;
-  return result > 0;  // a failure, which is below zero, ends the loop as well
+  return result > 0;  // 0 is WM_QUIT, -1 a failure, which ends the loop as well
 }
 
 void Win32MessageLoop::DoPostedWork() {

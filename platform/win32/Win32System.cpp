@@ -11,12 +11,15 @@
 namespace fonklav {
 namespace {
 
+/// What the user has set; LOCALE_NOUSEROVERRIDE would ask for the locale's own. No separator comes near the buffer's
+/// size.
 std::string LocaleText(LCTYPE which) {
   std::array<wchar_t, 80> text{};
   const int count = GetLocaleInfoW(LOCALE_USER_DEFAULT, which, text.data(), static_cast<int>(text.size()));
   return count > 0 ? Utf8(text.data()) : std::string();
 }
 
+/// GetModuleFileName does not say how long a path is: it fills the buffer and says that it is full.
 std::wstring ModulePath() {
   std::wstring path(MAX_PATH, L'\0');
   for (;;) {
@@ -32,6 +35,7 @@ std::wstring ModulePath() {
 /// The program's file by its long name: a start by a short (8.3) name is a start of the same program in the same
 /// folder.
 std::string ExecutablePath() {
+  // Without a buffer GetLongPathName counts the terminating zero; with one that is large enough, it does not.
   const std::wstring path = ModulePath();
   std::wstring full(GetLongPathNameW(path.c_str(), nullptr, 0), L'\0');
   const DWORD count = GetLongPathNameW(path.c_str(), full.data(), static_cast<DWORD>(full.size()));
@@ -76,17 +80,19 @@ bool Win32PrivateProfile::WriteString(const std::string& section, const std::str
 }
 
 bool Win32ShellFolders::GetPath(std::uintptr_t owner, std::int32_t folder, std::span<char> path) const {
-  if (path.size() < MAX_PATH) return false;  // the shell does not ask how long the buffer is
+  // SHGetPathFromIDList is not told how long the buffer is and takes MAX_PATH for granted.
+  if (path.size() < MAX_PATH) return false;
   PIDLIST_ABSOLUTE item = nullptr;
   SHGetSpecialFolderLocation(reinterpret_cast<HWND>(owner), folder, &item);
   if (item == nullptr) return false;
   SHGetPathFromIDListA(item, path.data());
-  CoTaskMemFree(item);
+  CoTaskMemFree(item);  // the shell's lists come from the task allocator and are the caller's
   return true;
 }
 
 Win32Process::Win32Process() {
   mark_.Reset(CreateMutexW(nullptr, FALSE, L"Local\\FonklavTAPI"));
+  // To open a mutex that exists is a success of CreateMutex as well; only this tells the two apart.
   otherInstance_ = GetLastError() == ERROR_ALREADY_EXISTS;
 }
 
@@ -97,7 +103,8 @@ std::string Win32Process::ProgramFolder() const { return std::string(FolderOf(Ex
 std::string Win32Process::ExecutableName() const { return std::string(NameOf(ExecutablePath())); }
 
 OsVersion Win32Process::SystemVersion() const {
-  // GetVersionEx answers what a compatibility setting wants it to; this one tells the truth.
+  // GetVersionEx answers what a compatibility setting wants it to, and at most the newest system that the manifest
+  // names. RtlGetVersion tells the truth.
   RTL_OSVERSIONINFOEXW info{};
   info.dwOSVersionInfoSize = sizeof info;
   const auto query = SystemFunction<LONG(WINAPI*)(RTL_OSVERSIONINFOEXW*)>(L"ntdll.dll", "RtlGetVersion");
@@ -108,7 +115,8 @@ OsVersion Win32Process::SystemVersion() const {
 
 std::int32_t Win32MessageBoxes::Show(const std::string& prompt, std::uint32_t style, const std::string& title) {
   const HWND owner = owner_();
-  // A hidden program has no window that could bring the box to the front, and Windows may refuse it the foreground.
+  // Without an owner nothing brings the box to the front, and Windows may refuse MB_SETFOREGROUND to a program that the
+  // user has not just worked in. A box that nobody sees would hold up the program for ever.
   const UINT place = MB_SETFOREGROUND | (owner == nullptr ? MB_TOPMOST : 0U);
   return MessageBoxW(owner, Wide(prompt).c_str(), Wide(title).c_str(), style | place);
 }

@@ -11,14 +11,16 @@
 // The system's side of the small ports: a few calls of Windows each.
 namespace fonklav {
 
-/// The system's local time and its tick count.
+/// The system's local time, which the user can set, and its tick count, which nobody can. The count is that of
+/// GetTickCount64: the 32 bits of GetTickCount begin anew after 49.7 days.
 class Win32Clock final : public Clock {
  public:
   [[nodiscard]] LocalTime Now() const override;
   [[nodiscard]] std::chrono::milliseconds Ticks() const override;
 };
 
-/// The system's ANSI code page.
+/// The system's ANSI code page (CP_ACP), which is what the suite's other programs write and send: the program's
+/// manifest names no code page of its own.
 class Win32CodePage final : public CodePage {
  public:
   [[nodiscard]] std::string ToText(std::string_view bytes) const override;
@@ -31,7 +33,8 @@ class Win32NumberLocale final : public NumberLocale {
   [[nodiscard]] NumberSeparators Separators() const override;
 };
 
-/// The system's private-profile functions.
+/// The system's private-profile functions in their A forms: the files hold bytes of the code page, as the suite's other
+/// programs write them, and what we do not understand of a value is to go through unchanged.
 class Win32PrivateProfile final : public PrivateProfile {
  public:
   std::uint32_t GetString(const std::string& section, const std::string& key, const std::string& defaultValue,
@@ -48,7 +51,8 @@ class Win32ShellFolders final : public ShellFolders {
   bool GetPath(std::uintptr_t owner, std::int32_t folder, std::span<char> path) const override;
 };
 
-/// This process, as Windows knows it. One object a process: it marks the program as running for as long as it lives.
+/// This process, as Windows knows it. One object a process: it marks the program as running for as long as it lives, in
+/// the user's session: a name that begins with "Local\" is another mutex in the session of another user.
 class Win32Process final : public Process {
  public:
   Win32Process();
@@ -60,7 +64,7 @@ class Win32Process final : public Process {
   [[nodiscard]] OsVersion SystemVersion() const override;
 
  private:
-  UniqueKernelHandle mark_;  ///< a named mutex that all instances of one session share
+  UniqueKernelHandle mark_;  ///< a named mutex that nobody takes: that it exists is what it says
   bool otherInstance_{false};
 };
 

@@ -8,14 +8,16 @@
 namespace fonklav {
 namespace {
 
-// The argument types are part of each call: on 32-bit Windows they say how many bytes the function takes off the stack.
-// The structures are ours, byte for byte those of <tapi.h>, whose constants are macros and would clash with ours.
+// The argument types are part of each call: on 32-bit Windows these functions are __stdcall and take their arguments
+// off the stack themselves, as many bytes as they were written for. The structures are ours, byte for byte those of
+// <tapi.h>, whose constants are macros and would clash with ours; TapiWireCheck.cpp holds the two against each other.
 
 using LineCallback = void(CALLBACK*)(DWORD, DWORD, DWORD_PTR, DWORD_PTR, DWORD_PTR, DWORD_PTR);
 
-/// Who hears the line messages of this thread. Telephony hands its callback nothing that belongs to a whole
-/// registration; but with a hidden window of its own it calls back on the thread that registered, so the thread itself
-/// carries the way back.
+/// Who hears the line messages of this thread: the one piece of static state that can change. Telephony's callback is a
+/// plain function, and what it is handed belongs to an open line (dwCallbackInstance), not to the registration. But
+/// with LINEINITIALIZEEXOPTION_USEHIDDENWINDOW it is called on the thread that registered, from that thread's message
+/// loop; so the thread itself carries the way back.
 thread_local LineMessageSink* t_sink = nullptr;
 
 void CALLBACK LineCallBackProc(DWORD device, DWORD message, DWORD_PTR instance, DWORD_PTR parameter1,
@@ -23,6 +25,7 @@ void CALLBACK LineCallBackProc(DWORD device, DWORD message, DWORD_PTR instance, 
   if (t_sink != nullptr) t_sink->LineCallBackProc(device, message, instance, parameter1, parameter2, parameter3);
 }
 
+// DWORD is an unsigned long, std::uint32_t an unsigned int: of one size, and two types to the compiler.
 DWORD Word(std::uint32_t number) { return number; }
 
 DWORD* WordAt(std::uint32_t& number) { return reinterpret_cast<DWORD*>(&number); }
@@ -35,8 +38,9 @@ constexpr void* kNone = nullptr;
 
 constexpr const wchar_t* kFileName = L"tapi32.dll";
 
-/// Older systems do not know the flag that names the system folder; they take the full path, and look for what the
-/// library itself needs in the library's folder.
+/// By the full path, for systems that do not know LOAD_LIBRARY_SEARCH_SYSTEM32 (Windows 7 and older without update
+/// KB2533623). LOAD_WITH_ALTERED_SEARCH_PATH has what the library itself needs looked for in the library's folder
+/// first, where the program's own would be otherwise.
 HMODULE LoadByPath() {
   std::wstring folder(MAX_PATH, L'\0');
   folder.resize(GetSystemDirectoryW(folder.data(), MAX_PATH));
@@ -48,6 +52,7 @@ HMODULE LoadByPath() {
 HMODULE TelephonyLibrary::Loaded(const FunctionName& wanted) {
   if (module_) return module_.Get();
   module_.Reset(LoadLibraryExW(kFileName, nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32));
+  // ERROR_INVALID_PARAMETER is what a system says of a flag that it does not know.
   if (!module_ && GetLastError() == ERROR_INVALID_PARAMETER) module_.Reset(LoadByPath());
   if (!module_) throw RunTimeError(ErrorNumber::FileNotFound, "File not found: " + Utf8(kFileName), wanted.line);
   return module_.Get();

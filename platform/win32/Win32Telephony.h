@@ -10,8 +10,10 @@
 
 namespace fonklav {
 
-/// The system's telephony library, loaded when it is first wanted and from the system folder only: a file of that name
-/// beside the program or in the current folder must never get to run.
+/// The system's telephony library, loaded when it is first wanted and from the system folder only: LoadLibrary by a
+/// bare name looks beside the program first, and a file of that name must never get to run there. Loaded at run time
+/// and not imported, because a computer without telephony should get a message and not a program that Windows does not
+/// start.
 class TelephonyLibrary {
  public:
   /// One of the library's functions, and the line that wants it: the error log names that line.
@@ -37,7 +39,8 @@ class TelephonyLibrary {
   UniqueModule module_;
 };
 
-/// The system's telephony functions in their 8-bit forms.
+/// The system's telephony functions. Where there are two forms it is the A form, whose strings are bytes of the code
+/// page; those without strings have one form and no letter.
 class Win32Telephony final : public Telephony {
  public:
   explicit Win32Telephony(HINSTANCE instance) : instance_(instance) {}
@@ -73,7 +76,7 @@ class Win32Telephony final : public Telephony {
  private:
   HINSTANCE instance_;
   TelephonyLibrary library_;
-  std::set<HLINEAPP> registrations_;  ///< as long as there is one, line messages may come
+  std::set<HLINEAPP> registrations_;  ///< what lineInitializeEx gave; while there is one, line messages may come
 };
 
 }  // namespace fonklav
