@@ -18,7 +18,7 @@ struct DebugSwitches {
 
 /// What the suite's programs log about their work. Read for the suite; this program acts on none of it.
 struct LogModeSwitches {
-  bool exports{false};  ///< on without being asked for where the export debug log is on
+  bool exports{false};  ///< always on while the export debug log is on
   bool mail{false};
   bool inverse{false};
   bool update{false};
@@ -48,7 +48,8 @@ struct SharedTexts {
   std::string errorReason;
 };
 
-/// The process-wide state of the configuration layer, set once at start-up and read everywhere.
+/// The process-wide state of the configuration layer, set once at start-up and read everywhere. Paths are full and
+/// UTF-8.
 struct ConfigState {
   std::string programFolder;     ///< holds the executable
   std::string commonDataFolder;  ///< the suite's folder among the common application data

@@ -13,8 +13,8 @@
 
 namespace fonklav {
 
-/// The configuration layer: its state and its modules, one of each. Diagnostics and ports must outlive it; the log that
-/// `makeLog` makes must go before it.
+/// The configuration layer: its state and its modules, one of each, in the order in which they need one another.
+/// Diagnostics and ports must outlive it; the log that `makeLog` makes must go before it.
 struct Configuration {
   Configuration(Diagnostics& diagnostics, const Ports& ports, LogFactory makeLog, bool languageCheck = kLanguageCheck)
       : ini(diagnostics, state, ports.profile, ports.codePage, ports.numberLocale),

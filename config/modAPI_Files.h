@@ -9,7 +9,7 @@
 
 namespace fonklav {
 
-/// Tests for files and deletes them.
+/// Tests for files and deletes them. Paths are full and UTF-8. A fault ends in the error log and counts as "no".
 class modAPI_Files {
  public:
   modAPI_Files(Diagnostics& diagnostics, const ConfigState& state, FileSystem& files, const CodePage& codePage)
@@ -17,7 +17,7 @@ class modAPI_Files {
 
   /// Whether there is a file of that name; a folder is none.
   [[nodiscard]] bool FileExist(const std::string& path) const;
-  /// Deletes a file; a file that is not there counts as deleted.
+  /// Deletes a file; true for a file that is not there. False when the system refuses.
   bool FileDelete(const std::string& path);
 
  private:

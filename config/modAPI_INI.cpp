@@ -10,7 +10,7 @@ namespace fonklav {
 namespace {
 
 constexpr const char* kMainSettings = "\\data\\Rufmon.ini";
-constexpr std::size_t kBufferSize = 2048;
+constexpr std::size_t kBufferSize = 2048;  ///< the terminating zero takes one of them
 
 }  // namespace
 

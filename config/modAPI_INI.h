@@ -10,7 +10,9 @@
 namespace fonklav {
 
 /// The one door to the settings files. Callers name a file by one of the suite's prefixes ("\data\", "\base\",
-/// "\update\") or by its full path. No accessor fails: what is bad or missing is the caller's default.
+/// "\update\") or by its full path. No accessor fails: what is bad or missing is the caller's default. Texts are UTF-8
+/// on this side and bytes of the code page in the file; a character that the code page lacks is stored as its
+/// replacement.
 class modAPI_INI {
  public:
   modAPI_INI(Diagnostics& diagnostics, ConfigState& state, PrivateProfile& profile, const CodePage& codePage,
@@ -24,7 +26,8 @@ class modAPI_INI {
   /// locked.
   void SetSettStr(const std::string& section, const std::string& key, const std::string& value,
                   const std::string& fileName);
-  /// A text, cut to 2047 bytes of the code page.
+  /// A text, cut to 2047 bytes of the code page. The default stands in for a missing key and, where that is asked for,
+  /// for an empty value or one that is no number in the user's notation.
   [[nodiscard]] std::string GetSettStr(const std::string& section, const std::string& key,
                                        const std::string& defaultValue, const std::string& fileName,
                                        bool defaultIfEmpty, bool defaultIfNotNumeric) const;

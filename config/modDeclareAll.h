@@ -14,7 +14,7 @@
 
 namespace fonklav {
 
-/// Makes the log once the folders are known.
+/// Makes the log once the folders are known. A function, because the log's own layer stands above this one.
 using LogFactory = std::function<std::unique_ptr<ProcedureLog>()>;
 
 /// What start-up works with. All of it outlives the module.
@@ -37,7 +37,8 @@ class modDeclareAll {
       : services_(services), makeLog_(std::move(makeLog)) {}
 
   /// Arms the error handlers, stores the program's tag, resolves the folders and creates the log. False when the
-  /// program is to end at once. Throws what the log's own making threw: there is nobody yet who could write it down.
+  /// program is to end at once. An exception out of the making of the log goes on to the caller: there is no log yet
+  /// that could tell of it.
   [[nodiscard]] bool Init(const std::string& programCode, bool endIfAlreadyRunning);
   /// Reads the switches, then resolves the folders from the paths file beside the executable, which may be missing.
   /// True when they are set. A fault, also one of an accessor beneath, is shown, not logged: there is no log yet.
@@ -49,12 +50,14 @@ class modDeclareAll {
  private:
   void ReadPaths(const std::string& pathsFile);
   [[nodiscard]] std::string ReadDataRoot(const std::string& pathsFile) const;
+  /// The data root for the setting 0: the program's own folder, where programs may write there.
   [[nodiscard]] std::string ZeroDataRoot() const;
   void ReadDebug(const std::string& file);
   void ReadLogMode(const std::string& file);
   void ReadCapi(const std::string& file);
   [[nodiscard]] std::uint32_t ReadMask(const std::string& keyPrefix, unsigned bits, const std::string& file) const;
   [[nodiscard]] bool IsNumber(const std::string& text) const;
+  /// Tells the user of the exception in flight; for a catch block only. The name is part of the message.
   void ShowFault(const std::string& function);
 
   DeclareServices services_;

@@ -31,7 +31,8 @@ class modLanguage {
               bool checkMode)
       : diagnostics_(diagnostics), state_(state), ini_(ini), files_(files), checkMode_(checkMode) {}
 
-  /// Chooses the language file. An empty code asks the suite's main settings.
+  /// Chooses the language file by the code in its name ("44"). An empty code asks the suite's main settings. A file
+  /// that is not there is no error: the German texts stand.
   void LanguageInit(const std::string& code);
   /// The text under `key`; `defaultText` when there is none or it is empty. "<CR>" and "<TAB>" are replaced in both.
   [[nodiscard]] std::string LoadLangKey(const std::string& key, const std::string& defaultText) const;

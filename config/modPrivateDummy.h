@@ -8,7 +8,7 @@
 
 namespace fonklav {
 
-/// The one way to a message box.
+/// The one way to a message box. While a box is shown, messages are handled: anything may have happened when it closes.
 class modPrivateDummy {
  public:
   modPrivateDummy(Diagnostics& diagnostics, MessageBoxes& boxes, const Process& process)

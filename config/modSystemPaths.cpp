@@ -9,6 +9,8 @@
 namespace fonklav {
 namespace {
 constexpr std::uintptr_t kOwnerWindow = 100;  ///< a fixed number, no real window
+/// SHGetPathFromIDListA is told no length and takes MAX_PATH (260) bytes for granted; in a shorter buffer it would
+/// write behind the end.
 constexpr std::size_t kBufferSize = 512;
 }  // namespace
 

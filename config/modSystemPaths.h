@@ -8,7 +8,8 @@
 
 namespace fonklav {
 
-/// Asks the shell where its special folders are.
+/// Asks the shell where its special folders are. They differ by Windows version and by language, so no path is built
+/// in.
 class modSystemPaths {
  public:
   modSystemPaths(Diagnostics& diagnostics, const ShellFolders& folders, const CodePage& codePage)

@@ -9,7 +9,7 @@ namespace fonklav {
 namespace {
 
 constexpr std::string_view kLineBreak = "<CR>";
-constexpr const char* kFailed = "ERROR in GetStringFromParamArray";  // short enough to need little memory
+constexpr const char* kFailed = "ERROR in GetStringFromParamArray";  // in place of arguments that could not be rendered
 
 template <typename Number>
 std::string NumberText(Number number) {

@@ -65,15 +65,16 @@ void clsErrorHandling::ErrorLogWrite(std::string_view module, const std::string&
                                      Force force) noexcept {
   try {
     PendingError error = std::exchange(diagnostics_.pending, {});
-    // A log that cannot be written reports itself in here: that report ends where it would begin again.
+    // A log that cannot be written is a fault of its own, which comes through here while the first entry is still being
+    // written. It ends here, or the two would go round for ever.
     if (writing_ || error.number == static_cast<int>(ErrorNumber::NeverLogged)) return;
     if (force == Force::No && error.number == 0) return;
-    // The words of an exception that is not ours may hold anything.
+    // An exception that is not ours may bring any words, line breaks included, and an entry is one line.
     error.description = VisibleControls(error.description);
     if (diagnostics_.traceMode) TraceError(error);
     WriteEntry(error, module, args, force);
     if (show == Show::Yes) ShowError();
-    diagnostics_.pending.Clear();
+    diagnostics_.pending.Clear();  // what went wrong while the entry was written
   } catch (...) {
     CapturePendingError(diagnostics_);
     ShowFailure(std::exchange(diagnostics_.pending, {}).description);

@@ -26,8 +26,9 @@ inline constexpr TextKey kMuchDataInShortTime{"Message_MuchDataInShortTime",
 inline constexpr std::array kLogMessages{kErrorRaised, kSeeFile, kTracingIsActive, kMuchDataInShortTime};
 
 /// The program's one diagnostics object: the error log, the trace of procedure entries and the debug logs, all in
-/// "\log\" under the data root. It is made once the folders are known and must go before the configuration; the end of
-/// it writes what the trace still holds. Logging that fails is silent, or shown where a member says so.
+/// "\log\" under the data root. It is made once the folders are known and must go before the configuration; its
+/// destructor writes what the trace still holds. No logging throws. A log that
+/// cannot be written is silent; what goes wrong while an entry of the error log is put together is shown to the user.
 class clsErrorHandling final : public ProcedureLog {
  public:
   clsErrorHandling(Diagnostics& diagnostics, Configuration& config, const Ports& ports);
@@ -69,6 +70,7 @@ class clsErrorHandling final : public ProcedureLog {
   void oTraceQueue_QueueSize(std::int16_t /*Count*/) {}
   void oTraceQueue_QueueTimerStart() {}
 
+  /// One line for a log that has no member of its own, such as that of missing translations.
   void WriteLine(std::string_view log, std::string_view line) noexcept override;
 
  private:

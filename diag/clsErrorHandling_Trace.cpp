@@ -46,6 +46,7 @@ void clsErrorHandling::ShowTraceNotice() {
 void clsErrorHandling::DeleteTraceFile() { config_.files.FileDelete(FullPath(kTraceLog)); }
 
 bool clsErrorHandling::CanTrace() {
+  // Lowered by the step that asks, so the step that brings it to 0 is traced again.
   if (hideCounter_ > 0) --hideCounter_;
   return hideCounter_ <= 0;
 }
@@ -59,6 +60,7 @@ void clsErrorHandling::TraceHideNextSteps(std::int16_t Steps) noexcept {
 }
 
 std::string clsErrorHandling::TraceLine(std::string_view step, const std::string& args) {
+  // The same step again and again, as from a timer, is told apart by a number.
   if (step == lastStep_) {
     if (repeatCount_ < std::numeric_limits<std::int16_t>::max()) ++repeatCount_;
   } else {

@@ -12,12 +12,13 @@ namespace {
 
 constexpr std::size_t kKB = 1024;
 
+/// Indexes, both included; last may be before first, and then there are none.
 struct LineRange {
   std::int64_t first;
   std::int64_t last;
 };
 
-/// Which of the elements up to `last` are picked; none when first is behind last.
+/// Which of the elements 0 to `last` are picked: `lineCount` + 1 of them, or all for -1.
 LineRange Picked(std::int64_t last, std::int16_t lineCount, bool fromLast) {
   if (fromLast) return {lineCount == -1 || lineCount > last ? 0 : last - lineCount, last};
   return {0, lineCount == -1 ? last : std::min<std::int64_t>(lineCount, last)};
@@ -33,11 +34,12 @@ std::int32_t RowCount(std::string_view text) { return Occurrences(text, kCrLf) +
 
 std::int32_t RowCountOfAnySystem(std::string_view text) {
   if (text.find(kCrLf) != std::string_view::npos) return RowCount(text);
-  // Line feeds are halved as if they were two characters each, and the end is never recognised: kept as it is.
+  // Deliberate: a line feed alone counts as half a line end, and one at the end of the text counts like the others.
   return Occurrences(text, "\n") / 2 + 1;
 }
 
-/// Where the newest lines begin of which at most `keepKB` are to stay. Where no line ends any more, single bytes go.
+/// Where to cut off the oldest lines so that at most `keepKB` whole KB stay. The cut is behind a line's end; where no
+/// line ends in time it goes through a line.
 std::size_t StartOfNewest(std::string_view text, std::size_t keepKB) {
   std::size_t start = 0;
   while ((text.size() - start) / kKB > keepKB) {
@@ -53,7 +55,7 @@ std::size_t StartOfNewest(std::string_view text, std::size_t keepKB) {
 void clsFiles::FileWrite_Log(const std::string& sFile, std::string& sLine, std::int32_t MaxSizeKB) {
   Procedure(diagnostics_, "clsFiles.FileWrite_Log", {sFile}, [&] {
     if (diagnostics_.tag.empty()) diagnostics_.tag = "NON";
-    // From the look at the size to the last byte nobody else's line may come in between: it would be lost.
+    // From the look at the size to the last byte: a line that another program adds in between would be lost.
     const std::unique_ptr<FileLock> lock = files_.Lock(sFile);
     sLine = Stamped(sLine);
     const std::uint64_t sizeKB = fileTests_.FileExist(sFile) ? files_.Length(sFile) / kKB : 0;
@@ -61,7 +63,7 @@ void clsFiles::FileWrite_Log(const std::string& sFile, std::string& sLine, std::
       MakeFile(sFile, sLine, true);
       return;
     }
-    // What stays of the file goes back as the bytes that it is.
+    // What stays goes back as bytes: by way of text, whatever the code page does not know would be lost.
     const std::string old = ReadBytes(sFile);
     std::string bytes = old.substr(StartOfNewest(old, static_cast<std::size_t>(MaxSizeKB - MaxSizeKB / 4)));
     bytes += codePage_.ToBytes(sLine);
@@ -153,7 +155,7 @@ std::string clsFiles::fStream_GetLastLines(std::string& sStream, std::int16_t Li
                    [&](std::string& result) {
     std::vector<std::string> lines;
     fStreamToArray(sStream, lines);
-    // The range is fixed first and filtered second: a comment left out is not made up for.
+    // Comments count as lines of the range, so leaving them out makes the result shorter.
     const auto [first, last] = Picked(static_cast<std::int64_t>(lines.size()) - 1, LineCount, bFromLast);
     std::string picked;
     for (std::int64_t index = first; index <= last; ++index) {

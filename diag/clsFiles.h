@@ -16,7 +16,8 @@ namespace fonklav {
 
 /// The text files of the suite: 8-bit text whose lines end in CR LF. Every log line is written here, and whole files
 /// are read into one text or into lines. Texts are UTF-8 on this side; sizes and trimming go by the bytes of the file.
-/// A member that fails writes to the error log and gives what it holds.
+/// Files are named by their full path. A member that fails writes to the error log and returns what it has so far: the
+/// empty text, 0 or false.
 class clsFiles {
  public:
   clsFiles(Diagnostics& diagnostics, const modAPI_Files& fileTests, FileSystem& files, const CodePage& codePage,
@@ -52,7 +53,8 @@ class clsFiles {
  private:
   [[nodiscard]] std::string ReadBytes(const std::string& file) const;
   [[nodiscard]] std::string Stamped(const std::string& line) const;
-  /// MakeFile for a line, and what stands before it, that are bytes of the file already.
+  /// MakeFile for what is bytes of the file already: a line alone, or the kept lines of a log and the new one behind
+  /// them.
   bool MakeFileOf(const std::string& file, std::string_view bytes, bool append);
 
   Diagnostics& diagnostics_;

@@ -60,7 +60,7 @@ class DdeTransport {
   [[nodiscard]] virtual bool PartnerAlive() const = 0;
 };
 
-/// Status word of WM_DDE_ACK.
+/// The bits of WM_DDE_ACK's status word: accepted; too busy, to be asked again. Without either it is a refusal.
 inline constexpr std::uint16_t kDdeAckPositive = 0x8000;
 inline constexpr std::uint16_t kDdeAckBusy = 0x4000;
 

@@ -11,6 +11,7 @@
 
 namespace fonklav {
 
+/// FILE_ATTRIBUTE_DIRECTORY, of the attributes that the platform gives.
 inline constexpr std::uint32_t kFileAttributeDirectory = 0x10;
 
 /// The name of the mutex that is a file's lock, for a full path in UTF-8. It is the same for every program of ours, in
@@ -26,7 +27,8 @@ inline constexpr std::uint32_t kFileAttributeDirectory = 0x10;
   return "Global\\FonklavTAPI log " + path;
 }
 
-/// Keeps other programs of ours from writing a file for as long as it lives.
+/// Keeps other programs of ours from writing a file for as long as it lives. Given by FileSystem::Lock; to be let go on
+/// the thread that took it.
 class FileLock {
  public:
   FileLock() = default;
@@ -52,10 +54,10 @@ class FileSystem {
   /// DeleteFileA of a path in bytes of the code page; whether the platform reported success.
   virtual bool DeleteA(const std::string& pathBytes) = 0;
 
-  /// Takes the lock of a file, whether or not there is one of that name; who has it already may take it once more. It
-  /// is no part of the file: programs that do not know of it are not kept out. Waits for it a tenth of a second at
-  /// most. Empty when another program has it for longer: a line may be added all the same, but to replace the file
-  /// would lose what the other writes.
+  /// Takes the lock that belongs to a path; the file need not exist. Whoever has the lock may take it once more. It
+  /// keeps out only programs that ask for it. Waits a tenth of a second at most; null when another program keeps it for
+  /// longer. The caller may add a line all the same, but must not replace the file, which would lose what the other
+  /// program writes.
   [[nodiscard]] virtual std::unique_ptr<FileLock> Lock(const std::string& path) = 0;
   /// The whole file. Other programs may read and write it meanwhile.
   [[nodiscard]] virtual std::string Read(const std::string& path) const = 0;
@@ -66,8 +68,8 @@ class FileSystem {
   /// Adds `bytes` at the end, under the lock, in one operation that no other program's append can split; creates the
   /// file if needed.
   virtual void Append(const std::string& path, std::string_view bytes) = 0;
-  /// Writes `bytes` to a file beside `path` and puts it in its place, under the lock, so that a crash leaves the old or
-  /// the new file whole. Falls back to Write where the platform refuses the replacement.
+  /// Writes `bytes` to a file beside `path` and puts that in the place of `path`, under the lock: a crash leaves the
+  /// old or the new file whole. Where the platform refuses the replacement it writes over the old file, as Write does.
   virtual void Replace(const std::string& path, std::string_view bytes) = 0;
 };
 

@@ -12,7 +12,9 @@
 #include "util/OsDescription.h"
 #include "util/Text.h"
 
-// What the program asks of the system. Files, DDE and telephony, which take more words, have pages of their own.
+// What the program asks of the system: the small ports, one class each, and at the end all ports together. Files, DDE
+// and telephony, which take more words, have pages of their own. A port keeps the platform's names and rules. Behind
+// each stands an adapter in platform/win32, and in the tests a fake.
 namespace fonklav {
 
 /// The time, for log stamps and for waiting.
@@ -23,6 +25,7 @@ class Clock {
   Clock& operator=(const Clock&) = delete;
   virtual ~Clock() = default;
 
+  /// The user's wall clock. It jumps when somebody sets it: nothing may be measured by it.
   [[nodiscard]] virtual LocalTime Now() const = 0;
   /// A count that never goes back, from an arbitrary start.
   [[nodiscard]] virtual std::chrono::milliseconds Ticks() const = 0;
@@ -51,6 +54,7 @@ class NumberLocale {
   NumberLocale& operator=(const NumberLocale&) = delete;
   virtual ~NumberLocale() = default;
 
+  /// As the user has set them; asked for each time, because the user may set them while the program runs.
   [[nodiscard]] virtual NumberSeparators Separators() const = 0;
 };
 
@@ -64,7 +68,8 @@ class PrivateProfile {
   virtual ~PrivateProfile() = default;
 
   /// GetPrivateProfileStringA: fills `buffer` with a zero-terminated value, cut to fit, and returns how many bytes it
-  /// copied without the zero.
+  /// copied without the zero. Quotation marks around a stored value are taken off. `file` is a full path: the platform
+  /// looks for a bare name in the Windows folder.
   virtual std::uint32_t GetString(const std::string& section, const std::string& key, const std::string& defaultValue,
                                   std::span<char> buffer, const std::string& file) const = 0;
   /// GetPrivateProfileIntA: the leading decimal number of the value, 0 for other text, `defaultValue` for a missing
@@ -76,6 +81,7 @@ class PrivateProfile {
                            const std::string& file) = 0;
 };
 
+/// The published numbers of the two folders that the program asks for.
 inline constexpr std::int32_t CSIDL_COMMON_APPDATA = 35;
 inline constexpr std::int32_t CSIDL_PROGRAM_FILES = 38;
 
@@ -109,6 +115,7 @@ class Process {
   [[nodiscard]] virtual std::string ExecutableName() const = 0;
   /// Whether another instance of this program is running.
   [[nodiscard]] virtual bool OtherInstanceRunning() const = 0;
+  /// The numbers of the system that is running, whatever compatibility mode the program was started in.
   [[nodiscard]] virtual OsVersion SystemVersion() const = 0;
 };
 

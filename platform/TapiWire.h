@@ -3,16 +3,23 @@
 #include <cstddef>
 #include <cstdint>
 
-/// The telephony structures and constants that this program exchanges with TAPI, byte for byte as <tapi.h> has them.
-/// The names are the published ones. The Windows side asserts that they are equal to <tapi.h> on both architectures.
+// The telephony structures and constants that this program exchanges with TAPI, byte for byte as <tapi.h> has them,
+// under their published names: the portable core reads them, and <tapi.h> is there on Windows only. The Windows side
+// asserts on both architectures that the two are equal.
+//
+// A variable-length structure begins with three sizes: dwTotalSize, how many bytes the caller has room for;
+// dwNeededSize, how many the whole answer takes; dwUsedSize, how many were written. What has no fixed length stands
+// behind the fixed part and is named by a pair of Size and Offset, counted from the structure's first byte.
 namespace fonklav {
 
 using HLINEAPP = std::uint32_t;  ///< handles are 32 bits on every architecture
 using HLINE = std::uint32_t;
 using HCALL = std::uint32_t;
 
+// As <tapi.h> packs its structures: no padding, also before a handle of 64 bits.
 #pragma pack(push, 1)
 
+/// How the program registers, for lineInitializeEx.
 struct LINEINITIALIZEEXPARAMS {
   std::uint32_t dwTotalSize;
   std::uint32_t dwNeededSize;
@@ -23,6 +30,7 @@ struct LINEINITIALIZEEXPARAMS {
 };
 static_assert(sizeof(LINEINITIALIZEEXPARAMS) == 20 + sizeof(void*));
 
+/// Which extensions to TAPI a device has; all zeros for none.
 struct LINEEXTENSIONID {
   std::uint32_t dwExtensionID0;
   std::uint32_t dwExtensionID1;
@@ -31,6 +39,7 @@ struct LINEEXTENSIONID {
 };
 static_assert(sizeof(LINEEXTENSIONID) == 16);
 
+/// What a line can do, from lineGetDevCaps.
 struct LINEDEVCAPS {
   std::uint32_t dwTotalSize;
   std::uint32_t dwNeededSize;
@@ -89,6 +98,7 @@ static_assert(offsetof(LINEDEVCAPS, dwLineNameOffset) == 36 && offsetof(LINEDEVC
 static_assert(offsetof(LINEDEVCAPS, dwMediaModes) == 60 && offsetof(LINEDEVCAPS, dwDevCapFlags) == 112);
 static_assert(offsetof(LINEDEVCAPS, dwNumTerminals) == 204);
 
+/// The user's locations and calling cards, from lineGetTranslateCaps. Locations are a list of LINELOCATIONENTRY.
 struct LINETRANSLATECAPS {
   std::uint32_t dwTotalSize;
   std::uint32_t dwNeededSize;
@@ -104,6 +114,7 @@ struct LINETRANSLATECAPS {
 };
 static_assert(sizeof(LINETRANSLATECAPS) == 44);
 
+/// One location. Its offsets count from the LINETRANSLATECAPS that it stands in, not from itself.
 struct LINELOCATIONENTRY {
   std::uint32_t dwPermanentLocationID;
   std::uint32_t dwLocationNameSize;
@@ -125,6 +136,7 @@ struct LINELOCATIONENTRY {
 };
 static_assert(sizeof(LINELOCATIONENTRY) == 17 * 4);
 
+/// A number by the dialing rules, from lineTranslateAddress: as it is dialed, and as it is shown.
 struct LINETRANSLATEOUTPUT {
   std::uint32_t dwTotalSize;
   std::uint32_t dwNeededSize;
@@ -141,12 +153,14 @@ static_assert(sizeof(LINETRANSLATEOUTPUT) == 40);
 
 #pragma pack(pop)
 
+// Versions have the major number in the high word.
 inline constexpr std::uint32_t TAPI_VERSION1_3 = 0x00010003;
 inline constexpr std::uint32_t TAPI_VERSION1_4 = 0x00010004;
 inline constexpr std::uint32_t TAPI_VERSION3_0 = 0x00030000;
 
 inline constexpr std::uint32_t LINEINITIALIZEEXOPTION_USEHIDDENWINDOW = 1;
 
+// Line messages.
 inline constexpr std::uint32_t LINE_CALLSTATE = 2;
 inline constexpr std::uint32_t LINE_CLOSE = 3;
 inline constexpr std::uint32_t LINE_LINEDEVSTATE = 8;

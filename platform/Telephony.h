@@ -40,7 +40,9 @@ class Telephony {
   virtual std::int32_t lineInitializeEx(HLINEAPP& lineApp, LineMessageSink& sink, const char* friendlyName,
                                         std::uint32_t& numDevs, std::uint32_t& apiVersion,
                                         LINEINITIALIZEEXPARAMS& params) = 0;
+  /// Gives a registration back. Its sink may go afterwards, whatever the result.
   virtual std::int32_t lineShutdown(HLINEAPP lineApp) = 0;
+  /// `apiVersion` receives the highest version between `low` and `high` that the device speaks.
   virtual std::int32_t lineNegotiateAPIVersion(HLINEAPP lineApp, std::uint32_t deviceId, std::uint32_t low,
                                                std::uint32_t high, std::uint32_t& apiVersion,
                                                LINEEXTENSIONID& extensionId) = 0;
@@ -49,16 +51,21 @@ class Telephony {
                                       std::uint32_t extVersion, std::span<std::byte> caps) = 0;
   /// `caps` begins with a LINETRANSLATECAPS whose dwTotalSize says how many of its bytes may be written.
   virtual std::int32_t lineGetTranslateCaps(HLINEAPP lineApp, std::uint32_t apiVersion, std::span<std::byte> caps) = 0;
-  /// Both buffers are 8 bytes long.
+  /// Country code and area code of the current location, zero-terminated where they fit. Both buffers are 8 bytes long,
+  /// as telephony is told no length.
   virtual std::int32_t tapiGetLocationInfo(std::span<char, 8> countryCode, std::span<char, 8> cityCode) = 0;
+  /// Opens a line into `line`. `callbackInstance` comes back with each of its line messages.
   virtual std::int32_t lineOpen(HLINEAPP lineApp, std::uint32_t deviceId, HLINE& line, std::uint32_t apiVersion,
                                 std::uint32_t extVersion, std::uintptr_t callbackInstance, std::uint32_t privileges,
                                 std::uint32_t mediaModes) = 0;
+  /// Closes a line and lets go of the calls on it.
   virtual std::int32_t lineClose(HLINE line) = 0;
   /// `call` is written when the request's reply is processed, so it must stay where it is until the reply came or the
   /// line was closed.
   virtual std::int32_t lineMakeCall(HLINE line, HCALL& call, const char* destAddress, std::uint32_t countryCode) = 0;
+  /// Hangs up. The call's handle stays good until lineDeallocateCall.
   virtual std::int32_t lineDrop(HCALL call) = 0;
+  /// Gives a call's handle back. Telephony refuses it where it knows no such call.
   virtual std::int32_t lineDeallocateCall(HCALL call) = 0;
   /// `output` begins with a LINETRANSLATEOUTPUT whose dwTotalSize says how many of its bytes may be written.
   virtual std::int32_t lineTranslateAddress(HLINEAPP lineApp, std::uint32_t deviceId, std::uint32_t apiVersion,

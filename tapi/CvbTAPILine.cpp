@@ -17,6 +17,8 @@
 namespace fonklav {
 namespace {
 
+// The fixed part of each structure and room for what stands behind it. Capabilities that want more room come without
+// the strings that did not fit; translation capabilities that want more are not read at all.
 constexpr std::size_t kDevCapsSize = 2301;
 constexpr std::size_t kTranslateCapsSize = 6189;
 constexpr std::uint32_t kMostLines = 32768;  ///< device indexes are kept in 16 bits with a sign
@@ -24,6 +26,7 @@ constexpr std::uint32_t kMostLines = 32768;  ///< device indexes are kept in 16 
 }  // namespace
 
 std::shared_ptr<CvbTAPILine> CvbTAPILine::Make(const LineServices& services, LineEvents& events) {
+  // The callback keeps a weak reference, which there is only once the object is in a shared pointer.
   std::shared_ptr<CvbTAPILine> line(new CvbTAPILine(services, events));
   line->instance_ = services.callback.Register(line);
   return line;
@@ -164,6 +167,7 @@ std::string CvbTAPILine::GetTAPIStructString(std::span<const std::byte> structur
 std::int16_t CvbTAPILine::ReadLocations() {
   std::vector<std::byte> buffer(kTranslateCapsSize);
   SetTotalSize(buffer);
+  // The result is not looked at: a call that has failed leaves a structure of zeros, which has no location.
   services_.telephony.lineGetTranslateCaps(hLineApp_, TAPI_VERSION1_4, buffer);
   const auto header = StructReader(buffer).Read<LINETRANSLATECAPS>().value();
   if (header.dwNeededSize > kTranslateCapsSize) return 0;

@@ -50,7 +50,9 @@ struct LineServices {
 };
 
 /// The one object through which the program talks to telephony: the registration, one current line with its
-/// capabilities, one open line and one call. Telephony failures do not throw; they stay in LastError.
+/// capabilities, one open line and one call. Telephony failures do not throw: an operation returns false, and the
+/// LINEERR code stays in LastError. A missing library or function is a run-time error
+/// in the log, and the operation returns what it holds by then.
 ///
 /// It lives in a shared pointer, because a callback holds it while it runs. Its end gives back the call, the line and
 /// the registration, in this order, and raises no event.
@@ -68,7 +70,7 @@ class CvbTAPILine : public std::enable_shared_from_this<CvbTAPILine> {
 
   /// The text of a LINEERR code, "Unknown Error" for any other number.
   [[nodiscard]] std::string GetLineErrString(const std::int32_t& lParam) const;
-  /// The text of a call state; a text that says so for a value that is not exactly one state.
+  /// The text of a call state. A value that is not exactly one state has a text of its own that says so.
   [[nodiscard]] std::string GetLineStateString(std::int32_t state) const;
 
   /// Numbers of up to this many characters are dialed as they are.
@@ -90,6 +92,7 @@ class CvbTAPILine : public std::enable_shared_from_this<CvbTAPILine> {
   /// location's access codes. True when there is a line and a location. An earlier registration is given back first.
   [[nodiscard]] bool Create();
 
+  /// How many devices telephony has. They are numbered from 0 on, and those numbers are the line IDs.
   [[nodiscard]] std::int32_t numLines() const { return static_cast<std::int32_t>(numLines_); }
   [[nodiscard]] std::int32_t CurrentLineID() const { return currentLineId_; }
   /// Makes a device the current line and reads its capabilities. Throws RunTimeError 380 when there is no such device.
@@ -97,6 +100,7 @@ class CvbTAPILine : public std::enable_shared_from_this<CvbTAPILine> {
 
   /// The version negotiated with the current line, 0 when none was.
   [[nodiscard]] std::int32_t NegotiatedAPIVersion() const;
+  /// The four words of the extension identifier that the current line has reported; all 0 where it has no extensions.
   [[nodiscard]] std::int32_t ExtAPI_ID0() const;
   [[nodiscard]] std::int32_t ExtAPI_ID1() const;
   [[nodiscard]] std::int32_t ExtAPI_ID2() const;
@@ -128,7 +132,8 @@ class CvbTAPILine : public std::enable_shared_from_this<CvbTAPILine> {
   [[nodiscard]] std::int32_t numTerminals() const { return caps_.numTerminals; }
   [[nodiscard]] bool LineSupportsVoiceCalls() const;
 
-  /// Opens the current line; false, without a word, when a line is open already.
+  /// Opens the current line. False when telephony refuses, and also, with LastError as it was, when a line is open
+  /// already.
   [[nodiscard]] bool OpenLine(std::uint32_t privileges = LINECALLPRIVILEGE_NONE,
                               std::uint32_t mediamodes = LINEMEDIAMODE_INTERACTIVEVOICE);
   /// Asks for a call on the open line; true when telephony took the request, whose outcome is an event. An empty
@@ -136,7 +141,8 @@ class CvbTAPILine : public std::enable_shared_from_this<CvbTAPILine> {
   [[nodiscard]] bool MakeCallAsynch(const std::string& phonenumber = {});
   /// Asks for the call to be dropped; true when telephony took the request, whose outcome is an event.
   [[nodiscard]] bool DropCallAsynch();
-  /// Closes the open line; false, without a word, when none is open. The line counts as closed whatever the result.
+  /// Closes the open line, which counts as closed whatever telephony answers. False when it refuses, and also, with
+  /// LastError as it was, when no line is open.
   bool CloseLine();
 
   /// The driver's own configuration dialog for the current line. `ownerHWnd` is a window handle or 0; an empty class
@@ -151,7 +157,7 @@ class CvbTAPILine : public std::enable_shared_from_this<CvbTAPILine> {
   /// The dialable form of a number by the location's dialing rules, empty when it cannot be translated.
   [[nodiscard]] std::string TransformPhoneNumber(const std::string& number);
 
-  /// True when the line is known to carry no call.
+  /// True from Create on, and again when a call has ended; false while one is connected or being cleared.
   [[nodiscard]] bool Idle() const { return idle_; }
   /// Whether a line is open, with or without a call.
   [[nodiscard]] bool IsOpen() const { return hLine_ != 0; }
@@ -204,11 +210,11 @@ class CvbTAPILine : public std::enable_shared_from_this<CvbTAPILine> {
   bool Accepted(std::int32_t result, std::uint32_t& requestId);
 
   LineServices services_;
-  LineEvents* events_;  ///< not owned; null once the owner has let go
-  std::uintptr_t instance_{0};
+  LineEvents* events_;          ///< not owned; null once the owner has let go
+  std::uintptr_t instance_{0};  ///< the number by which the callback finds this object
 
   HLINEAPP hLineApp_{0};
-  std::vector<std::uint32_t> apiVersions_;
+  std::vector<std::uint32_t> apiVersions_;  ///< by device; 0 where nothing could be agreed upon
   std::vector<LINEEXTENSIONID> extensionIds_;
   std::int32_t highestApiVersion_{0};
   std::int32_t lowApi_{static_cast<std::int32_t>(TAPI_VERSION1_3)};
@@ -222,8 +228,8 @@ class CvbTAPILine : public std::enable_shared_from_this<CvbTAPILine> {
   std::string outsideLocalAccess_;
   std::string outsideLongDistanceAccess_;
   HLINE hLine_{0};
-  HCALL hCall_{0};  ///< telephony writes it when the reply to the call request is processed
-  std::uint32_t makeCallRequestId_{0};
+  HCALL hCall_{0};                      ///< telephony writes it when the reply to the call request is processed
+  std::uint32_t makeCallRequestId_{0};  ///< of the request whose reply is still to come; 0 is none
   std::uint32_t dropRequestId_{0};
   bool idle_{false};
   std::int16_t internalNrLength_{3};

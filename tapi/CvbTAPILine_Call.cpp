@@ -9,6 +9,8 @@
 // The open line, the call on it, and the line messages that tell how it goes.
 namespace fonklav {
 
+// lineMakeCall and lineDrop answer at once with a number above 0, by which LINE_REPLY brings the outcome later. A 0,
+// which would be a request without a reply, is none of theirs.
 bool CvbTAPILine::Accepted(std::int32_t result, std::uint32_t& requestId) {
   if (result > 0) {
     requestId = static_cast<std::uint32_t>(result);
@@ -77,7 +79,7 @@ void CvbTAPILine::HandleReply(std::uint32_t requestId, std::int32_t result) {
   if (requestId == 0) return;  // 0 stands for "none pending" and is no request
   if (requestId == makeCallRequestId_) {
     makeCallRequestId_ = 0;
-    if (result != 0) CloseLine();
+    if (result != 0) CloseLine();  // no call state will come that could do it
     if (events_ != nullptr) events_->tapiline_MakeCallResult(result);
   } else if (requestId == dropRequestId_) {
     dropRequestId_ = 0;

@@ -14,7 +14,7 @@
 namespace fonklav {
 namespace {
 
-constexpr std::size_t kTranslateOutputSize = 1064;
+constexpr std::size_t kTranslateOutputSize = 1064;  ///< the fixed part (40 bytes) and room for both strings
 
 /// Blanks at the ends go, "/" counts as a blank, and short runs of blanks become one. Two passes only: a run of more
 /// than four keeps some.
@@ -62,6 +62,8 @@ std::string CvbTAPILine::TransformPhoneNumber(const std::string& number) {
     std::string prepared = FoldBlanks(number);
     if (prepared.starts_with('+')) {
       prepared = BracketAreaCode(prepared.substr(std::min(prepared.find_first_not_of('+'), prepared.size())));
+      // The canonical form: it tells the dialing rules country and area, and they put in front what is dialed from
+      // here.
     } else if (std::cmp_less_equal(CharacterCount(prepared), internalNrLength_)) {
       dialable = prepared;
       return;

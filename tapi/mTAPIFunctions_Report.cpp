@@ -12,6 +12,7 @@
 namespace fonklav {
 namespace {
 
+/// A bit and its published name. The rows stand in the order in which the report names them.
 struct ModeRow {
   std::uint32_t bit;
   std::string_view name;

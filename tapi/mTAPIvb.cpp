@@ -22,7 +22,7 @@ void mTAPIvb::LineCallBackProc(std::uint32_t hDevice, std::uint32_t dwMsg, std::
   Procedure(diagnostics_, name, arguments, [&] {
     const auto found = lines_.find(dwCallbackInstance);
     if (found == lines_.end()) return;
-    auto line = found->second.lock();
+    auto line = found->second.lock();  // a handler may release the object while this runs
     if (!line) return;
     line->LineProcHandler(hDevice, dwMsg, low(dwParam1), low(dwParam2), low(dwParam3));
     // The handler may have replaced the object, and this be its last reference. Its end shuts telephony down, which

@@ -29,7 +29,7 @@ class mTAPIvb : public LineMessageSink {
  private:
   Diagnostics& diagnostics_;
   MessageLoop& loop_;
-  std::uintptr_t last_{0};
+  std::uintptr_t last_{0};  ///< the number given last
   std::map<std::uintptr_t, std::weak_ptr<CvbTAPILine>> lines_;
 };
 

@@ -9,6 +9,7 @@
 namespace fonklav {
 namespace {
 
+// Ctrl+C and Ctrl+V as the characters that a text box gets for them.
 constexpr std::int16_t kCopy = 3;
 constexpr std::int16_t kPaste = 22;
 

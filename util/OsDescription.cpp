@@ -6,7 +6,8 @@
 namespace fonklav {
 namespace {
 
-/// From which numbers on a system bears a name. Within a family the youngest comes first.
+/// From which numbers on a system is called so. Within a family the youngest comes first, so that the first row that is
+/// not younger than the system is its name.
 struct EditionRow {
   bool ntFamily;
   bool server;

@@ -13,8 +13,8 @@ struct OsVersion {
   bool server{false};
 };
 
-/// The edition's name and its numbers: "Windows 10 (10.0.19045)". A system that is younger than this program is called
-/// by the youngest name of its family that is not younger than it.
+/// The edition's name and its numbers: "Windows 10 (10.0.19045)". A system that is younger than all names known here
+/// gets the youngest of them.
 [[nodiscard]] std::string OsDescription(const OsVersion& version);
 
 /// Whether the system belongs to the NT 6 family (Vista, Server 2008) or is younger: from there on programs may not

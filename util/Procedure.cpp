@@ -15,6 +15,7 @@ void SetPending(PendingError& pending, ErrorNumber number, const char* text) {
 
 void CapturePendingError(Diagnostics& diagnostics) noexcept {
   PendingError& pending = diagnostics.pending;
+  // What is in flight has no type here; thrown once more, it finds its own.
   try {
     throw;
   } catch (const RunTimeError& error) {
@@ -32,6 +33,7 @@ void CapturePendingError(Diagnostics& diagnostics) noexcept {
 }
 
 void HandleFault(Diagnostics& diagnostics, ProcedureName name, LogArgs args) {
+  // There is no log yet in which the fault could end: it goes on to whoever can show it.
   if (!diagnostics.handlersArmed || diagnostics.startingUp) throw;
   CapturePendingError(diagnostics);
   if (diagnostics.log) {

@@ -6,7 +6,8 @@
 
 namespace fonklav {
 
-/// The name under which a procedure appears in the logs. A few procedures appear under two.
+/// The name under which a procedure appears in the logs: the name that the suite's programs and their maintainers know,
+/// which is why it is written out at each guard. A few procedures appear under two.
 struct ProcedureName {
   const char* trace;
   const char* error;
@@ -25,11 +26,11 @@ inline void TraceEntry(const Diagnostics& diagnostics, ProcedureName name, LogAr
 void CapturePendingError(Diagnostics& diagnostics) noexcept;
 
 /// Hands the exception in flight to the error log, or passes it on while the handlers are not armed or start-up is
-/// still to make the log.
+/// still to make the log. Call it from a catch block only.
 void HandleFault(Diagnostics& diagnostics, ProcedureName name, LogArgs args);
 
-/// Runs the body and ends a fault in the error log: the guard of what must not be traced, because it runs so often that
-/// the trace would tell of nothing else.
+/// Runs the body and ends a fault in the error log, without a trace of the entry: for a way in whose procedure traces
+/// itself further down, and for a part of a procedure whose fault is not to end the rest.
 template <typename Body>
 void Guarded(Diagnostics& diagnostics, ProcedureName name, LogArgs args, Body&& body) {
   try {

@@ -5,7 +5,8 @@
 
 namespace fonklav {
 
-/// The classic numbers of the run-time errors that this program raises. Their texts are in RunTimeError.cpp.
+/// The classic numbers of the run-time errors that this program raises, by which the suite's error logs are read. Their
+/// texts are in RunTimeError.cpp.
 enum class ErrorNumber : int {
   InvalidProcedureCall = 5,
   Overflow = 6,
@@ -22,7 +23,7 @@ enum class ErrorNumber : int {
   ObjectVariableNotSet = 91,
   NoForeignApplication = 282,
   InvalidPropertyValue = 380,
-  NeverLogged = 401,
+  NeverLogged = 401,  ///< ends a handler without a word: the error log leaves this number out
   DllEntryPointNotFound = 453,
   KeyAlreadyAssociated = 457,
   /// Anything thrown that is not one of our own errors is logged under this number.
@@ -33,8 +34,8 @@ enum class ErrorNumber : int {
 /// telephony functions are not run-time errors; they stay codes.
 class RunTimeError : public std::exception {
  public:
-  /// Raises `number` with its classic text. The line is the caller's: std::source_location would say it too, but
-  /// clang 14 does not have it with this library.
+  /// Raises `number` with its classic text. The line is the caller's, by a compiler builtin: clang 14 has no
+  /// std::source_location together with this C++ library.
   explicit RunTimeError(ErrorNumber number, int line = __builtin_LINE());
 
   /// Raises `number` with a text of its own.

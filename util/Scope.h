@@ -4,7 +4,8 @@
 
 namespace fonklav {
 
-/// Holds a flag up for as long as it lives and leaves it as it was.
+/// Holds a flag up for as long as it lives and leaves it as it was, so that scopes on one flag may stand inside each
+/// other.
 class Scope {
  public:
   explicit Scope(bool& flag) : flag_(flag), before_(std::exchange(flag, true)) {}

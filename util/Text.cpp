@@ -35,11 +35,13 @@ std::vector<std::string> Split(std::string_view text, std::string_view separator
 }
 
 std::size_t CharacterCount(std::string_view text) {
+  // Every byte but the continuation bytes (10xxxxxx) begins a character.
   return static_cast<std::size_t>(
       std::ranges::count_if(text, [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U; }));
 }
 
 bool IsNumeric(std::string_view text, const NumberSeparators& separators) {
+  // Not by a conversion to a number: a telephone number may be longer than any number type.
   text = TrimBlanks(text);
   const auto isSign = [](char c) { return c == '+' || c == '-'; };
   if (!text.empty() && isSign(text.front())) {

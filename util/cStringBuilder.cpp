@@ -52,6 +52,7 @@ void cStringBuilder::Insert(std::int32_t iIndex, std::u16string_view sThis, int 
   try {
     Grow(sThis.size());
   } catch (...) {
+    // The range error above is the caller's; want of memory ends in the log, as it does in Append.
     return HandleFault(diagnostics_, "cStringBuilder.Insert", {iIndex, sThis.size()});
   }
   const auto at = buffer_.begin() + iIndex;
@@ -76,6 +77,7 @@ std::int32_t cStringBuilder::Find(std::u16string_view sToFind, std::int32_t lSta
     const bool whole = lStartIndex < 1;
     const std::size_t start = whole ? 0 : static_cast<std::size_t>(lStartIndex) - 1;
     const std::size_t found = Position(sToFind, start, whole ? TextCompare::Binary : compare);
+    // Not "<=": a match at the last character of the content counts as none.
     if (found + 1 < static_cast<std::size_t>(length_)) position = static_cast<std::int32_t>(found + 1);
   });
 }
@@ -94,6 +96,7 @@ void cStringBuilder::HeapMinimize() {
   Procedure(diagnostics_, "cStringBuilder.HeapMinimize", {}, [&] {
     const std::int32_t free = Capacity() - length_;
     if (free <= chunkSize_) return;
+    // Whole chunks go, and some room, up to one chunk, stays.
     const std::int32_t surplus = (free - 1) / chunkSize_ * chunkSize_;
     buffer_.resize(buffer_.size() - static_cast<std::size_t>(surplus));
     buffer_.shrink_to_fit();

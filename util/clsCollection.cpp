@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::int32_t kMostQueued = 10000;
 
-/// Whatever goes wrong in here, an owner's handler included, stays in here.
+/// The result of the body, or `otherwise` when it throws: want of memory, or an owner's handler.
 template <typename Result, typename Body>
 Result Suppressed(Result otherwise, Body&& body) {
   try {
@@ -117,7 +117,7 @@ clsCollection::Object clsCollection::ItemByKey(const std::string& key) const {
 
 void clsCollection::ChangeKey(const std::string& oldKey, const std::string& newKey) {
   Suppressed(false, [&] {
-    // An item may take another spelling of its own key, but never another item's.
+    // Keys compare without regard to case, so an item may be given its own key in another spelling.
     if (items_.Find(newKey) != nullptr && !EqualsIgnoringCase(oldKey, newKey)) return false;
     auto item = items_.Take(oldKey);
     return item && items_.Add(newKey, std::move(item->value));

@@ -10,8 +10,8 @@
 namespace fonklav {
 
 /// An ordered, keyed collection with three uses: objects that carry their own key, "key=value" texts, and a
-/// first-in-first-out queue of texts that tells its owner when it has grown. No member fails towards its caller: what
-/// cannot be done has the result said. Members are not traced; the trace queue itself is one of these.
+/// first-in-first-out queue of texts that tells its owner when it has grown. No member fails: its result says whether
+/// something could be done. Members are not traced, because the trace queue itself is one of these.
 class clsCollection {
  public:
   using Object = std::shared_ptr<KeyedObject>;
@@ -26,9 +26,10 @@ class clsCollection {
   /// A new collection with the items that are objects. Limits and events stay behind.
   [[nodiscard]] clsCollection Clone() const;
 
-  /// The largest number of items that a queue keeps, the newest; 0 is no limit.
+  /// How many items a queue keeps; beyond that it drops the oldest. 0 is no limit.
   void Queue_Limit(std::int16_t limit) { limit_ = limit; }
-  /// Up to this many items an added one raises QueueTimerStart in place of QueueAdded; 0 switches that off.
+  /// While the queue holds at most this many items, adding one raises QueueTimerStart and not QueueAdded: nothing needs
+  /// to be done at once. 0 raises QueueAdded each time.
   void Queue_InfoDealy(std::int16_t limit) { notice_ = limit; }
   /// Queues one text. False when it could not be kept; a queue of 10000 takes no more and raises QueueFull.
   bool Queue_Add(const std::string& newItem);

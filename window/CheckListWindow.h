@@ -13,8 +13,8 @@
 namespace fonklav {
 
 /// The list with check boxes: shows the entries, and tells what the user does to them. It is a list view in report view
-/// with LVS_EX_CHECKBOXES, the only list of Windows that draws check boxes itself. A list view reports every change of
-/// an item by LVN_ITEMCHANGED, whoever made it; what the program changes is kept from being told back by `showing_`.
+/// with LVS_EX_CHECKBOXES, as a list box has no check boxes. A list view reports every change of an item by
+/// LVN_ITEMCHANGED, whoever made it; `showing_` keeps what the program changes from being told back.
 class CheckListWindow {
  public:
   /// Prepares a list view that has just been made.

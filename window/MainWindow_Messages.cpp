@@ -83,8 +83,8 @@ INT_PTR MainWindow::OnNotify(const NMHDR& header) {
 }
 
 void MainWindow::MakeDefault(ControlId button) const {
-  // A push button is the default while it has the focus, and stays so when the mouse takes the focus to a box or the
-  // list: only the dialog's own moves of the focus give the default back.
+  // A push button is the default while it has the focus. A click of the mouse on a box or the list is no move of the
+  // dialog's, and leaves the default with the button.
   SendMessageW(window_.Get(), DM_SETDEFID, static_cast<WPARAM>(DialogIdOf(button)), 0);
 }
 

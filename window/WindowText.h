@@ -4,8 +4,7 @@
 
 #include <string>
 
-// What a window or a box shows as text. All go by messages to the window and fail for none: a window that has gone
-// shows nothing and holds nothing.
+// What a window or a box shows as text. Nothing here fails: a window that has gone has no text and takes none.
 namespace fonklav {
 
 /// A window's caption or a box's content.

@@ -19,8 +19,8 @@ constexpr UINT_PTR kTick = 1;             ///< the number of the window's timer
 constexpr UINT kTickTime = 250;           ///< milliseconds
 constexpr ULONGLONG kFarewellTime = 500;  ///< for the partner to answer our end, in milliseconds
 
-// Posted to our own window. The answer to WM_DDE_INITIATE is the one message of DDE that is sent and not posted: what
-// follows from it must not run while the server waits for its SendMessage to return.
+// Posted to our own window. Of the messages that come from a server, the answer to WM_DDE_INITIATE alone is sent and
+// not posted: what follows from it must not run while the server waits for its SendMessage to return.
 constexpr UINT kDealtWithMessage = WM_APP;     ///< a window has dealt with the question
 constexpr UINT kAnsweredMessage = WM_APP + 1;  ///< there is a partner
 
@@ -275,8 +275,8 @@ void Win32DdeTransport::OnData(LPARAM lParam) {
 }
 
 void Win32DdeTransport::AnswerData(LPARAM lParam, UINT_PTR item, bool accepted) {
-  // The item's atom goes back with the answer and is the server's to delete. ReuseDDElParam
-  // makes the answer's lParam out of the one that came, which needs no freeing then.
+  // The item's atom goes back with the answer and is the server's to delete. ReuseDDElParam makes the answer's lParam
+  // out of the one that came, which needs no freeing then.
   const LPARAM answer = ReuseDDElParam(lParam, WM_DDE_DATA, WM_DDE_ACK, accepted ? kDdeAckPositive : 0, item);
   if (PostToPartner(WM_DDE_ACK, answer)) return;
   FreeDDElParam(WM_DDE_ACK, answer);

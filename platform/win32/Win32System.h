@@ -34,7 +34,7 @@ class Win32NumberLocale final : public NumberLocale {
 };
 
 /// The system's private-profile functions in their A forms: the files hold bytes of the code page, as the suite's other
-/// programs write them, and what we do not understand of a value is to go through unchanged.
+/// programs write them. The W functions would convert by themselves, and text becomes bytes in the CodePage port alone.
 class Win32PrivateProfile final : public PrivateProfile {
  public:
   std::uint32_t GetString(const std::string& section, const std::string& key, const std::string& defaultValue,

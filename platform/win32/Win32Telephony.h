@@ -11,7 +11,7 @@
 namespace fonklav {
 
 /// The system's telephony library, loaded when it is first wanted and from the system folder only: LoadLibrary by a
-/// bare name looks beside the program first, and a file of that name must never get to run there. Loaded at run time
+/// bare name looks beside the program first, and a file of that name there must never get to run. Loaded at run time
 /// and not imported, because a computer without telephony should get a message and not a program that Windows does not
 /// start.
 class TelephonyLibrary {
