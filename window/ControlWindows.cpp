@@ -67,7 +67,7 @@ bool Edits(UINT message, WPARAM wParam) {
 
 /// A box that shows the beginning of its text: the first edit replaces all of it, and cannot be undone, because undoing
 /// would bring back the beginning as if it were the whole.
-LRESULT ReplaceAll(HWND box, UINT message, WPARAM wParam, LPARAM lParam) {
+LRESULT ReplaceWholeText(HWND box, UINT message, WPARAM wParam, LPARAM lParam) {
   DefSubclassProc(box, EM_SETSEL, 0, -1);
   const LRESULT result = DefSubclassProc(box, message, wParam, lParam);
   if (!ShowsBeginning(box)) DefSubclassProc(box, EM_EMPTYUNDOBUFFER, 0, 0);
@@ -80,7 +80,7 @@ LRESULT CALLBACK BoxProc(HWND box, UINT message, WPARAM wParam, LPARAM lParam, U
   if (message == WM_CHAR) {
     reinterpret_cast<FormInput*>(input)->KeyPress(static_cast<ControlId>(id), static_cast<int>(wParam));
   }
-  if (ShowsBeginning(box) && Edits(message, wParam)) return ReplaceAll(box, message, wParam, lParam);
+  if (ShowsBeginning(box) && Edits(message, wParam)) return ReplaceWholeText(box, message, wParam, lParam);
   const LRESULT result = DefSubclassProc(box, message, wParam, lParam);
   const bool lines = (GetWindowLongW(box, GWL_STYLE) & ES_MULTILINE) != 0;
   if (message != WM_GETDLGCODE || !lines) return result;

@@ -37,7 +37,7 @@ UniqueAtom Atom(std::string_view name) { return UniqueAtom{GlobalAddAtomA(std::s
 
 /// What an atom stands for, empty when it stands for nothing any more. Atoms are told apart by it: the number of one
 /// says nothing once our own atom of that name has been deleted.
-std::string NameOf(ATOM atom) {
+std::string NameOfAtom(ATOM atom) {
   std::array<char, 256> text{};  // no atom's name is longer
   return {text.data(), GlobalGetAtomNameA(atom, text.data(), static_cast<int>(text.size()))};
 }
@@ -209,7 +209,8 @@ void Win32DdeTransport::OnDealtWith() {
 }
 
 void Win32DdeTransport::OnInitiateAnswer(HWND server, LPARAM atoms) {
-  if (!EqualsIgnoringCase(NameOf(LOWORD(atoms)), application_) || !EqualsIgnoringCase(NameOf(HIWORD(atoms)), topic_))
+  if (!EqualsIgnoringCase(NameOfAtom(LOWORD(atoms)), application_) ||
+      !EqualsIgnoringCase(NameOfAtom(HIWORD(atoms)), topic_))
     return;
   // The server has made these two for its answer; the client deletes them.
   const UniqueAtom application{LOWORD(atoms)};
@@ -259,7 +260,7 @@ void Win32DdeTransport::OnData(LPARAM lParam) {
   auto value = ReadValue(reinterpret_cast<HGLOBAL>(memory));
   // A server with several clients may post all of them the same atom. The first client deletes it, and the next finds
   // that it has no name any more. The value is good all the same.
-  const std::string named = NameOf(static_cast<ATOM>(item));
+  const std::string named = NameOfAtom(static_cast<ATOM>(item));
   const bool accepted = value && value->IsText() && (named.empty() || EqualsIgnoringCase(named, item_));
   const bool answer = value && value->WantsAnswer();
   // With fRelease the memory is the receiver's to free, unless the receiver declines the value.
