@@ -44,6 +44,7 @@ class modAPI_INI {
                                    std::int32_t defaultValue) const;
 
  private:
+  /// The number as the platform reads it, without bounds.
   [[nodiscard]] std::int32_t ReadInt(const std::string& section, const std::string& key, std::int32_t defaultValue,
                                      const std::string& fileName) const;
 

@@ -48,13 +48,16 @@ class modDeclareAll {
   bool LoadSpecs();
 
  private:
+  /// Data root and folder of the phone books, from the paths file where there is one.
   void ReadPaths(const std::string& pathsFile);
+  /// A text is the root itself; 0 is ZeroDataRoot, any other number the suite's common data folder.
   [[nodiscard]] std::string ReadDataRoot(const std::string& pathsFile) const;
   /// The data root for the setting 0: the program's own folder, where programs may write there.
   [[nodiscard]] std::string ZeroDataRoot() const;
   void ReadDebug(const std::string& file);
   void ReadLogMode(const std::string& file);
   void ReadCapi(const std::string& file);
+  /// A mask whose bits are switches of their own, `keyPrefix` and the bit's number being the key.
   [[nodiscard]] std::uint32_t ReadMask(const std::string& keyPrefix, unsigned bits, const std::string& file) const;
   [[nodiscard]] bool IsNumber(const std::string& text) const;
   /// Tells the user of the exception in flight; for a catch block only. The name is part of the message.

@@ -10,7 +10,8 @@
 
 namespace fonklav {
 
-/// A text of the program: its key in the language files, and the German that is built in.
+/// A text of the program: its key in the language files, and the German that is built in. Both are UTF-8; an "&" marks
+/// the access key where the text is a caption.
 struct TextKey {
   std::string_view key;
   std::string_view german;
@@ -41,6 +42,7 @@ class modLanguage {
   }
 
  private:
+  /// A text as translators see it; one that is missing is logged, each time that it is asked for.
   [[nodiscard]] std::string Marked(const std::string& value, const std::string& key,
                                    const std::string& defaultText) const;
   void LogMissing(const std::string& key, const std::string& defaultText) const;

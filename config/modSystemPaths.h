@@ -15,7 +15,7 @@ class modSystemPaths {
   modSystemPaths(Diagnostics& diagnostics, const ShellFolders& folders, const CodePage& codePage)
       : diagnostics_(diagnostics), folders_(folders), codePage_(codePage) {}
 
-  /// The path of a special folder, empty when the shell does not know it.
+  /// The full path of a special folder by its CSIDL number, UTF-8; empty when the shell does not know it.
   [[nodiscard]] std::string GetSpecialFolder(std::int32_t number) const;
 
  private:
