@@ -10,9 +10,12 @@ namespace fonklav::suite {
 
 namespace {
 
-/// The library's callback gets no context, and one variable for all would not do either: so a hidden window that is
-/// named after this very thread carries the server's address.
-std::string AnchorName() { return "suite link of thread " + std::to_string(GetCurrentThreadId()); }
+/// The library hands its callback neither a context nor a window of ours, but calls it on the thread that has
+/// initialised the library: so each thread knows its server.
+DdeServer*& ServerOfThread() {
+  thread_local DdeServer* server = nullptr;
+  return server;
+}
 
 HDDEDATA Flag(bool value) { return reinterpret_cast<HDDEDATA>(static_cast<ULONG_PTR>(value ? 1 : 0)); }
 
@@ -22,10 +25,9 @@ static_assert(static_cast<WORD>(Server::Answer::Accept) == DDE_FACK);
 static_assert(static_cast<WORD>(Server::Answer::Busy) == DDE_FBUSY);
 
 DdeServer::DdeServer(Listener listener) : Server(std::move(listener)) {
-  anchor_ = CreateWindowA("STATIC", AnchorName().c_str(), 0, 0, 0, 0, 0, nullptr, nullptr, nullptr, nullptr);
-  SetWindowLongPtrA(anchor_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+  ServerOfThread() = this;
   if (DdeInitializeA(&instance_, &DdeServer::Callback, APPCLASS_STANDARD, 0) != DMLERR_NO_ERROR) {
-    DestroyWindow(anchor_);
+    ServerOfThread() = nullptr;
     throw std::runtime_error("the DDE library does not start");
   }
   service_ = DdeCreateStringHandleA(instance_, kService, CP_WINANSI);
@@ -37,7 +39,7 @@ DdeServer::DdeServer(Listener listener) : Server(std::move(listener)) {
 DdeServer::~DdeServer() {
   for (const HSZ name : {service_, topic_, item_}) DdeFreeStringHandle(instance_, name);
   DdeUninitialize(instance_);
-  DestroyWindow(anchor_);
+  ServerOfThread() = nullptr;
 }
 
 void DdeServer::Publish(std::string value) {
@@ -61,8 +63,7 @@ bool DdeServer::Terminate() {
 
 HDDEDATA CALLBACK DdeServer::Callback(UINT type, UINT format, HCONV conversation, HSZ first, HSZ second, HDDEDATA data,
                                       ULONG_PTR, ULONG_PTR) {
-  const HWND anchor = FindWindowA("STATIC", AnchorName().c_str());
-  auto* server = reinterpret_cast<DdeServer*>(GetWindowLongPtrA(anchor, GWLP_USERDATA));
+  auto* const server = ServerOfThread();
   return server == nullptr ? nullptr : server->Handle(type, format, conversation, first, second, data);
 }
 

@@ -31,7 +31,6 @@ class DdeServer final : public Server {
   [[nodiscard]] bool Is(HSZ name, HSZ wanted) const { return DdeCmpStringHandles(name, wanted) == 0; }
 
   std::string value_;
-  HWND anchor_{};  ///< carries the address of this object, as the library hands its callback none
   DWORD instance_{};
   HCONV conversation_{};
   HSZ service_{};

@@ -68,7 +68,9 @@ StandIn::Window StandIn::MakeWindow() {
   RegisterClassW(&windowClass);  // a second registration fails, and the first still holds
   Window window(
       CreateWindowExW(0, kWindowClass, L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, windowClass.hInstance, nullptr));
-  if (window) SetTimer(window.get(), 1, kTickMs, nullptr);
+  if (!window) return window;
+  SetWindowLongPtrW(window.get(), GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+  SetTimer(window.get(), 1, kTickMs, nullptr);
   return window;
 }
 
@@ -90,8 +92,9 @@ LONG StandIn::Shutdown(HLINEAPP app) {
 }
 
 LRESULT CALLBACK StandIn::WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
-  if (message != WM_TIMER) return DefWindowProcW(window, message, wParam, lParam);
-  Instance().OnTimer();
+  auto* const standIn = reinterpret_cast<StandIn*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+  if (standIn == nullptr || message != WM_TIMER) return DefWindowProcW(window, message, wParam, lParam);
+  standIn->OnTimer();
   return 0;
 }
 

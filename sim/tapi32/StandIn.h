@@ -41,7 +41,7 @@ class StandIn final : public LineSimulator {
   StandIn();
 
   static LRESULT CALLBACK WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept;
-  static Window MakeWindow();
+  Window MakeWindow();
 
   [[nodiscard]] Milliseconds Elapsed() const { return Milliseconds(GetTickCount64() - begin_); }
   void LoadScenario();
