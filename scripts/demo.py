@@ -8,30 +8,26 @@ import shutil
 import sys
 from pathlib import Path
 
-from dialer_session import Session
+from conversations import ANSWERED, CAPTION, DIALED, FAR_END_HUNG_UP, IDLE, SETTINGS, STARTED
+from dialer_session import Session, wait_until
 from wine_env import WineEnv
 
 ROOT = Path(__file__).resolve().parent.parent
 BUILD = ROOT / "build/win64"
 PICTURE = ROOT / "build/demo/window.png"
-CAPTION = "Rufmon -  TAPI Wählhilfe Einstellungen"
-
-EXPECTED = ["Init2LastOK|1", "line|ISDN-Line1", "cmd|quitt", "cmd|quitt", "anzlog|Anmeldung >> ISDN-Line1",
-            "btnHangUp|1", "anzlog|Vorbereitung", "anzlog|Wählen", "anzlog|Klingeln", "btnHangUp|1",
-            "anzlog|Verbunden", "cmd|autohide", "btnHangUp|0", "anzlog|Getrennt", "cmd|autohide",
-            "anzlog|Call Dropped", "btnCall|1|Idle", "btnHangUp|0", "anzlog|Leerlauf", "cmd|autohide"]
+EXPECTED = [*STARTED, "cmd|quitt", *DIALED, *ANSWERED, *FAR_END_HUNG_UP, *IDLE]
 
 
 def show(line):
     """Prints what is said, not what the script looks at."""
     if line.who != "screen":
-        print(f"{line.milliseconds:7} ms  {line.who:16}  {line.text}", flush=True)
+        print(line, flush=True)
 
 
 def run(env):
     """The demo's script; the reports that the main program got."""
     with Session(env, BUILD, ROOT / "build/demo/session", ROOT / "sim/scenarios/answered.txt", hear=show) as session:
-        session.start("[TAPIDial]\nTAPILine=ISDN-Line1\n")
+        session.start(SETTINGS)
         session.wait("line|")
         session.send("settings")
         session.press(session.window(CAPTION), "Test")
@@ -39,7 +35,7 @@ def run(env):
         session.send("cmd|call|0301234567")
         session.wait("anzlog|Verbunden")
         session.wait("cmd|autohide")
-        session.picture(session.window(CAPTION)[0], PICTURE)
+        session.picture(PICTURE, session.window(CAPTION)[0])
         session.wait("anzlog|Leerlauf")
         session.wait("cmd|autohide")
         session.do("terminate")
@@ -60,19 +56,18 @@ def take_screens(env, name, code):
     with Session(env, BUILD, ROOT / "build/demo/session", ROOT / "sim/scenarios/two-lines.txt") as session:
         def picture(what):
             path = ROOT / f"build/demo/{what}-{name}.png"
-            session.picture(session.window(caption)[0], path)
+            session.picture(path, session.window(caption)[0])
             print(path.relative_to(ROOT), flush=True)
 
         session.write("data/Rufmon.ini", f"[General]\nLanguage={code}\n")
         shutil.copy(ROOT / f"lang/language_{code}.ini", session.folder / "base")
-        session.start("[TAPIDial]\nTAPILine=ISDN-Line1\n", "/sett")
+        session.start(SETTINGS, "/sett")
         session.wait("line|")
         picture("collapsed")
         session.press(session.window(caption), texts["TAPIConfig_Button_DeviceInfo"])
         session.wait_for_control(texts["TAPIConfig_Frame_DeviceInfo"])
-        tick_list = next(item for item in session.window(caption) if item.window_class == "SysListView32")
-        session.click(tick_list.left + tick_list.width // 3, tick_list.top + tick_list.height // 12)
-        session.do("sleep 200")
+        session.click(*session.place("entry 0"))
+        wait_until("the report on the line", lambda: any("TAPI LINE NAME: " in item.text for item in session.windows()))
         picture("device-info")
         session.press(session.window(caption), texts["TAPIConfig_Button_Test"])
         session.wait_for_control(texts["TAPI_Button_HangUp"])

@@ -1,5 +1,6 @@
 """The unmodified dialer in a conversation with the suite stand-in, under Wine: for the demo and the end-to-end tests."""
 import os
+import re
 import shutil
 import signal
 import subprocess
@@ -9,6 +10,7 @@ from dataclasses import dataclass
 from pathlib import Path
 
 CODE_PAGE = "cp1252"
+DIALER = "dialer -> suite"
 
 
 @dataclass
@@ -17,6 +19,9 @@ class Line:
     milliseconds: int
     who: str
     text: str
+
+    def __str__(self):
+        return f"{self.milliseconds:7} ms  {self.who:16}  {self.text}"
 
 
 @dataclass
@@ -37,7 +42,7 @@ class Item:
     def parse(cls, text):
         kind, name, left, top, width, height, enabled, focus, ticks, rest = text.split("|", 9)
         return cls(kind, name, int(left), int(top), int(width), int(height), enabled == "enabled", focus == "focus",
-                   ticks.strip(), rest.replace("\\n", "\n"))
+                   ticks.strip(), rest.replace("\r\n", "\n"))
 
     @property
     def caption(self):
@@ -108,31 +113,52 @@ class Session:
 
     # What is heard of the dialer.
 
-    def wait(self, prefix, seconds=10, who="dialer -> suite"):
+    def wait(self, prefix, seconds=10, who=DIALER):
         """Waits for the next line of this speaker that begins so, and returns it; later waits look behind it."""
-        end = time.monotonic() + seconds
+
+        def found():
+            while self._heard < len(self.lines):
+                line = self.lines[self._heard]
+                self._heard += 1
+                if line.who == who and line.text.startswith(prefix):
+                    return line
+            return None
+
         with self._arrived:
-            while True:
-                while self._heard < len(self.lines):
-                    line = self.lines[self._heard]
-                    self._heard += 1
-                    if line.who == who and line.text.startswith(prefix):
-                        return line
-                if not self._arrived.wait(max(0.0, end - time.monotonic())) and time.monotonic() >= end:
-                    raise AssertionError(f"nothing from {who} began with {prefix!r} within {seconds} s:\n{self}")
+            line = self._arrived.wait_for(found, seconds)
+        assert line, f"nothing from {who} began with {prefix!r} within {seconds} s"
+        return line
 
     def reports(self):
         """Everything that the dialer has reported so far."""
         with self._arrived:
-            return [line.text for line in self.lines if line.who == "dialer -> suite"]
+            return [line.text for line in self.lines if line.who == DIALER]
+
+    def wait_for_reports(self, count, seconds=10):
+        """Waits until that many reports have come; whether they have."""
+        with self._arrived:
+            return self._arrived.wait_for(lambda: len(self.reports()) >= count, seconds)
+
+    def settle(self, seconds=10):
+        """Waits until the dialer has dealt with all that was said before. It answers in order: what it has not said by
+        then it does not say. Neither the question nor its answer counts as part of the conversation."""
+        with self._arrived:
+            begin = len(self.lines)
+        self.send("debug|0")
+
+        def answer():
+            said = (line for line in self.lines[begin:] if line.who == DIALER and line.text == "cmd|quitt")
+            return next(said, None)
+
+        with self._arrived:
+            line = self._arrived.wait_for(answer, seconds)
+            assert line, f"the dialer has not answered within {seconds} s"
+            line.who = "settled"
 
     def wait_for_end(self, seconds=2):
         """Waits until no process of the dialer is left; the seconds that it took."""
         begin = time.monotonic()
-        while self.dialers():
-            if time.monotonic() - begin > seconds:
-                raise AssertionError(f"the dialer still runs after {seconds} s:\n{self}")
-            time.sleep(0.02)
+        wait_until("the dialer has ended", lambda: not self.dialers(), seconds)
         return time.monotonic() - begin
 
     def dialers(self):
@@ -143,33 +169,36 @@ class Session:
 
     def windows(self):
         """All that the dialer shows: each window, followed by its visible controls."""
-        self.do("windows")
+        return [Item.parse(text) for text in self._look("windows")]
+
+    def place(self, name):
+        """Where a person aims at in the dialer's window: "close", "box 1" and so on, as the stand-in names them."""
+        places = {key: (int(x), int(y)) for key, x, y in (text.split("|") for text in self._look("places"))}
+        assert name in places, f"no {name!r} to aim at: {places}"
+        return places[name]
+
+    def _look(self, command):
         with self._arrived:
-            first = self._heard
+            first = len(self.lines)
+        self.do(command)
         self.wait("end", who="screen")
         with self._arrived:
-            return [Item.parse(line.text) for line in self.lines[first:self._heard - 1] if line.who == "screen"]
+            return [line.text for line in self.lines[first:self._heard - 1] if line.who == "screen"]
 
     def window(self, caption, seconds=10):
         """Waits for a window with this caption and returns it with its controls."""
-        end = time.monotonic() + seconds
-        while True:
+
+        def now():
             shown = self.windows()
-            for index, item in enumerate(shown):
-                if item.kind == "window" and item.caption == caption:
-                    following = (i for i in range(index + 1, len(shown)) if shown[i].kind == "window")
-                    return shown[index:next(following, len(shown))]
-            if time.monotonic() > end:
-                raise AssertionError(f"no window {caption!r} within {seconds} s: {shown}")
-            time.sleep(0.05)
+            starts = [index for index, item in enumerate(shown) if item.kind == "window"] + [len(shown)]
+            parts = [shown[start:end] for start, end in zip(starts, starts[1:])]
+            return next((part for part in parts if part[0].caption == caption), None)
+
+        return wait_until(f"window {caption!r}", now, seconds)
 
     def wait_for_control(self, caption, seconds=5):
         """Waits until the dialer shows a control with this caption."""
-        end = time.monotonic() + seconds
-        while not any(item.caption == caption for item in self.windows()):
-            if time.monotonic() > end:
-                raise AssertionError(f"no control {caption!r} within {seconds} s: {self.windows()}")
-            time.sleep(0.05)
+        wait_until(f"control {caption!r}", lambda: any(item.caption == caption for item in self.windows()), seconds)
 
     def press(self, items, caption):
         """Clicks the button of this caption with the mouse."""
@@ -189,11 +218,11 @@ class Session:
         subprocess.run(["wine", "wineboot", "--end-session"], env=self._environ, check=False, timeout=30,
                        stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
 
-    def picture(self, item, path):
-        """Saves what the screen shows where this window is."""
-        area = f"{item.width}x{item.height}+{item.left}+{item.top}"
+    def picture(self, path, item=None):
+        """Saves what the screen shows where this window is, or all of it."""
+        crop = ["-crop", f"{item.width}x{item.height}+{item.left}+{item.top}", "+repage"] if item else []
         Path(path).parent.mkdir(parents=True, exist_ok=True)
-        subprocess.run(["import", "-window", "root", "-crop", area, "+repage", str(path)], env=self._environ, check=True)
+        subprocess.run(["import", "-window", "root", *crop, str(path)], env=self._environ, check=True)
 
     # Files of the session.
 
@@ -208,13 +237,14 @@ class Session:
 
     def __str__(self):
         with self._arrived:
-            return "\n".join(f"{line.milliseconds:7} ms  {line.who:16}  {line.text}" for line in self.lines)
+            return "\n".join(str(line) for line in self.lines if line.who != "screen")
 
     def _read(self):
         # Columns: 7 digits and " ms  ", the speaker in 16, two blanks, the text.
         for raw in self.suite.stdout:
             text = raw.decode(CODE_PAGE, "replace").rstrip("\n")
-            line = Line(int(text[:7]), text[12:28].strip(), text[30:])
+            line = Line(int(text[:7]), text[12:28].strip(),
+                        re.sub(r"\\x([0-9a-f]{2})", lambda code: chr(int(code[1], 16)), text[30:]))
             with self._arrived:
                 self.lines.append(line)
                 self._arrived.notify_all()
@@ -227,6 +257,15 @@ class Session:
                     in Path(f"/proc/{pid}/environ").read_bytes())
         except OSError:
             return False  # ended meanwhile, or not ours to look at
+
+
+def wait_until(what, met, seconds=5):
+    """Looks again and again until met() gives something that is true, and returns that."""
+    end = time.monotonic() + seconds
+    while not (found := met()):
+        assert time.monotonic() < end, f"not within {seconds} s: {what}"
+        time.sleep(0.02)
+    return found
 
 
 def process_ids():

@@ -10,15 +10,6 @@ namespace fonklav::suite {
 namespace {
 
 constexpr const char* kClassName = "suite on DDE messages";
-constexpr const char* kBystanderClass = "suite bystander";
-
-HWND MakeWindow(const char* className, WNDPROC procedure) {
-  WNDCLASSA windowClass{};
-  windowClass.lpfnWndProc = procedure;
-  windowClass.lpszClassName = className;
-  RegisterClassA(&windowClass);  // a second registration fails, and the first still holds
-  return CreateWindowA(className, "", WS_POPUP, 0, 0, 0, 0, nullptr, nullptr, nullptr, nullptr);
-}
 
 bool Names(ATOM atom, const char* name) {
   char text[256]{};
@@ -26,45 +17,25 @@ bool Names(ATOM atom, const char* name) {
   return lstrcmpiA(text, name) == 0;
 }
 
-/// A window that has nothing to do with the link and takes its time for whatever it is asked.
-LRESULT CALLBACK BystanderProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-  if (message == WM_DDE_INITIATE) Sleep(static_cast<DWORD>(GetWindowLongPtrA(window, GWLP_USERDATA)));
-  return DefWindowProcA(window, message, wParam, lParam);
-}
-
-void StandBy(const std::stop_token& stop, unsigned milliseconds) {
-  const HWND window = MakeWindow(kBystanderClass, &BystanderProc);
-  SetWindowLongPtrA(window, GWLP_USERDATA, static_cast<LONG_PTR>(milliseconds));
-  while (!stop.stop_requested()) {
-    MsgWaitForMultipleObjects(0, nullptr, FALSE, 20, QS_ALLINPUT);
-    for (MSG message; PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE) != FALSE;) DispatchMessageA(&message);
-  }
-  DestroyWindow(window);
-}
-
 }  // namespace
 
-MessageServer::MessageServer(Listener listener) : Server(std::move(listener)) {
-  window_ = MakeWindow(kClassName, &WindowProc);
-  SetWindowLongPtrA(window_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+HWND MessageServer::MakeWindow(const char* className, WNDPROC procedure) {
+  WNDCLASSA windowClass{};
+  windowClass.lpfnWndProc = procedure;
+  windowClass.lpszClassName = className;
+  RegisterClassA(&windowClass);  // a second registration fails, and the first still holds
+  return CreateWindowA(className, "", WS_POPUP, 0, 0, 0, 0, nullptr, nullptr, nullptr, nullptr);
+}
+
+MessageServer::MessageServer(Listener listener)
+    : Server(std::move(listener)),
+      window_(MakeWindow(kClassName, &WindowProc)),
+      stranger_(MakeWindow(kClassName, &WindowProc)) {
+  for (const HWND each : {window_, stranger_}) SetWindowLongPtrA(each, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
 }
 
 MessageServer::~MessageServer() {
-  SetWindowLongPtrA(window_, GWLP_USERDATA, 0);
-  DestroyWindow(window_);
-}
-
-bool MessageServer::Misbehave(std::string_view how, unsigned amount) {
-  if (how == "busy-at-link") {
-    busyAtLink_ = amount;
-  } else if (how == "busy-at-advise") {
-    busyAtAdvise_ = amount;
-  } else if (how == "bystander") {
-    bystanders_.emplace_back(&StandBy, amount);
-  } else {
-    return false;
-  }
-  return true;
+  for (const HWND each : {window_, stranger_}) DestroyWindow(each);
 }
 
 LRESULT CALLBACK MessageServer::WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
@@ -73,11 +44,16 @@ LRESULT CALLBACK MessageServer::WindowProc(HWND window, UINT message, WPARAM wPa
     return DefWindowProcA(window, message, wParam, lParam);
   }
   const HWND client = reinterpret_cast<HWND>(wParam);
+  if (window == server->stranger_) {
+    if (message == WM_DDE_TERMINATE) server->listener_.linkEvent("the other server is told the end");
+    return 0;
+  }
   if (message == WM_DDE_INITIATE) server->OnInitiate(client, lParam);
   if (message == WM_DDE_TERMINATE) server->OnTerminate(client);
   if (client != server->client_) return 0;
   if (message == WM_DDE_ADVISE) server->OnAdvise(lParam);
   if (message == WM_DDE_EXECUTE) server->OnExecute(lParam);
+  if (message == WM_DDE_ACK) server->OnAck(lParam);
   return 0;
 }
 
@@ -89,14 +65,22 @@ void MessageServer::OnInitiate(HWND client, LPARAM atoms) {
   }
   client_ = client;
   listener_.linkEvent("conversation open");
-  SendMessageA(client, WM_DDE_ACK, reinterpret_cast<WPARAM>(window_),
-               MAKELPARAM(GlobalAddAtomA(kService), GlobalAddAtomA(kTopic)));
+  for (const HWND each : {window_, stranger_}) {
+    if (each == stranger_ && secondAnswer_ == 0) continue;
+    SendMessageA(client, WM_DDE_ACK, reinterpret_cast<WPARAM>(each),
+                 MAKELPARAM(GlobalAddAtomA(kService), GlobalAddAtomA(kTopic)));
+  }
 }
 
 void MessageServer::OnAdvise(LPARAM lParam) {
   UINT_PTR options = 0;
   UINT_PTR item = 0;
   UnpackDDElParam(WM_DDE_ADVISE, lParam, &options, &item);
+  FreeDDElParam(WM_DDE_ADVISE, lParam);
+  if (endAtAdvise_ != 0) {
+    Terminate();
+    return;
+  }
   Answer answer = acceptAdvise_ ? Answer::Accept : Answer::Refuse;
   if (busyAtAdvise_ != 0) {
     --busyAtAdvise_;
@@ -106,8 +90,8 @@ void MessageServer::OnAdvise(LPARAM lParam) {
   listener_.linkEvent(linked_                  ? "link to the item established"
                       : answer == Answer::Busy ? "is asked for the item, and busy"
                                                : "link to the item refused");
-  if (linked_) GlobalFree(reinterpret_cast<HGLOBAL>(options));
-  Post(WM_DDE_ACK, ReuseDDElParam(lParam, WM_DDE_ADVISE, WM_DDE_ACK, static_cast<UINT_PTR>(answer), item));
+  if (linked_ && advise_.copies != 0) GlobalFree(reinterpret_cast<HGLOBAL>(options));
+  AnswerAs(advise_, answer, item);
 }
 
 void MessageServer::OnExecute(LPARAM lParam) {
@@ -117,8 +101,18 @@ void MessageServer::OnExecute(LPARAM lParam) {
   const HGLOBAL text = reinterpret_cast<HGLOBAL>(memory);
   std::string report(static_cast<const char*>(GlobalLock(text)), GlobalSize(text));
   GlobalUnlock(text);
-  Post(WM_DDE_ACK, ReuseDDElParam(lParam, WM_DDE_EXECUTE, WM_DDE_ACK, static_cast<UINT_PTR>(answer_), memory));
+  AnswerAs(execute_, answer_, memory);
   listener_.report(report.c_str());
+}
+
+void MessageServer::OnAck(LPARAM lParam) {
+  UINT_PTR status = 0;
+  UINT_PTR item = 0;
+  UnpackDDElParam(WM_DDE_ACK, lParam, &status, &item);
+  FreeDDElParam(WM_DDE_ACK, lParam);
+  GlobalDeleteAtom(static_cast<ATOM>(item));
+  listener_.linkEvent((status & static_cast<UINT_PTR>(Answer::Accept)) != 0 ? "the value was taken"
+                                                                            : "the value was refused");
 }
 
 void MessageServer::OnTerminate(HWND client) {
@@ -131,15 +125,27 @@ void MessageServer::OnTerminate(HWND client) {
 }
 
 void MessageServer::Publish(std::string value) {
-  if (!linked_) return;
-  const std::size_t size = offsetof(DDEDATA, Value) + value.size() + 1;
+  if (linked_) PostValue({std::string(value.c_str(), value.size() + 1)}, window_);
+}
+
+void MessageServer::AnswerAs(const Habit& habit, Answer answer, UINT_PTR what) const {
+  Sleep(habit.delay);
+  for (unsigned copy = 0; copy < habit.copies; ++copy) {
+    Post(WM_DDE_ACK, PackDDElParam(WM_DDE_ACK, static_cast<UINT_PTR>(answer), what));
+  }
+}
+
+void MessageServer::PostValue(const Value& value, HWND sender) const {
+  const std::size_t size = offsetof(DDEDATA, Value) + value.bytes.size();
   const HGLOBAL memory = GlobalAlloc(GMEM_MOVEABLE | GMEM_DDESHARE | GMEM_ZEROINIT, size);
   auto* const data = static_cast<DDEDATA*>(GlobalLock(memory));
   data->fRelease = 1;
-  data->cfFormat = CF_TEXT;
-  std::memcpy(data->Value, value.c_str(), value.size() + 1);
+  data->fAckReq = value.asking ? 1 : 0;
+  data->cfFormat = static_cast<short>(value.format);
+  std::memcpy(data->Value, value.bytes.data(), value.bytes.size());
   GlobalUnlock(memory);
-  Post(WM_DDE_DATA, PackDDElParam(WM_DDE_DATA, reinterpret_cast<UINT_PTR>(memory), GlobalAddAtomA(kItem)));
+  PostMessageA(client_, WM_DDE_DATA, reinterpret_cast<WPARAM>(sender),
+               PackDDElParam(WM_DDE_DATA, reinterpret_cast<UINT_PTR>(memory), GlobalAddAtomA(value.item)));
 }
 
 bool MessageServer::Terminate() {

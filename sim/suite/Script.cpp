@@ -1,5 +1,6 @@
 #include "sim/suite/Script.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <utility>
@@ -17,20 +18,22 @@ constexpr std::string_view kScreen = "screen";
 constexpr std::string_view kSuiteToDialer = "suite  -> dialer";
 constexpr std::string_view kDialerToSuite = "dialer -> suite ";
 constexpr std::size_t kLongCommand = 200;
+constexpr UINT kPingLimitMs = 5000;
 
 std::chrono::milliseconds Milliseconds(const std::string& text) {
   return std::chrono::milliseconds(std::strtol(text.c_str(), nullptr, 10));
 }
 
-/// The dialog that a process shows; null when it shows none.
-HWND ShownDialogOf(DWORD processId) {
-  HWND dialog = nullptr;
-  while ((dialog = FindWindowExA(nullptr, dialog, "#32770", nullptr)) != nullptr) {
-    DWORD owner = 0;
-    GetWindowThreadProcessId(dialog, &owner);
-    if (owner == processId && IsWindowVisible(dialog) != FALSE) return dialog;
+/// The text with control characters and backslashes written as \xNN, so that it stays one line whatever a program says.
+std::string OneLine(std::string_view text) {
+  constexpr std::string_view digits = "0123456789abcdef";
+  std::string line;
+  for (const char byte : text) {
+    const auto code = static_cast<unsigned char>(byte);
+    const bool plain = code >= 0x20 && code != 0x7F && byte != '\\';
+    line += plain ? std::string{byte} : std::string{'\\', 'x', digits[code >> 4U], digits[code & 0xFU]};
   }
-  return nullptr;
+  return line;
 }
 
 }  // namespace
@@ -50,6 +53,7 @@ const std::vector<Script::Entry>& Script::Commands() {
                                            {"send", &Script::Send},
                                            {"set", &Script::Set},
                                            {"wait", &Script::Wait},
+                                           {"ping", &Script::Ping},
                                            {"sleep", &Script::Sleep},
                                            {"hang", &Script::Hang},
                                            {"expect-exit", &Script::ExpectExit},
@@ -57,6 +61,7 @@ const std::vector<Script::Entry>& Script::Commands() {
                                            {"refuse-advise", &Script::RefuseAdvise},
                                            {"terminate", &Script::Terminate},
                                            {"windows", &Script::Windows},
+                                           {"places", &Script::Places},
                                            {"offline", &Script::Offline},
                                            {"misbehave", &Script::Misbehave},
                                            {"hold", &Script::Hold},
@@ -115,8 +120,25 @@ void Script::Set(const std::string& value) {
 }
 
 void Script::Wait(const std::string& millisecondsAndPrefix) {
+  WaitFor(millisecondsAndPrefix, [] {});
+}
+
+void Script::Ping(const std::string& millisecondsAndPrefix) {
+  const HWND window = DialogOf(dialer_.Id(), false);
+  std::chrono::steady_clock::duration longest{};
+  WaitFor(millisecondsAndPrefix, [&] {
+    const auto asked = std::chrono::steady_clock::now();
+    if (SendMessageTimeoutA(window, WM_NULL, 0, 0, SMTO_NORMAL, kPingLimitMs, nullptr) == 0) Fail("the window hangs");
+    longest = std::max(longest, std::chrono::steady_clock::now() - asked);
+  });
+  const auto milliseconds = std::chrono::ceil<std::chrono::milliseconds>(longest).count();
+  Print(kSuite, "the window has answered within ms: " + std::to_string(milliseconds));
+}
+
+void Script::WaitFor(const std::string& millisecondsAndPrefix, const std::function<void()>& meanwhile) {
   const std::string prefix = millisecondsAndPrefix.substr(millisecondsAndPrefix.find(' ') + 1);
-  const auto arrived = [this, &prefix] {
+  const auto arrived = [&] {
+    meanwhile();
     while (waitedFor_ < reports_.size()) {
       if (reports_[waitedFor_++].starts_with(prefix)) return true;
     }
@@ -155,13 +177,17 @@ void Script::Windows(const std::string&) {
   Print(kScreen, "end");
 }
 
+void Script::Places(const std::string&) {
+  for (const std::string& line : PlaceList(DialogOf(dialer_.Id(), true))) Print(kScreen, line);
+  Print(kScreen, "end");
+}
+
 void Script::Offline(const std::string&) { server_->Withdraw(); }
 
-void Script::Misbehave(const std::string& howAndAmount) {
-  const std::size_t blank = howAndAmount.find(' ');
-  const std::string amount = blank == std::string::npos ? "0" : howAndAmount.substr(blank + 1);
-  const auto number = static_cast<unsigned>(std::strtoul(amount.c_str(), nullptr, 10));
-  if (!server_->Misbehave(howAndAmount.substr(0, blank), number)) Fail("cannot misbehave so: " + howAndAmount);
+void Script::Misbehave(const std::string& howAndDetail) {
+  const std::size_t blank = howAndDetail.find(' ');
+  const std::string detail = blank == std::string::npos ? "" : howAndDetail.substr(blank + 1);
+  if (!server_->Misbehave(howAndDetail.substr(0, blank), detail)) Fail("cannot misbehave so: " + howAndDetail);
 }
 
 void Script::Hold(const std::string& path) {
@@ -201,7 +227,7 @@ void Script::Cover(const std::string&) {
 void Script::Tell(const std::string& messageAndParameter) {
   const auto message = static_cast<UINT>(std::strtoul(messageAndParameter.c_str(), nullptr, 0));
   const std::string parameter = messageAndParameter.substr(messageAndParameter.find(' ') + 1);
-  const HWND window = ShownDialogOf(dialer_.Id());
+  const HWND window = DialogOf(dialer_.Id(), true);
   if (window == nullptr) return Fail("the dialer shows no window");
   SendMessageA(window, message, static_cast<WPARAM>(std::strtoul(parameter.c_str(), nullptr, 0)), 0);
 }
@@ -229,8 +255,8 @@ void Script::Fail(const std::string& why) {
 
 void Script::Print(std::string_view who, std::string_view text) const {
   const auto now = std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - begin_);
-  std::printf("%7lld ms  %-16.*s  %.*s\n", static_cast<long long>(now.count()), static_cast<int>(who.size()),
-              who.data(), static_cast<int>(text.size()), text.data());
+  std::printf("%7lld ms  %-16.*s  %s\n", static_cast<long long>(now.count()), static_cast<int>(who.size()), who.data(),
+              OneLine(text).c_str());
   std::fflush(stdout);
 }
 

@@ -51,6 +51,7 @@ class Script {
   void Send(const std::string& value);
   void Set(const std::string& value);
   void Wait(const std::string& millisecondsAndPrefix);
+  void Ping(const std::string& millisecondsAndPrefix);
   void Sleep(const std::string& milliseconds);
   void Hang(const std::string& milliseconds);
   void ExpectExit(const std::string& milliseconds);
@@ -58,8 +59,9 @@ class Script {
   void RefuseAdvise(const std::string&);
   void Terminate(const std::string&);
   void Windows(const std::string&);
+  void Places(const std::string&);
   void Offline(const std::string&);
-  void Misbehave(const std::string& howAndAmount);
+  void Misbehave(const std::string& howAndDetail);
   void Hold(const std::string& path);
   void Release(const std::string&);
   void Append(const std::string& pathAndText);
@@ -68,11 +70,14 @@ class Script {
   void Cover(const std::string&);
   void Tell(const std::string& messageAndParameter);
 
+  /// Pumps until a report begins so or the time is over, and does something else with every look at the reports.
+  void WaitFor(const std::string& millisecondsAndPrefix, const std::function<void()>& meanwhile);
   void OnReport(const std::string& bytes);
   /// Pumps until `met` or the time is over; says whether it was met.
   bool PumpUntil(std::chrono::milliseconds limit, const std::function<bool()>& met);
   void Fail(const std::string& why);
-  /// One line of output, at once: milliseconds since the start, who speaks, the text as the bytes that it is.
+  /// One line of output, at once: milliseconds since the start, who speaks, the text with its control
+  /// characters and backslashes written as \xNN.
   void Print(std::string_view who, std::string_view text) const;
 
   std::chrono::steady_clock::time_point begin_ = std::chrono::steady_clock::now();

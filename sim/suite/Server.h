@@ -36,7 +36,7 @@ class Server {
   /// Answers no further connection, as if the main program did not run.
   virtual void Withdraw() = 0;
   /// Does something that no good server does; false for what it does not know.
-  virtual bool Misbehave(std::string_view /*how*/, unsigned /*amount*/) { return false; }
+  virtual bool Misbehave(std::string_view /*how*/, const std::string& /*detail*/) { return false; }
 
   void AcceptAdvise(bool accept) { acceptAdvise_ = accept; }
   void AnswerWith(Answer answer) { answer_ = answer; }

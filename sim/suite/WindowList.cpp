@@ -2,6 +2,11 @@
 
 #include <commctrl.h>
 
+#include <algorithm>
+#include <optional>
+
+#include "sim/suite/HeldFile.h"
+
 namespace fonklav::suite {
 
 namespace {
@@ -24,7 +29,6 @@ std::string TextOf(HWND window) {
   SendMessageTimeoutA(window, WM_GETTEXT, text.size(), reinterpret_cast<LPARAM>(text.data()), SMTO_ABORTIFHUNG, 1000,
                       &length);
   text.resize(length);
-  for (std::size_t at = 0; (at = text.find("\r\n", at)) != std::string::npos;) text.replace(at, 2, "\\n");
   return text;
 }
 
@@ -74,12 +78,112 @@ BOOL CALLBACK AddWindow(HWND window, LPARAM data) {
   return TRUE;
 }
 
+/// The middle of the part of the frame that the window says to have somewhere on a straight way; empty when it is not
+/// on the way.
+std::optional<POINT> PartOnTheWay(HWND window, LRESULT part, POINT from, POINT step) {
+  RECT area{};
+  GetWindowRect(window, &area);
+  const auto run = [&](bool inPart) {
+    for (; PtInRect(&area, from) != FALSE; from.x += step.x, from.y += step.y) {
+      if ((SendMessageA(window, WM_NCHITTEST, 0, MAKELPARAM(from.x, from.y)) == part) != inPart) break;
+    }
+    return from;
+  };
+  const POINT begin = run(false);
+  const POINT end = run(true);
+  if (begin.x == end.x && begin.y == end.y) return std::nullopt;
+  return POINT{(begin.x + end.x) / 2, (begin.y + end.y) / 2};
+}
+
+/// Room for a rectangle in the process of a list, which takes no other for a question about an entry.
+class EntryArea {
+ public:
+  explicit EntryArea(HWND list) : list_(list) {
+    DWORD id = 0;
+    GetWindowThreadProcessId(list, &id);
+    process_.reset(OpenProcess(PROCESS_VM_OPERATION | PROCESS_VM_READ | PROCESS_VM_WRITE, FALSE, id));
+    rect_ = VirtualAllocEx(process_.get(), nullptr, sizeof(RECT), MEM_COMMIT | MEM_RESERVE, PAGE_READWRITE);
+  }
+  EntryArea(const EntryArea&) = delete;
+  EntryArea& operator=(const EntryArea&) = delete;
+  ~EntryArea() { VirtualFreeEx(process_.get(), rect_, 0, MEM_RELEASE); }
+
+  /// A part (LVIR_…) of an entry, in pixels of the screen.
+  [[nodiscard]] RECT Of(WPARAM entry, LONG part) const {
+    RECT area{part, 0, 0, 0};
+    WriteProcessMemory(process_.get(), rect_, &area, sizeof area, nullptr);
+    SendMessageA(list_, LVM_GETITEMRECT, entry, reinterpret_cast<LPARAM>(rect_));
+    ReadProcessMemory(process_.get(), rect_, &area, sizeof area, nullptr);
+    MapWindowPoints(list_, nullptr, reinterpret_cast<POINT*>(&area), 2);
+    return area;
+  }
+
+ private:
+  HWND list_;
+  HeldFile process_;
+  void* rect_;
+};
+
+std::string Place(const std::string& name, LONG x, LONG y) {
+  return name + '|' + std::to_string(x) + '|' + std::to_string(y);
+}
+
+void AddEntries(HWND list, std::vector<std::string>& lines) {
+  const EntryArea area(list);
+  const auto first = static_cast<WPARAM>(SendMessageA(list, LVM_GETTOPINDEX, 0, 0));
+  const auto inSight = static_cast<WPARAM>(SendMessageA(list, LVM_GETCOUNTPERPAGE, 0, 0));
+  const auto count = static_cast<WPARAM>(SendMessageA(list, LVM_GETITEMCOUNT, 0, 0));
+  RECT seen{};
+  GetClientRect(list, &seen);
+  MapWindowPoints(list, nullptr, reinterpret_cast<POINT*>(&seen), 2);
+  for (WPARAM entry = first; entry < std::min(count, first + inSight); ++entry) {
+    const RECT all = area.Of(entry, LVIR_BOUNDS);
+    RECT text = area.Of(entry, LVIR_LABEL);
+    text.right = std::min(text.right, seen.right);
+    const LONG middle = (all.top + all.bottom) / 2;
+    // The check box is what is left of the icon, and there are no icons.
+    lines.push_back(Place("box " + std::to_string(entry), (all.left + area.Of(entry, LVIR_ICON).left) / 2, middle));
+    lines.push_back(Place("entry " + std::to_string(entry), (text.left + text.right) / 2, middle));
+  }
+}
+
 }  // namespace
 
 std::vector<std::string> WindowList(DWORD processId) {
   std::vector<std::string> lines;
   Search search{processId, lines};
   EnumWindows(&AddWindow, reinterpret_cast<LPARAM>(&search));
+  return lines;
+}
+
+HWND DialogOf(DWORD processId, bool shown) {
+  HWND dialog = nullptr;
+  while ((dialog = FindWindowExA(nullptr, dialog, "#32770", nullptr)) != nullptr) {
+    DWORD owner = 0;
+    GetWindowThreadProcessId(dialog, &owner);
+    if (owner == processId && (!shown || IsWindowVisible(dialog) != FALSE)) return dialog;
+  }
+  return nullptr;
+}
+
+std::vector<std::string> PlaceList(HWND dialog) {
+  std::vector<std::string> lines;
+  RECT area{};
+  GetWindowRect(dialog, &area);
+  const LONG middle = (area.left + area.right) / 2;
+  const auto add = [&](const std::string& name, LRESULT part, POINT from, POINT step) {
+    const auto place = PartOnTheWay(dialog, part, from, step);
+    if (place) lines.push_back(Place(name, place->x, place->y));
+    return place.value_or(from);
+  };
+  const LONG right = area.right - 1;
+  const LONG bottom = area.bottom - 1;
+  const LONG title = add("caption", HTCAPTION, {middle, area.top}, {0, 1}).y;
+  add("minimize", HTMINBUTTON, {right, title}, {-1, 0});
+  add("close", HTCLOSE, {right, title}, {-1, 0});
+  add("lower edge", HTBOTTOM, {middle, bottom}, {0, -1});
+  add("corner", HTBOTTOMRIGHT, {right, bottom}, {-1, -1});
+  if (const HWND list = FindWindowExA(dialog, nullptr, "SysListView32", nullptr)) AddEntries(list, lines);
   return lines;
 }
 

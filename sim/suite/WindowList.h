@@ -10,7 +10,15 @@ namespace fonklav::suite {
 /// Describes what a process shows, so that a script can look at the dialer as a person does and knows where to click:
 /// one line for each visible window and, after it, for each visible control in it. Fields are separated by "|":
 /// "window" or "control", class, left, top, width, height in pixels of the screen, "enabled" or "disabled",
-/// "focus" or nothing, the ticked entries of a list, the text with its line ends written as "\n".
+/// "focus" or nothing, the ticked entries of a list, the text.
 [[nodiscard]] std::vector<std::string> WindowList(DWORD processId);
+
+/// A dialog of a process, `shown` or not; null when it has none.
+[[nodiscard]] HWND DialogOf(DWORD processId, bool shown);
+
+/// Where a person would aim at in a dialog, one line each: a name, x and y in pixels of the screen, separated by "|".
+/// "caption", "minimize", "close", "lower edge" and "corner" are what the window itself says of its frame; "box N" and
+/// "entry N" the check box and the text of each entry in sight of its list.
+[[nodiscard]] std::vector<std::string> PlaceList(HWND dialog);
 
 }  // namespace fonklav::suite

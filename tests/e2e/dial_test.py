@@ -2,28 +2,25 @@
 """Calls: the whole conversation of each, from the start of the dialer to the last report."""
 import re
 
-from stories import (ANSWERED, CALL_UP, DIALED, FAR_END_HUNG_UP, HANG_UP, IDLE, SETTINGS, STARTED, calls, case,
-                     converse, dialer, equal, run)
+from conversations import CALL, DIAL, DIALED, FAR_END_HUNG_UP, HANG_UP, IDLE, SETTINGS, STARTED, WHOLE_CALL
+from stories import CALL_UP, FAR_END_HANGS_UP, calls, case, converse, dialer, equal, run
 
-DIAL = ["> cmd|call|0301234567", *DIALED]
 REGISTERED = ["cmd|quitt", "anzlog|Anmeldung >> ISDN-Line1", "btnHangUp|1"]
 DIAL_AGAIN_REFUSED = [*REGISTERED, "log|Open line ERROR 0 Unknown Error", "anz|OpenLine Error >> Log",
                       "btnCall|1|cmdWahl_Click 1"]
 
 # name: what the line does, and the conversation after the start.
 CONVERSATIONS = {
-    "far-end-hangs-up": (CALL_UP + "call state disconnected detail=1 after=300",
-                         [*DIAL, *ANSWERED, *FAR_END_HUNG_UP, *IDLE]),
-    "main-program-hangs-up": (CALL_UP, [*DIAL, *ANSWERED, *HANG_UP, "btnCall|1|cmdHangUp_Click", "anzlog|Call Dropped",
+    "far-end-hangs-up": (CALL_UP + "call state disconnected detail=1 after=300", WHOLE_CALL),
+    "main-program-hangs-up": (CALL_UP, [*CALL, *HANG_UP, "btnCall|1|cmdHangUp_Click", "anzlog|Call Dropped",
                                         *IDLE]),
-    "the-next-call-opens-the-line-again": (CALL_UP + "call state disconnected after=200", [
-        *DIAL, *ANSWERED, *FAR_END_HUNG_UP, *IDLE, *DIAL, *ANSWERED, *FAR_END_HUNG_UP, *IDLE]),
+    "the-next-call-opens-the-line-again": (FAR_END_HANGS_UP, [*WHOLE_CALL, *WHOLE_CALL]),
     "busy": ("call reply after=20\ncall state dialing after=40\ncall state busy after=60\n"
              "call state disconnected detail=0x20 after=200",
              [*DIAL, "anzlog|Wählen", "anzlog|Klingeln", *FAR_END_HUNG_UP, *IDLE]),
     "idle-before-the-drop-is-answered": (
-        CALL_UP + "call state disconnected after=200\ndrop state idle after=20\ndrop reply after=200",
-        [*DIAL, *ANSWERED, *FAR_END_HUNG_UP[:3], *IDLE]),
+        FAR_END_HANGS_UP + "drop state idle after=20\ndrop reply after=200",
+        [*CALL, *FAR_END_HUNG_UP[:3], *IDLE]),
     "line-cannot-be-opened": ("refuse lineOpen 0x8000000F", [
         "> cmd|call|0301234567", *REGISTERED, "log|Open line ERROR -2147483633 In Use", "anz|OpenLine Error >> Log",
         "btnCall|1|cmdWahl_Click 1"]),
@@ -33,19 +30,19 @@ CONVERSATIONS = {
     "call-refused-by-reply": ("call reply result=0x8000004B after=20", [
         *DIAL, "log|Call Error: Resource Unavailable", "anz|Call Error >> Log"]),
     "drop-refused-at-once": (CALL_UP + "refuse lineDrop 0x80000048", [
-        *DIAL, *ANSWERED, *HANG_UP, "log|ERROR -2147483576 Operation Failed", "anz|DropCallAsynch Error >> Log",
+        *CALL, *HANG_UP, "log|ERROR -2147483576 Operation Failed", "anz|DropCallAsynch Error >> Log",
         "btnCall|1|cmdHangUp_Click"]),
     "drop-refused-by-reply": (CALL_UP + "drop reply result=0x80000048 after=20", [
-        *DIAL, *ANSWERED, *HANG_UP, "btnCall|1|cmdHangUp_Click", "log|Call Drop Error: Operation Failed",
+        *CALL, *HANG_UP, "btnCall|1|cmdHangUp_Click", "log|Call Drop Error: Operation Failed",
         "anz|Drop Error >> Log"]),
     "second-call-while-one-is-up": (CALL_UP, [
-        *DIAL, *ANSWERED, "> cmd|call|0309876543", *DIAL_AGAIN_REFUSED, *HANG_UP, "btnCall|1|cmdHangUp_Click",
+        *CALL, "> cmd|call|0309876543", *DIAL_AGAIN_REFUSED, *HANG_UP, "btnCall|1|cmdHangUp_Click",
         "anzlog|Call Dropped", *IDLE]),
     "hang-up-without-a-call": ("", [
         *HANG_UP, "log|ERROR 0 Unknown Error", "anz|DropCallAsynch Error >> Log", "btnCall|0|cmdHangUp_Click"]),
     "commands-that-say-nothing": ("", [
         "> Settings", "> CMD|call|0301234567", "> frob", "> cmd|frob", "cmd|quitt", "> debug|1", "cmd|quitt"]),
-    "a-command-of-64-kb": (CALL_UP, ["> " + "x" * 65536, *DIAL, *ANSWERED]),
+    "a-command-of-64-kb": (CALL_UP, ["> " + "x" * 65536, *CALL]),
     "silent-line": ("call nothing", DIAL),
 }
 
@@ -124,8 +121,7 @@ def long_number(name):
         session.wait("line|")
         session.send("cmd|call|" + "7" * 65500)
         session.wait("anzlog|Vorbereitung", seconds=2)
-        session.send("debug|0")
-        session.wait("cmd|quitt", seconds=1)
+        session.settle(seconds=1)
         equal([len(address(line)) for line in calls(session, "lineTranslateAddress")], [65500 + 2])
 
 

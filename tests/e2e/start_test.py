@@ -1,14 +1,13 @@
 #!/usr/bin/env python3
 """Starts: what the main program hears of a start, and what the user is told when one is refused."""
-from stories import (ANSWERED, CALL_UP, DIALED, SETTINGS, STARTED, calls, case, converse, dialer, equal,
-                     expect_reports, run)
+from conversations import CALL, CAPTION, SETTINGS, STARTED
+from stories import CALL_UP, calls, case, converse, dialer, equal, expect_reports, run
 
 NO_TAPI = "Fehlende oder falsche TAPI-Version!"
 TITLE = "Rufmon - FonklavTAPI"
 NO_DIRECT_CALL = "Ein Direktaufruf dieses Tools ist nicht vorgesehen!"
 NO_AREA_CODES = ('Bitte wechseln Sie zur "Systemsteuerung" und vervollständigen Sie, unter "Telefon und Modem", die '
                  "Angaben zu Ihrem Standort!")
-WINDOW = "Rufmon -  TAPI Wählhilfe Einstellungen"
 
 # name: what telephony has, the settings, the conversation.
 STARTS = {
@@ -19,8 +18,9 @@ STARTS = {
     "stored-name-is-the-beginning-of-a-line": ("", "[TAPIDial]\nTAPILine=ISDN\n", STARTED),
     # The first of two would be bound by its beginning as well: the order of the devices decides.
     "two-lines-begin-with-the-stored-name": ("device name=ISDN-Line10", SETTINGS, STARTED),
-    "telephony-up-to-1.4-only": ("tapi version=0x00010004\n" + CALL_UP, SETTINGS, [
-        *STARTED, "> cmd|call|0301234567", *DIALED, *ANSWERED]),
+    "a-line-of-two-lines-and-a-backslash": (r'device name="Two\x0d\x0alines \\x0a"', "[TAPIDial]\nTAPILine=Two\n", [
+        "Init2LastOK|1", "line|Two\r\nlines \\x0a"]),
+    "telephony-up-to-1.4-only": ("tapi version=0x00010004\n" + CALL_UP, SETTINGS, [*STARTED, *CALL]),
     "line-without-voice": ("device name=Modem media=0x10", "[TAPIDial]\nTAPILine=Modem\n", [
         "Init2LastOK|0", "line|Gerät Modem nicht verfügbar!", "log|Gerät Modem nicht verfügbar!"]),
     "telephony-refuses-to-start": ("refuse lineInitializeEx 0x80000048", SETTINGS, [
@@ -62,7 +62,7 @@ def area_codes(name):
         equal([item.text for item in box if item.window_class == "Static" and item.text], [NO_AREA_CODES])
         session.press(box, "OK")
         session.wait("link to the item established", who="suite")
-        session.do("sleep 500")
+        session.settle()
         equal(session.windows(), [])
         equal(session.reports(), [])
         equal(calls(session, "lineInitializeEx"), [])
@@ -79,7 +79,7 @@ def arguments(name):
             session.press(box, "OK")
             session.wait("dialer ended", who="suite")
         equal([line.text for line in session.lines if line.text == "conversation open"], [])
-        equal(calls(session, ""), [])
+        equal(calls(session), [])
 
 
 @case("settings-window-at-the-start")
@@ -87,7 +87,7 @@ def settings_mode(name):
     """With /sett the window is there as soon as the link is."""
     with dialer(name) as session:
         session.start(SETTINGS, "/sett")
-        session.window(WINDOW)
+        session.window(CAPTION)
         expect_reports(session, STARTED)
 
 
@@ -99,7 +99,7 @@ def number_argument(name):
         expect_reports(session, STARTED)
         equal(session.windows(), [])
         session.send("settings")
-        session.press(session.window(WINDOW), "Test")
+        session.press(session.window(CAPTION), "Test")
         session.wait_for_control("0301234567")
         equal(calls(session, "lineMakeCall"), [])
 

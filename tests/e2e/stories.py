@@ -1,24 +1,42 @@
 """What the end-to-end scripts share: a list of named cases, a dialer at work, and comparing what it said."""
 import os
 import sys
-import time
+from itertools import zip_longest
 from pathlib import Path
 
 from dialer_session import Session
 from wine_env import WineEnv
 
 CASES = {}
-SETTINGS = "[TAPIDial]\nTAPILine=ISDN-Line1\n"
 TELEPHONY = "device name=ISDN-Line1 media=4\nlocation country=49 city=30\n"
-
-# What the dialer reports, by the stage of a call; with the German texts that it has without any language file.
-STARTED = ["Init2LastOK|1", "line|ISDN-Line1"]
-DIALED = ["cmd|quitt", "anzlog|Anmeldung >> ISDN-Line1", "btnHangUp|1", "anzlog|Vorbereitung"]
-ANSWERED = ["anzlog|Wählen", "anzlog|Klingeln", "btnHangUp|1", "anzlog|Verbunden", "cmd|autohide"]
-FAR_END_HUNG_UP = ["btnHangUp|0", "anzlog|Getrennt", "cmd|autohide", "anzlog|Call Dropped"]
-IDLE = ["btnCall|1|Idle", "btnHangUp|0", "anzlog|Leerlauf", "cmd|autohide"]
-HANG_UP = ["> cmd|hangup", "cmd|quitt", "btnHangUp|0|cmdHangUp_Click", "anzlog|Auflegen"]
 CALL_UP = "call reply after=20\ncall state dialing after=40\ncall state connected after=60\n"
+FAR_END_HANGS_UP = CALL_UP + "call state disconnected after=200\n"
+LOGS = ("log/error.log", "log/trace.log", "log/debug.log")
+
+
+class Case(Session):
+    """A session that tells what a person needs to know when the case fails."""
+
+    expected = ()  # the conversation so far, where the case has one in mind
+
+    def __exit__(self, kind, fault, trace):
+        undone = [line.text for line in self.lines if line.text.startswith("FAILED")]
+        if fault or undone:
+            print("\n".join(self.account()), flush=True)
+            picture = self.folder / "screen.png"
+            self.picture(picture)
+            print(f"The screen: {picture}", flush=True)
+        super().__exit__(kind, fault, trace)
+        assert fault or not undone, f"the stand-in could not do what it was told: {undone}"
+
+    def account(self):
+        """The conversation, beside the reports that were expected; telephony's calls; the ends of the logs."""
+        yield from ["The conversation:", str(self)]
+        if self.expected:
+            yield from ["The reports (left), and those expected (right):", side_by_side(self.reports(), self.expected)]
+        yield from ["Telephony:", *calls(self)]
+        for log in LOGS:
+            yield from [f"The end of {log}:", *self.read(log)[-20:]]
 
 
 def case(name):
@@ -42,54 +60,65 @@ def dialer(name, scenario="", **more):
     script = build / "e2e" / f"{name}.scenario.txt"
     script.parent.mkdir(parents=True, exist_ok=True)
     script.write_text(TELEPHONY + scenario if scenario is not None else "", encoding="cp1252")
-    return Session(env, build, folder, script, **more)
+    return Case(env, build, folder, script, **more)
 
 
-def converse(session, story):
-    """Plays a whole conversation: lines that begin with "> " are said by the main program as soon as all reports
-    before them have arrived, the others are the reports, exactly these and in this order."""
-    expected = []
+def converse(session, story, commands=True):
+    """Plays a whole conversation. The main program says what begins with "> ", and the stand-in does what begins with
+    "! ", as soon as all reports before have arrived; the others are the reports, exactly these and in this order."""
+    session.expected = []
     for line in story:
-        if line.startswith("> "):
-            wait_for_reports(session, len(expected))
-            session.send(line[2:])
+        if line.startswith(("> ", "! ")):
+            session.wait_for_reports(len(session.expected))
+            (session.send if line.startswith(">") else session.do)(line[2:])
         else:
-            expected.append(line)
-    expect_reports(session, expected)
+            session.expected.append(line)
+    expect_reports(session, session.expected, commands)
 
 
-def expect_reports(session, expected, seconds=10):
-    """Waits for as many reports as are expected and for a little silence after them, then compares all of them."""
-    wait_for_reports(session, len(expected), seconds)
-    time.sleep(0.3)
-    equal(session.reports(), expected, session)
+def expect_reports(session, expected, commands=True):
+    """Waits for as many reports as are expected, and for the dialer to have nothing more to say; then compares all of
+    them. A dialer that takes no commands cannot be asked whether it has: its case looks again after the end."""
+    session.expected = expected
+    if session.wait_for_reports(len(expected)) and commands:
+        session.settle()
+    compare_reports(session)
 
 
-def wait_for_reports(session, count, seconds=10):
-    """Waits until that many reports have come, or the time is over: what is missing shows in the comparison."""
-    end = time.monotonic() + seconds
-    while len(session.reports()) < count and time.monotonic() < end:
-        time.sleep(0.02)
+def compare_reports(session):
+    """All reports so far with those expected so far."""
+    assert session.reports() == list(session.expected), "the reports are not those expected"
 
 
 def calls(session, *functions):
-    """The calls of these telephony functions that the simulator has recorded, as it writes them."""
-    return [line for line in session.read("sim.log") if line.startswith(tuple(f"call {name}(" for name in functions))]
+    """The calls of these telephony functions, or of all, that the simulator has recorded, as it writes them."""
+    wanted = tuple(f"call {name}(" for name in functions) or "call "
+    return [line for line in session.read("sim.log") if line.startswith(wanted)]
+
+
+def expect_clean_end(session):
+    """The dialer ends by itself, has said nothing more, leaves neither line nor registration behind, and no error."""
+    session.wait_for_end(seconds=2)
+    compare_reports(session)
+    given = [line.split("(")[0] for line in calls(session, "lineClose", "lineShutdown")]
+    earlier = len(calls(session, "lineInitializeEx")) - 1
+    equal(given, ["call lineShutdown"] * earlier + ["call lineClose"] * len(calls(session, "lineOpen"))
+          + ["call lineShutdown"])
+    equal(session.read("log/error.log"), [])
 
 
 def equal(actual, expected, context=""):
     """Compares two values, and lists line by line when they are lists."""
     if actual == expected:
         return
-    shown = "\n".join(f"{'  ' if a == e else '! '}{a!r:50}  {e!r}" for a, e in pad(actual, expected)) \
-        if isinstance(expected, list) else f"{actual!r}\n{expected!r}"
+    shown = side_by_side(actual, expected) if isinstance(expected, list) else f"{actual!r}\n{expected!r}"
     raise AssertionError(f"what was (left) is not what was expected (right):\n{shown}\n\n{context}")
 
 
-def pad(left, right):
-    """Both lists side by side, the shorter filled up."""
-    size = max(len(left), len(right))
-    return zip(left + [None] * (size - len(left)), right + [None] * (size - len(right)))
+def side_by_side(left, right):
+    """Both lists line by line, with a mark where they differ."""
+    pairs = zip_longest(left, right)
+    return "\n".join(f"{'  ' if a == b else '! '}{a!r:50}  {b!r}" for a, b in pairs)
 
 
 def run():

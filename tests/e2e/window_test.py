@@ -1,17 +1,13 @@
 #!/usr/bin/env python3
 """The window as a person has it: real clicks and keys, and what the program shows, reports and stores then."""
-import time
+from conversations import ANSWERED, CALL, CAPTION, DIALED, SETTINGS, STARTED
+from dialer_session import wait_until
+from stories import CALL_UP, calls, case, converse, dialer, equal, expect_reports, run
 
-from stories import (ANSWERED, CALL_UP, DIALED, SETTINGS, STARTED, calls, case, converse, dialer, equal,
-                     expect_reports, run, wait_for_reports)
-
-WINDOW = "Rufmon -  TAPI Wählhilfe Einstellungen"
 B_BOUND = ["Init2LastOK|1", "line|B"]
-ROW = 17  # pixels from one entry of the list to the next, at 96 dpi
-COLLAPSED, EXPANDED, WIDTH = 229, 446, 472  # 3435, 6690 and 7080 twips
-MINIMIZE_BOX = (-50, 12)  # from the window's upper right corner
+TWIPS = 15  # a pixel at 96 dpi
+COLLAPSED, EXPANDED, WIDTH = 3435 // TWIPS, 6690 // TWIPS, 7080 // TWIPS
 WM_SYSCOLORCHANGE, WM_DPICHANGED = 0x15, 0x2E0
-CLOSE_BOX = (-14, 12)  # from the window's upper right corner
 
 
 def control(items, window_class, index=0):
@@ -19,36 +15,22 @@ def control(items, window_class, index=0):
     return [item for item in items if item.window_class == window_class][index]
 
 
-def click_tick(session, row):
-    """Clicks the check box of an entry."""
-    box = control(session.window(WINDOW), "SysListView32")
-    session.click(box.left + 9, box.top + 1 + ROW * row + ROW // 2)
-
-
-def click_entry(session, row):
-    """Clicks the text of an entry."""
-    box = control(session.window(WINDOW), "SysListView32")
-    session.click(box.left + 40, box.top + 1 + ROW * row + ROW // 2)
+def click(session, place):
+    """Clicks a place of the settings window, as soon as that is there."""
+    session.window(CAPTION)
+    session.click(*session.place(place))
 
 
 def ticks(session):
     """The ticked entries, by number."""
-    return control(session.window(WINDOW), "SysListView32").ticks
+    return control(session.window(CAPTION), "SysListView32").ticks
 
 
 def type_into(session, index, keys):
     """Clicks the index-th one-line box that is seen and types."""
-    box = control(session.window(WINDOW), "Edit", index)
+    box = control(session.window(CAPTION), "Edit", index)
     session.click(box.left + box.width // 2, box.top + box.height // 2)
     session.xdotool("key", *keys)
-
-
-def wait_until(what, met, seconds=5):
-    """Waits until met() says so."""
-    end = time.monotonic() + seconds
-    while not met():
-        assert time.monotonic() < end, what
-        time.sleep(0.05)
 
 
 def hidden(session):
@@ -63,27 +45,27 @@ def settings(name):
         session.start(SETTINGS, "/sett")
         heard = list(STARTED)
         expect_reports(session, heard)
-        click_tick(session, 1)
+        click(session, "box 1")
         heard += B_BOUND
         expect_reports(session, heard)
         equal(ticks(session), "1")
-        time.sleep(0.6)  # a second click so soon would be a double click
-        click_tick(session, 1)
+        click(session, "caption")  # two clicks on one place would be a double click
+        click(session, "box 1")
         heard += B_BOUND
         expect_reports(session, heard)
         equal(ticks(session), "1")
         type_into(session, 0, ["9", "comma"])
-        session.press(session.window(WINDOW), "OK")
+        session.press(session.window(CAPTION), "OK")
         heard += [*B_BOUND, "cmd|settchange"]
         expect_reports(session, heard)
         wait_until("OK hides the window", lambda: hidden(session))
         equal([line for line in session.read("data/sett_TAPI.ini") if line],
               ["[TAPIDial]", "TAPILine=B", "TAPIAmtVW=9,", "[Dimensions]", "TopTAPI=600", "LeftTAPI=600"])
         session.send("settings")
-        click_tick(session, 0)
+        click(session, "box 0")
         heard += ["cmd|quitt", *STARTED]
         expect_reports(session, heard)
-        session.press(session.window(WINDOW), "Abbrechen")
+        session.press(session.window(CAPTION), "Abbrechen")
         heard += [*B_BOUND, *B_BOUND]
         expect_reports(session, heard)
         session.send("settings")
@@ -98,36 +80,32 @@ def panels(name):
         session.start(SETTINGS, "/sett")
 
         def shown():
-            window = session.window(WINDOW)
+            window = session.window(CAPTION)
             captions = {item.caption for item in window}
             panel = "test" if "Nummer" in captions else "info" if "Geräte-Informationen " in captions else "none"
             focus = next((item.window_class for item in window[1:] if item.focus), "")
             return window[0].height, panel, focus
 
         def press(caption, expected):
-            session.press(session.window(WINDOW), caption)
+            session.press(session.window(CAPTION), caption)
             wait_until(f"{caption}: {shown()} is not {expected}", lambda: shown() == expected)
 
         press("Test", (EXPANDED, "test", "Edit"))
         press("Test", (COLLAPSED, "none", "Button"))
         press("Geräte-Info", (EXPANDED, "info", "Button"))
         press("Test", (EXPANDED, "test", "Edit"))
-        window = session.window(WINDOW)[0]
-        x, bottom = window.left + 100, window.top + window.height - 2
-        session.xdotool("mousemove", x, bottom, "mousedown", 1, "mousemove", x, bottom - 100, "mousemove", x,
-                        window.top + 60, "mouseup", 1)
-        wait_until("shrunk by hand", lambda: session.window(WINDOW)[0].height == COLLAPSED)
+        drag(session, "lower edge", by=(0, COLLAPSED // 2 - EXPANDED))
+        wait_until("shrunk by hand", lambda: session.window(CAPTION)[0].height == COLLAPSED)
         press("Test", (EXPANDED, "test", "Edit"))
-        drag(session, 0, 0, by=(100, 60))
-        wait_until("grown by hand", lambda: session.window(WINDOW)[0].height == EXPANDED + 60)
+        drag(session, "corner", by=(100, 60))
+        wait_until("grown by hand", lambda: session.window(CAPTION)[0].height == EXPANDED + 60)
         press("Test", (COLLAPSED, "none", "Button"))
-        equal(session.window(WINDOW)[0].width, WIDTH + 100)
+        equal(session.window(CAPTION)[0].width, WIDTH + 100)
 
 
-def drag(session, right, bottom, by):
-    """Drags the window's lower right corner."""
-    window = session.window(WINDOW)[0]
-    x, y = window.left + window.width - 2 + right, window.top + window.height - 2 + bottom
+def drag(session, place, by):
+    """Drags a part of the window's frame."""
+    x, y = session.place(place)
     session.xdotool("mousemove", x, y, "mousedown", 1, "mousemove", x + by[0] // 2, y + by[1] // 2, "mousemove",
                     x + by[0], y + by[1], "mouseup", 1)
 
@@ -138,13 +116,13 @@ def grown(name):
     with dialer(name, "device name=B") as session:
         session.start(SETTINGS, "/sett")
         expect_reports(session, STARTED)
-        session.press(session.window(WINDOW), "Test")
+        session.press(session.window(CAPTION), "Test")
         session.wait_for_control("Nummer")
-        before = session.window(WINDOW)
-        drag(session, 0, 0, by=(100, 60))
-        wait_until("grown", lambda: session.window(WINDOW)[0].height == EXPANDED + 60)
+        before = session.window(CAPTION)
+        drag(session, "corner", by=(100, 60))
+        wait_until("grown", lambda: session.window(CAPTION)[0].height == EXPANDED + 60)
         changes = {}
-        for old, new in zip(before, session.window(WINDOW)):
+        for old, new in zip(before, session.window(CAPTION)):
             key = new.window_class if new.window_class in ("SysListView32", "#32770") else new.caption
             changes[key or f"box {len(changes)}"] = (new.left - old.left, new.top - old.top, new.width - old.width,
                                                      new.height - old.height)
@@ -154,8 +132,8 @@ def grown(name):
         assert (0, 0, 100, 60) in [change for key, change in changes.items() if key.startswith("box")], changes
         session.do(f"tell {WM_SYSCOLORCHANGE} 0")
         session.do(f"tell {WM_DPICHANGED} {144 << 16 | 144}")
-        wait_until("scaled", lambda: session.window(WINDOW)[0].width == (WIDTH + 100) * 3 // 2)
-        before, after = (control(items, "SysListView32") for items in (before, session.window(WINDOW)))
+        wait_until("scaled", lambda: session.window(CAPTION)[0].width == (WIDTH + 100) * 3 // 2)
+        before, after = (control(items, "SysListView32") for items in (before, session.window(CAPTION)))
         equal((after.ticks, after.height), ("0", before.height * 3 // 2))
         expect_reports(session, STARTED)
 
@@ -166,16 +144,16 @@ def brought_back(name):
     with dialer(name) as session:
         session.start(SETTINGS, "/sett")
         expect_reports(session, STARTED)
-        before = session.window(WINDOW)[0]
-        session.click(before.left + before.width + MINIMIZE_BOX[0], before.top + MINIMIZE_BOX[1])
-        wait_until("minimised", lambda: session.window(WINDOW)[0].width != before.width)
+        before = session.window(CAPTION)[0]
+        click(session, "minimize")
+        wait_until("minimised", lambda: session.window(CAPTION)[0].width != before.width)
         session.send("settings")
-        wait_until("restored", lambda: session.window(WINDOW)[0] == before)
+        wait_until("restored", lambda: session.window(CAPTION)[0] == before)
         session.do("cover")
-        session.do("sleep 300")
+        wait_until("the keyboard is the other program's", lambda: not any(item.focus for item in session.windows()))
         session.send("settings")
         expect_reports(session, [*STARTED, "cmd|quitt", "cmd|quitt"])
-        session.press(session.window(WINDOW), "Abbrechen")
+        session.press(session.window(CAPTION), "Abbrechen")
         wait_until("the click reached the window", lambda: hidden(session))
 
 
@@ -187,12 +165,12 @@ def long_number(name):
         session.start(SETTINGS, "42")
         expect_reports(session, STARTED)
         session.send("settings")
-        session.press(session.window(WINDOW), "Test")
+        session.press(session.window(CAPTION), "Test")
         session.wait_for_control("Wählen")
         type_into(session, 1, ["ctrl+a", "ctrl+c"])
 
         def shown():
-            return control(session.window(WINDOW), "Edit", 1).text
+            return control(session.window(CAPTION), "Edit", 1).text
 
         for keys_pressed, left in ((["End"], number[:1000] + "…"), (["7"], "7"), (["BackSpace"], ""),
                                    (["Delete"], ""), (["ctrl+v"], "42"), (["shift+Insert"], "42"), (["ctrl+x"], ""),
@@ -217,22 +195,23 @@ def by_hand(name):
     """A number typed, copied and pasted, dialed by Enter and dropped by the button; the far end is the simulator's."""
     with dialer(name, CALL_UP) as session:
         session.start(SETTINGS, "/sett")
-        wait_for_reports(session, len(STARTED))
-        session.press(session.window(WINDOW), "Test")
+        session.wait_for_reports(len(STARTED))
+        session.press(session.window(CAPTION), "Test")
         session.wait_for_control("Wählen")
         type_into(session, 1, ["0", "3", "0", "ctrl+a", "ctrl+c", "End", "ctrl+v"])
         session.wait_for_control("030030")
         session.xdotool("key", "Return")
         heard = [*STARTED, *DIALED[1:], *ANSWERED]
         expect_reports(session, heard)
-        session.xdotool("key", "Return")  # there is nothing to dial while a call is up
+        session.xdotool("key", "Return", "End", "7")  # there is nothing to dial while a call is up
+        session.wait_for_control("0300307")
         expect_reports(session, heard)
-        status = control(session.window(WINDOW), "Edit", 2)
+        status = control(session.window(CAPTION), "Edit", 2)
         equal(status.text.split(), "Anmeldung >> ISDN-Line1 Vorbereitung Wählen Klingeln Verbunden".split())
-        session.press(session.window(WINDOW), "Auflegen")
+        session.press(session.window(CAPTION), "Auflegen")
         session.wait("anzlog|Leerlauf")
-        session.press(session.window(WINDOW), "clear")
-        wait_until("the status box is empty", lambda: control(session.window(WINDOW), "Edit", 2).text == "")
+        session.press(session.window(CAPTION), "clear")
+        wait_until("the status box is empty", lambda: control(session.window(CAPTION), "Edit", 2).text == "")
         type_into(session, 0, ["Return"])
         wait_until("Enter is OK elsewhere", lambda: hidden(session))
         equal(session.reports()[-1], "cmd|settchange")
@@ -244,13 +223,13 @@ def report(name):
     with dialer(name, "device name=B provider=Sim\n" + CALL_UP) as session:
         session.start(SETTINGS, "/sett")
         expect_reports(session, STARTED)
-        session.press(session.window(WINDOW), "Geräte-Info")
+        session.press(session.window(CAPTION), "Geräte-Info")
         session.wait_for_control("Geräte-Informationen ")
-        click_entry(session, 1)
-        wait_until("the report", lambda: "TAPI LINE NAME: B" in control(session.window(WINDOW), "Edit", 1).text)
+        click(session, "entry 1")
+        wait_until("the report", lambda: "TAPI LINE NAME: B" in control(session.window(CAPTION), "Edit", 1).text)
         equal(ticks(session), "0")
         expect_reports(session, STARTED)
-        converse(session, [*STARTED, "> cmd|call|0301234567", *DIALED, *ANSWERED])
+        converse(session, [*STARTED, *CALL])
 
 
 @case("keys-do-what-a-dialog-does")
@@ -259,7 +238,7 @@ def keys(name):
     with dialer(name, "device name=B") as session:
         session.start(SETTINGS, "/sett")
         expect_reports(session, STARTED)
-        click_entry(session, 1)
+        click(session, "entry 1")
         session.xdotool("key", "space")
         expect_reports(session, [*STARTED, *B_BOUND])
         session.xdotool("key", "alt+t")
@@ -269,30 +248,24 @@ def keys(name):
         expect_reports(session, [*STARTED, *B_BOUND, *STARTED, *STARTED])
 
 
-def close_by_box(session):
-    window = session.window(WINDOW)[0]
-    session.click(window.left + window.width + CLOSE_BOX[0], window.top + CLOSE_BOX[1])
-
-
 def close_by_keys(session):
-    window = session.window(WINDOW)[0]
-    session.click(window.left + 150, window.top + 10)
+    click(session, "caption")
     session.xdotool("key", "alt+F4")
 
 
 def dial_by_hand(session):
-    session.press(session.window(WINDOW), "Test")
+    session.press(session.window(CAPTION), "Test")
     session.wait_for_control("Wählen")
     type_into(session, 1, ["1", "2"])
-    session.press(session.window(WINDOW), "Wählen")
-    wait_until("the call is up", lambda: "Verbunden" in control(session.window(WINDOW), "Edit", 2).text)
+    session.press(session.window(CAPTION), "Wählen")
+    wait_until("the call is up", lambda: "Verbunden" in control(session.window(CAPTION), "Edit", 2).text)
 
 
 CLOSINGS = {
-    "close-box": (close_by_box, 0),
+    "close-box": (lambda session: click(session, "close"), 0),
     "system-key": (close_by_keys, 0),
-    "ok": (lambda session: session.press(session.window(WINDOW), "OK"), 1),
-    "cancel": (lambda session: session.press(session.window(WINDOW), "Abbrechen"), 1),
+    "ok": (lambda session: session.press(session.window(CAPTION), "OK"), 1),
+    "cancel": (lambda session: session.press(session.window(CAPTION), "Abbrechen"), 1),
 }
 
 
@@ -305,9 +278,9 @@ def closing(close, mode, linked, call):
             if not linked:
                 session.do("offline")
             session.start(SETTINGS, "/sett")
-            session.window(WINDOW)
+            session.window(CAPTION)
             if call and linked:
-                converse(session, [*STARTED, "> cmd|call|0301234567", *DIALED, *ANSWERED])
+                converse(session, [*STARTED, *CALL])
             elif call:
                 dial_by_hand(session)
             close(session)
@@ -339,7 +312,7 @@ def session_end(name):
     with dialer(name, CALL_UP) as session:
         session.write("Rufmonspec.ini", "[Debug]\nLogTAPI=1\nTraceMode=1\n")
         session.start(SETTINGS)
-        converse(session, [*STARTED, "> cmd|call|0301234567", *DIALED, *ANSWERED])
+        converse(session, [*STARTED, *CALL])
         session.end_windows_session()
         session.wait_for_end(seconds=5)
         equal([line.split("FormFonklav_")[1] for line in session.read("log/debug.log") if "FormFonklav_" in line],
@@ -371,7 +344,7 @@ def names(name):
     with dialer(name, scenario) as session:
         session.start("[TAPIDial]\nTAPILine=Line200\n", "/sett")
         expect_reports(session, ["Init2LastOK|1", "line|Line200"])
-        click_entry(session, 1)
+        click(session, "entry 1")
         session.xdotool("key", "space")
         long_name = "Ü" * 200
         expect_reports(session, ["Init2LastOK|1", "line|Line200", "Init2LastOK|1", f"line|{long_name}"])
