@@ -60,7 +60,13 @@ void DdeConversation::WatchAnswers() noexcept {
 
 void DdeConversation::Advise() noexcept {
   busy_ = false;
-  if (!transport_.PostAdvise(item_)) OnAdviseAck(0);
+  bool posted = false;
+  try {
+    posted = transport_.PostAdvise(item_);
+  } catch (...) {
+    // Want of memory is one more reason why it could not be posted.
+  }
+  if (!posted) OnAdviseAck(0);
 }
 
 void DdeConversation::OnAdviseAck(std::uint16_t status) noexcept {
