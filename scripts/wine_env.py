@@ -55,8 +55,9 @@ class WineEnv:
         return self.prefix.joinpath("drive_c", *parts)
 
     def install_tapi(self, dll):
-        """Puts the line simulator where Windows has its telephony library: the dialer looks nowhere else."""
-        target = self.drive_c("windows", "system32", "tapi32.dll")
+        """Puts the line simulator where Windows has its telephony library: the dialer looks nowhere else. To programs
+        of 32 bits, another folder goes by the name of the system folder."""
+        target = self.drive_c("windows", "syswow64" if is_32_bit(dll) else "system32", "tapi32.dll")
         if not target.exists() or target.read_bytes() != Path(dll).read_bytes():
             shutil.copyfile(dll, target)
 
@@ -92,6 +93,13 @@ class WineEnv:
     def _wine(self, *command):
         subprocess.run(["wine", *command], env=self.environ(), check=True, stdin=subprocess.DEVNULL,
                        stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+
+
+def is_32_bit(file):
+    """Whether this program or library is for 32-bit Windows: the machine's number stands behind the signature."""
+    data = Path(file).read_bytes()
+    header = int.from_bytes(data[0x3C:0x40], "little")
+    return data[header:header + 6] == b"PE\0\0\x4c\x01"
 
 
 def main():

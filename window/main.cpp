@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "app/Program.h"
+#include "platform/win32/SystemFunction.h"
 #include "platform/win32/Win32DdeTransport.h"
 #include "platform/win32/Win32FileSystem.h"
 #include "platform/win32/Win32MessageLoop.h"
@@ -32,6 +33,17 @@ struct System {
   Win32ShellFolders shellFolders;
   Win32Telephony telephony;
 };
+
+/// Whatever loads a library from here on, be it Windows itself, finds it in the system folder and nowhere else: neither
+/// the program's folder nor the current one, which others may write to, can bring in one of the same name.
+void LoadFromSystemFolderOnly() noexcept {
+  SetDllDirectoryW(L"");
+  // Windows 7 has this one by an update (KB2533623) only.
+  using SetDirectories = BOOL(WINAPI*)(DWORD);
+  if (const auto set = SystemFunction<SetDirectories>(L"kernel32.dll", "SetDefaultDllDirectories"); set != nullptr) {
+    set(LOAD_LIBRARY_SEARCH_SYSTEM32);
+  }
+}
 
 /// The program's whole life. `program` may be empty when this returns: Windows has ended the session.
 void Live(System& system, std::unique_ptr<Program>& program) {
@@ -71,6 +83,7 @@ void ReportFault(const std::exception& fault) {
 
 // What was thrown out of here would end the process without a word of ours.
 int WINAPI wWinMain(HINSTANCE instance, HINSTANCE /*previous*/, PWSTR /*arguments*/, int /*show*/) {
+  fonklav::LoadFromSystemFolderOnly();
   try {
     return fonklav::Run(instance);
   } catch (const std::exception& fault) {
