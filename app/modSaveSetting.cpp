@@ -1,12 +1,10 @@
 #include "app/modSaveSetting.h"
 
-#include <array>
-#include <charconv>
-
 #include "app/Controls.h"
 #include "config/modAPI_INI.h"
 #include "tapi/mTAPIFunctions.h"
 #include "util/Procedure.h"
+#include "util/Text.h"
 
 namespace fonklav {
 namespace {
@@ -16,13 +14,6 @@ constexpr const char* kDimensions = "Dimensions";
 constexpr const char* kDial = "TAPIDial";
 constexpr const char* kGeneral = "General";
 constexpr std::int32_t kDefaultPosition = 600;
-
-/// A single-precision number in plain decimal digits, never with an exponent.
-std::string DecimalText(float number) {
-  std::array<char, 64> text{};
-  const auto end = std::to_chars(text.data(), text.data() + text.size(), number, std::chars_format::fixed).ptr;
-  return {text.data(), end};
-}
 
 }  // namespace
 

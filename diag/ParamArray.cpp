@@ -1,8 +1,5 @@
 #include "diag/ParamArray.h"
 
-#include <array>
-#include <charconv>
-
 #include "util/Text.h"
 
 namespace fonklav {
@@ -11,19 +8,13 @@ namespace {
 constexpr std::string_view kLineBreak = "<CR>";
 constexpr const char* kFailed = "ERROR in GetStringFromParamArray";  // in place of arguments that could not be rendered
 
-template <typename Number>
-std::string NumberText(Number number) {
-  std::array<char, 32> text{};
-  return {text.data(), std::to_chars(text.data(), text.data() + text.size(), number).ptr};
-}
-
 /// Renders one value that is not an array; an array within an array is like an object.
 struct Element {
   std::string operator()(std::string_view text) const { return "S:" + std::string(text); }
   std::string operator()(const std::string* text) const { return "S:" + *text; }
   std::string operator()(bool flag) const { return flag ? "B:1" : "B:0"; }
-  std::string operator()(std::int64_t number) const { return "N:" + NumberText(number); }
-  std::string operator()(double number) const { return "N:" + NumberText(number); }
+  std::string operator()(std::int64_t number) const { return "N:" + std::to_string(number); }
+  std::string operator()(double number) const { return "N:" + ShortestText(number); }
   template <typename Other>
   std::string operator()(const Other&) const {
     return {};
@@ -77,7 +68,7 @@ std::string VisibleControls(const std::string& text) {
     if (code >= 32) {
       visible += c;
     } else {
-      visible += "#[" + NumberText(int{code});
+      visible += "#[" + std::to_string(code);
       visible += ']';
     }
   }

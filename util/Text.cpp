@@ -1,8 +1,32 @@
 #include "util/Text.h"
 
 #include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
 
 namespace fonklav {
+namespace {
+
+bool ReadsAs(const std::string& text, float number) { return std::strtof(text.c_str(), nullptr) == number; }
+bool ReadsAs(const std::string& text, double number) { return std::strtod(text.c_str(), nullptr) == number; }
+
+/// The number in this format of printf, with as few digits behind the point as tell it from all others; not all of them
+/// when it gets longer than `longest`. The library's std::to_chars does the same by tables that would be a sixth of the
+/// program.
+template <typename Number>
+std::string WithFewestDigits(const char* format, Number number, std::size_t longest = SIZE_MAX) {
+  for (int digits = 0;; ++digits) {
+    const auto size = static_cast<std::size_t>(std::snprintf(nullptr, 0, format, digits, double{number}));
+    std::string text(size + 1, '\0');
+    std::snprintf(text.data(), text.size(), format, digits, double{number});
+    text.pop_back();
+    if (!std::isfinite(number) || text.size() > longest || ReadsAs(text, number)) return text;
+  }
+}
+
+}  // namespace
 
 std::string ReplaceAll(std::string_view text, std::string_view from, std::string_view to) {
   std::string result;
@@ -86,6 +110,14 @@ std::string_view FolderOf(std::string_view path) {
 std::string_view NameOf(std::string_view path) {
   path.remove_prefix(path.find_last_of('\\') + 1);
   return path.substr(0, path.find_last_of('.'));
+}
+
+std::string DecimalText(float number) { return WithFewestDigits("%.*f", number); }
+
+std::string ShortestText(double number) {
+  const std::string scientific = WithFewestDigits("%.*e", number);
+  const std::string plain = WithFewestDigits("%.*f", number, scientific.size());
+  return plain.size() <= scientific.size() ? plain : scientific;
 }
 
 }  // namespace fonklav

@@ -45,4 +45,12 @@ struct NumberSeparators {
 /// The file name of a path without its extension.
 [[nodiscard]] std::string_view NameOf(std::string_view path);
 
+/// The fewest plain decimal digits that read back as this very number, never with an exponent; whole numbers in full.
+/// For a few powers of two one digit too many, as their neighbours are not equally far away; none from 2^-32 upwards.
+[[nodiscard]] std::string DecimalText(float number);
+
+/// The shortest text that reads back as this very number: plain digits, or with an exponent where that is shorter. One
+/// digit too many for 46 powers of two, of which 2^-24 and 2^89 are nearest to one.
+[[nodiscard]] std::string ShortestText(double number);
+
 }  // namespace fonklav

@@ -4,6 +4,10 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <bit>
+#include <charconv>
+#include <cmath>
+#include <random>
 
 #include "util/CaseFold.h"
 
@@ -119,4 +123,34 @@ TEST(ProcessNames, FolderAndNameOfTheExecutable) {
 }
 
 }  // namespace
+// How the library itself writes a number.
+template <typename Number, typename... Format>
+std::string ToChars(Number number, Format... format) {
+  std::array<char, 512> text{};
+  return {text.data(), std::to_chars(text.data(), text.data() + text.size(), number, format...).ptr};
+}
+
+TEST(Text, NumbersAreWrittenAsTheLibraryWouldWriteThem) {
+  for (const float number : {0.0F, -0.0F, 600.0F, 607.5F, -0.1F, 16777216.0F, 2147483648.0F, 3.4e38F, 1e-45F}) {
+    EXPECT_EQ(DecimalText(number), ToChars(number, std::chars_format::fixed));
+  }
+  for (const double number :
+       {0.0, -1.5, 1e100, 99999.0, 100000.0, 0.001, 0.0001, 1e21, 5e-324, 1.7976931348623157e308}) {
+    EXPECT_EQ(ShortestText(number), ToChars(number));
+  }
+  std::mt19937_64 random(1);  // NOLINT(cert-msc51-cpp): the same values in every run
+  for (int count = 0; count < 20'000; ++count) {
+    const auto position = static_cast<float>(static_cast<std::int32_t>(random())) / 1024;
+    ASSERT_EQ(DecimalText(position), ToChars(position, std::chars_format::fixed));
+    const auto any = std::bit_cast<float>(static_cast<std::uint32_t>(random()));
+    ASSERT_EQ(DecimalText(any), ToChars(any, std::chars_format::fixed));
+    const auto wide = std::bit_cast<double>(random());
+    ASSERT_EQ(ShortestText(wide), ToChars(wide));
+  }
+  for (int exponent = -32; exponent < 128; ++exponent) {
+    const float power = std::ldexp(1.0F, exponent);
+    ASSERT_EQ(DecimalText(power), ToChars(power, std::chars_format::fixed)) << exponent;
+  }
+}
+
 }  // namespace fonklav

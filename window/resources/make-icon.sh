@@ -6,7 +6,9 @@ cd "$(dirname "$0")"
 folder=$(mktemp -d)
 trap 'rm -r "$folder"' EXIT
 pictures=()
-for size in 16 20 24 32 40 48 64 128 256; do
+# The largest is stored compressed, all others are not: one of 128 pixels would take half of the file, and Windows makes it
+# from the largest as well.
+for size in 16 20 24 32 40 48 64 256; do
   rsvg-convert -w "$size" -h "$size" -o "$folder/$size.png" FonklavTAPI.svg
   pictures+=("$folder/$size.png")
 done
