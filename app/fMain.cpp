@@ -19,6 +19,8 @@ fMain::fMain(const FormServices& services, FormControls& controls)
   controls_.lstTAPI.OnItemCheck([this](std::size_t index) { lstTAPI_ItemCheck(index); });
 }
 
+fMain::~fMain() = default;  // here: link-time optimisation would find it twice otherwise
+
 void fMain::Click(ControlId button) noexcept {
   switch (button) {
     case ControlId::cmdWahl:

@@ -49,6 +49,9 @@ struct FormServices {
 class fMain final : public FormInput, private LineEvents, private LinkEvents {
  public:
   fMain(const FormServices& services, FormControls& controls);
+  fMain(const fMain&) = delete;
+  fMain& operator=(const fMain&) = delete;
+  ~fMain();
 
   /// Start-up up to the first timer; false when the program is to end at once.
   [[nodiscard]] bool Form_Load();

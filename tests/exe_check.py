@@ -10,7 +10,8 @@ from pathlib import Path
 # What every Windows since 7 has in its system folder. A library of the compiler's would not be there.
 SYSTEM_LIBRARIES = {"advapi32.dll", "comctl32.dll", "gdi32.dll", "kernel32.dll", "msvcrt.dll", "ole32.dll",
                     "shell32.dll", "user32.dll"}
-# More would be a surprise, far fewer means that only some sources are compiled with guards.
+LARGEST = 560 * 1024
+# Far fewer would mean that only some sources are compiled with guards.
 FEWEST_STACK_GUARDS = 100
 
 # Names and values of the PE format ("PE Format" in the documentation of the Windows platform).
@@ -108,6 +109,7 @@ def faults(exe, symbols, source):
         (not paths, f"bears the path of a build: {', '.join(paths)}"),
         (not exe.symbols and not any(name.startswith(b".debug") for name in exe.sections), "not stripped"),
         (not exe.folders[EXPORTS][1], "exports functions, as a library would"),
+        (len(exe.data) <= LARGEST, f"{len(exe.data)} bytes, more than {LARGEST}"),
     ]
     return [fault for good, fault in checks if not good]
 
