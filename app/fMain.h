@@ -51,7 +51,7 @@ class fMain final : public FormInput, private LineEvents, private LinkEvents {
   fMain(const FormServices& services, FormControls& controls);
   fMain(const fMain&) = delete;
   fMain& operator=(const fMain&) = delete;
-  ~fMain();
+  ~fMain() override;
 
   /// Start-up up to the first timer; false when the program is to end at once.
   [[nodiscard]] bool Form_Load();
