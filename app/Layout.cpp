@@ -94,8 +94,8 @@ Surplus SurplusOf(int width, int height, unsigned dpi) {
 
 PixelRect PlaceOf(const LayoutRow& row, unsigned dpi, const Surplus& surplus) {
   const bool framed = row.frame != row.id;
-  const float left = static_cast<float>(row.left + (framed ? LayoutOf(row.frame).left : 0));
-  const float top = static_cast<float>(row.top + (framed ? LayoutOf(row.frame).top : 0));
+  const auto left = static_cast<float>(row.left + (framed ? LayoutOf(row.frame).left : 0));
+  const auto top = static_cast<float>(row.top + (framed ? LayoutOf(row.frame).top : 0));
   PixelRect place{PositionToPixels(left, dpi), PositionToPixels(top, dpi),
                   PositionToPixels(left + static_cast<float>(row.width), dpi),
                   PositionToPixels(top + static_cast<float>(row.height), dpi)};

@@ -96,7 +96,7 @@ bool CvbTAPILine::Register() {
   extensionIds_.clear();
   numLines_ = 0;
   LINEINITIALIZEEXPARAMS params{};
-  params.dwTotalSize = sizeof(params);
+  SetTotalSize(std::as_writable_bytes(std::span(&params, 1)));
   params.dwOptions = LINEINITIALIZEEXOPTION_USEHIDDENWINDOW;
   const std::string title = services_.codePage.ToBytes(services_.title);
   HLINEAPP lineApp = 0;

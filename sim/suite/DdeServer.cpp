@@ -79,6 +79,9 @@ HDDEDATA DdeServer::Handle(UINT type, UINT format, HCONV conversation, HSZ first
       listener_.linkEvent(acceptAdvise_ ? "link to the item established" : "link to the item refused");
       return Flag(acceptAdvise_ && Is(second, item_) && format == CF_TEXT);
     case XTYP_ADVREQ:
+      // Wine's library hands one reference to the item's name to all links, and each of them takes one away.
+      GlobalAddAtomA(kItem);
+      return Value();
     case XTYP_REQUEST:
       return Value();
     case XTYP_EXECUTE:

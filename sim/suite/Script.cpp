@@ -217,8 +217,9 @@ void Script::Lock(const std::string& path) {
 }
 
 void Script::Cover(const std::string&) {
+  // But for the lowest row: Wine 10 confines the mouse to a window as large as the screen, and never ends doing so.
   const int width = GetSystemMetrics(SM_CXSCREEN);
-  const int height = GetSystemMetrics(SM_CYSCREEN);
+  const int height = GetSystemMetrics(SM_CYSCREEN) - 1;
   cover_.reset(
       CreateWindowExA(0, "STATIC", "", WS_POPUP | WS_VISIBLE, 0, 0, width, height, nullptr, nullptr, nullptr, nullptr));
   if (!cover_ || SetForegroundWindow(cover_.get()) == FALSE) Fail("cannot cover the screen");
