@@ -3,7 +3,7 @@
 #include <chrono>
 #include <stdexcept>
 
-#include "tests/app/Dialer.h"
+#include "tests/app/BareDialer.h"
 
 // How long the program itself takes between a command's arrival and the call: the time until the whole handler has
 // returned, which includes lineMakeCall on the simulator and the reports around it. Logs are in memory here.
@@ -15,8 +15,8 @@ constexpr const char* kScenario =
     "call reply after=1\ncall state CONNECTED after=2\ndrop reply after=1\ndrop state IDLE after=2\n";
 
 void CommandToMakeCall(benchmark::State& state, const char* switches) {
-  Dialer dialer(kScenario);
-  dialer.files.files["c:\\rufmon\\rufmonspec.ini"] = switches;
+  BareDialer dialer(kScenario);
+  dialer.File(BareDialer::kSwitches) = switches;
   dialer.StoreLine("ISDN-Line1");
   if (!dialer.Start("/run")) throw std::runtime_error("the dialer did not start");
   std::size_t calls = 0;

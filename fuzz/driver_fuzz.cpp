@@ -1,6 +1,5 @@
 #include <algorithm>
 #include <cstdint>
-#include <memory>
 #include <span>
 
 #include "tapi/mTAPIFunctions.h"
@@ -57,26 +56,19 @@ class GarbageTelephony : public LineSimulator {
 };
 
 void Run(Bytes bytes) {
-  Diagnostics diagnostics;
-  diagnostics.handlersArmed = true;
-  diagnostics.log = std::make_unique<RecordingLog>(diagnostics);
   GarbageTelephony telephony(bytes);
-  FakeCodePage codePage;
-  FakeIconPainter icons;
-  FakeMessageLoop loop;
-  mTAPIvb callback(diagnostics, loop);
-  RecordedEvents events;
+  TapiSystem system("", &telephony);
   LineState lines;
-  mTAPIFunctions functions(diagnostics, lines);
-  const auto line = CvbTAPILine::Make({diagnostics, telephony, icons, codePage, callback, "fuzz"}, events);
+  mTAPIFunctions functions(system.diagnostics, lines);
+  const auto& line = system.line;
   static_cast<void>(line->Create());
   functions.GetTAPIInterfaces(*line);
   static_cast<void>(functions.GetLineInfo(*line, 0));
   static_cast<void>(line->OpenLine());
   static_cast<void>(line->MakeCallAsynch("+49 30 1234567"));
   for (int message = 0; message < 64 && !bytes.Empty(); ++message) {
-    callback.LineCallBackProc(bytes.Number(), bytes.Number() % 16, bytes.Number() % 4, bytes.Number(), bytes.Number(),
-                              bytes.Number());
+    system.callback.LineCallBackProc(bytes.Number(), bytes.Number() % 16, bytes.Number() % 4, bytes.Number(),
+                                     bytes.Number(), bytes.Number());
   }
 }
 

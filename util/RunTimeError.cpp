@@ -12,12 +12,10 @@ struct ErrorTextRow {
 };
 
 constexpr std::array kErrorTexts{
-    ErrorTextRow{ErrorNumber::InvalidProcedureCall, "Invalid procedure call or argument"},
     ErrorTextRow{ErrorNumber::Overflow, "Overflow"},
     ErrorTextRow{ErrorNumber::OutOfMemory, "Out of memory"},
     ErrorTextRow{ErrorNumber::SubscriptOutOfRange, "Subscript out of range"},
     ErrorTextRow{ErrorNumber::TypeMismatch, "Type mismatch"},
-    ErrorTextRow{ErrorNumber::InternalError, "Internal error"},
     ErrorTextRow{ErrorNumber::FileNotFound, "File not found"},
     ErrorTextRow{ErrorNumber::DeviceIOError, "Device I/O error"},
     ErrorTextRow{ErrorNumber::DiskFull, "Disk full"},
@@ -28,8 +26,6 @@ constexpr std::array kErrorTexts{
     ErrorTextRow{ErrorNumber::NoForeignApplication, "No foreign application responded to a DDE initiate"},
     ErrorTextRow{ErrorNumber::InvalidPropertyValue, "Invalid property value"},
     ErrorTextRow{ErrorNumber::DllEntryPointNotFound, "Can't find DLL entry point"},
-    ErrorTextRow{ErrorNumber::KeyAlreadyAssociated,
-                 "This key is already associated with an element of this collection"},
 };
 
 }  // namespace

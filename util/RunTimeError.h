@@ -8,12 +8,10 @@ namespace fonklav {
 /// The classic numbers of the run-time errors that this program raises, by which the suite's error logs are read. Their
 /// texts are in RunTimeError.cpp.
 enum class ErrorNumber : int {
-  InvalidProcedureCall = 5,
   Overflow = 6,
   OutOfMemory = 7,
   SubscriptOutOfRange = 9,
   TypeMismatch = 13,
-  InternalError = 51,
   FileNotFound = 53,
   DeviceIOError = 57,
   DiskFull = 61,
@@ -25,7 +23,6 @@ enum class ErrorNumber : int {
   InvalidPropertyValue = 380,
   NeverLogged = 401,  ///< ends a handler without a word: the error log leaves this number out
   DllEntryPointNotFound = 453,
-  KeyAlreadyAssociated = 457,
   /// Anything thrown that is not one of our own errors is logged under this number.
   ForeignException = 1000,
 };

@@ -1,76 +1,91 @@
 #pragma once
 
-#include <chrono>
-#include <memory>
-#include <string>
-#include <vector>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
-#include "app/Program.h"
-#include "tests/fakes/FakeSystem.h"
-#include "tests/fakes/FakeView.h"
+#include <regex>
+
+#include "tests/app/BareDialer.h"
+#include "util/Text.h"
 
 namespace fonklav::test {
 
-/// A whole dialer on simulated telephony, with a main program at the other end of the link.
-class Dialer : public FakeSystem {
+inline constexpr const char* kLine = "device name=ISDN-Line1 version=0x00020000\nlocation local=\"\"\n";
+
+/// The rules of a line that takes a call, which stays up until somebody hangs up.
+inline const std::string kAnswered =
+    "call reply after=20\ncall state DIALING after=40\ncall state RINGBACK after=60\ncall state CONNECTED after=80\n"
+    "drop reply after=10\ndrop state IDLE after=20\n";
+
+/// A dialer whose test ends with a look at the error log.
+class Dialer : public BareDialer {
  public:
-  explicit Dialer(const std::string& scenario) : FakeSystem(scenario) {}
-
-  /// Puts a line name into the settings, before the start.
-  void StoreLine(const std::string& name) { profile.WriteString("TAPIDial", "TAPILine", name, kSettings); }
-
-  /// Starts the program and lets its start timers tick. False when the start was refused.
-  bool Start(const std::string& commandLine) {
-    if (!Ask(commandLine)) return false;
-    dde.DeliverOutcome();
-    if (dde.alive) dde.Sink().OnAdviseAck(adviseStatus);
-    StageAgain();
-    dde.DeliverAcks();
-    return true;
+  using BareDialer::BareDialer;
+  ~Dialer() {
+    program.reset();
+    EXPECT_THAT(Errors(), errors);
   }
 
-  /// The start up to the question for a main program, which is still out afterwards.
-  bool Ask(const std::string& commandLine) {
-    process.commandLine = commandLine;
-    program = std::make_unique<Program>(portsForProgram != nullptr ? *portsForProgram : AllPorts());
-    if (!program->Load(view)) return false;
-    Input().TimerTick(TimerId::Start0);
-    return true;
+  /// What the main program has heard since the last look, a line a report, and which of the call's buttons can be
+  /// pressed now: "line|A\n[Dial]".
+  std::string Stage() {
+    std::string seen;
+    for (const std::string& report : TakeReports()) seen += report + "\n";
+    return seen + Buttons();
   }
-
-  /// The second line stage, if it is due.
-  void StageAgain() {
-    if (Controls().tmStart[1].Enabled()) Input().TimerTick(TimerId::Start1);
+  std::string Buttons() {
+    const bool dial = Controls()[ControlId::cmdWahl].Enabled();
+    const bool hangUp = Controls()[ControlId::cmdHangUp].Enabled();
+    return std::string("[") + (dial ? "Dial" : "") + (dial && hangUp ? " " : "") + (hangUp ? "HangUp" : "") + "]";
   }
-
-  /// The main program changes the linked item.
-  void Command(const std::string& bytes) { dde.Sink().OnData(bytes); }
-
-  /// Time passes: line messages, acknowledgements and posted work arrive.
-  void Pump(int milliseconds) {
-    clock.Advance(std::chrono::milliseconds(milliseconds));
-    sim.Advance(std::chrono::milliseconds(milliseconds));
-    dde.DeliverAcks();
-    loop.Run();
-    if (dde.ticking) dde.Sink().OnTick();
+  const std::string& Text(ControlId id) { return Controls()[id].Text(); }
+  std::string Ticks() {
+    std::string ticks;
+    for (const auto& entry : Controls().lstTAPI.Entries()) ticks += entry.ticked ? 'x' : '-';
+    return ticks;
   }
-
-  std::vector<std::string> TakeReports() { return dde.TakeReports(); }
-  FormControls& Controls() { return program->Controls(); }
-  FormInput& Input() { return program->Input(); }
-  FakeView& View() { return view; }
-  const std::vector<FakeMessageBoxes::Shown>& Messages() const { return boxes.shown; }
-  std::string ErrorLog() { return File("C:\\ProgramData\\Rufmon\\log\\error.log"); }
-  std::string DebugLog() { return File("C:\\ProgramData\\Rufmon\\log\\debug.log"); }
   std::string Settings() { return File(kSettings); }
+  void Switch(const std::string& switches) { File(kSwitches) = "[Debug]\r\n" + switches; }
 
-  static constexpr const char* kSettings = "C:\\ProgramData\\Rufmon\\data\\sett_TAPI.ini";
+  /// The lines of a log, without the date and the time in front of each.
+  std::vector<std::string> Log(const std::string& name) {
+    std::vector<std::string> lines = Split(File("C:\\ProgramData\\Rufmon\\log\\" + name + ".log"), kCrLf);
+    EXPECT_EQ(lines.back(), "") << name << " ends within a line";
+    lines.pop_back();
+    for (std::string& line : lines) {
+      EXPECT_TRUE(line.starts_with("2015/03/07  09:05:31  ")) << line;
+      line.erase(0, 22);
+    }
+    return lines;
+  }
+  /// The telephony lines of the debug log.
+  std::vector<std::string> Steps() {
+    std::vector<std::string> steps = Log("debug");
+    for (std::string& step : steps) step = std::regex_replace(step, std::regex("^TAPI FVT "), "");
+    return steps;
+  }
+  /// The entries of the error log, with "n" for the source line.
+  std::vector<std::string> Errors() {
+    std::vector<std::string> entries = Log("error");
+    for (std::string& entry : entries) {
+      entry = std::regex_replace(entry, std::regex(R"(^FVT v\d+\.\d+ )"), "");
+      entry = std::regex_replace(entry, std::regex(", Line: *[1-9][0-9]* "), ", Line:n");
+    }
+    return entries;
+  }
 
-  SimTelephony& sim{telephony};
-  FakeView view;
-  std::uint16_t adviseStatus{kDdeAckPositive};
-  const Ports* portsForProgram{nullptr};  ///< other ports than this system's own; not owned
-  std::unique_ptr<Program> program;
+  /// What the test expects in the error log at its end.
+  testing::Matcher<std::vector<std::string>> errors{testing::IsEmpty()};
 };
+
+/// A dialer that is linked and bound to the line of this name, and whose start reports have been read.
+inline std::unique_ptr<Dialer> Ready(const std::string& scenario = kLine + kAnswered,
+                                     const std::string& line = "ISDN-Line1", const std::string& argument = "/run") {
+  auto dialer = std::make_unique<Dialer>(scenario);
+  if (!line.empty()) dialer->StoreLine(line);
+  dialer->Start(argument);
+  dialer->TakeReports();
+  return dialer;
+}
 
 }  // namespace fonklav::test

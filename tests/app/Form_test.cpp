@@ -1,54 +1,41 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
+#include <algorithm>
 
 #include "app/FormTexts.h"
 #include "app/Layout.h"
 #include "tests/app/Dialer.h"
 
-// What a person does at the window: choosing a line, settings, panels, texts.
+// What a person does at the window, and what the form hands to the window that shows it.
 namespace fonklav::test {
 namespace {
 
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::Not;
+using namespace testing;
 
 constexpr const char* kTwoLines = "device name=A version=0x00020000\ndevice name=B\nlocation local=9\n";
+constexpr auto kCalls = {ControlId::cmdWahl, ControlId::cmdHangUp, ControlId::cmdLogClear, ControlId::cmdSave,
+                         ControlId::cmdExit, ControlId::cmdInfo0,  ControlId::cmdInfo1};
 
 std::unique_ptr<Dialer> Started(const std::string& scenario, const std::string& stored = "A") {
-  auto dialer = std::make_unique<Dialer>(scenario);
-  if (!stored.empty()) dialer->StoreLine(stored);
-  dialer->Start("/sett");
-  dialer->TakeReports();
-  return dialer;
-}
-
-std::string Ticks(Dialer& dialer) {
-  std::string ticks;
-  for (const auto& entry : dialer.Controls().lstTAPI.Entries()) ticks += entry.ticked ? 'x' : '-';
-  return ticks;
+  return Ready(scenario, stored, "/sett");
 }
 
 TEST(Lines, TickingASecondLeavesOnlyThatOneAndBindsIt) {
   const auto dialer = Started(kTwoLines);
   dialer->Input().TickEntry(1, true);
-  EXPECT_EQ(Ticks(*dialer), "-x");
+  EXPECT_EQ(dialer->Ticks(), "-x");
   EXPECT_THAT(dialer->TakeReports(), ElementsAre("Init2LastOK|1", "line|B"));
   dialer->Input().TickEntry(1, false);
-  EXPECT_EQ(Ticks(*dialer), "-x") << "the only tick cannot be taken away";
+  EXPECT_EQ(dialer->Ticks(), "-x") << "the only tick cannot be taken away";
   EXPECT_THAT(dialer->Settings(), Not(HasSubstr("TAPILine=B"))) << "nothing is stored before OK";
 }
 
 TEST(Lines, AReportLeavesTheTickedLineCurrent) {
   const auto dialer = Started(kTwoLines);
   dialer->Input().ClickEntry(1);
-  EXPECT_THAT(dialer->Controls()[ControlId::txtLineInfo].Text(), HasSubstr("TAPI LINE: #1\r\nTAPI LINE NAME: B\r\n"));
+  EXPECT_THAT(dialer->Text(ControlId::txtLineInfo), HasSubstr("TAPI LINE: #1\r\nTAPI LINE NAME: B\r\n"));
   EXPECT_THAT(dialer->TakeReports(), IsEmpty());
   dialer->Command("cmd|call|0301234567");
-  EXPECT_THAT(dialer->TakeReports(), testing::Contains("anzlog|Anmeldung >> A"));
+  EXPECT_THAT(dialer->TakeReports(), Contains("anzlog|Anmeldung >> A"));
   dialer->Input().ClickEntry(7);
-  EXPECT_THAT(dialer->ErrorLog(), IsEmpty());
 }
 
 TEST(Lines, ThatDisappearNextToEachOtherGoOneARefresh) {
@@ -72,65 +59,97 @@ TEST(Settings, SaveWritesTheFourKeysAndHides) {
   EXPECT_EQ(dialer->Settings(),
             "[TAPIDial]\r\nTAPILine=B\r\nTAPIAmtVW=0,\r\n[Dimensions]\r\nTopTAPI=607.5\r\nLeftTAPI=1200\r\n");
   EXPECT_FALSE(dialer->Controls().form.Visible());
-  EXPECT_EQ(dialer->View().unloads, 0);
+  EXPECT_EQ(dialer->view.unloads, 0);
 }
 
-TEST(Settings, CancelBringsTheSavedLineBackAndReportsItTwice) {
+TEST(Settings, CancelBringsTheSavedOnesBackAndReportsTheLineTwice) {
   const auto dialer = Started(kTwoLines);
+  dialer->profile.WriteString("TAPIDial", "TAPIAmtVW", "0w,", Dialer::kSettings);
   dialer->Input().TickEntry(1, true);
   dialer->Input().Edit(ControlId::txtSettVW, "77");
   dialer->TakeReports();
   dialer->Input().Click(ControlId::cmdExit);
   EXPECT_THAT(dialer->TakeReports(), ElementsAre("Init2LastOK|1", "line|A", "Init2LastOK|1", "line|A"));
-  EXPECT_EQ(Ticks(*dialer), "x-");
-  EXPECT_EQ(dialer->Controls()[ControlId::txtSettVW].Text(), "");
+  EXPECT_EQ(dialer->Ticks(), "x-");
+  EXPECT_EQ(dialer->Text(ControlId::txtSettVW), "0w,") << "as it is stored, number or not";
+  EXPECT_FALSE(dialer->Controls().form.Visible());
 }
 
-struct LimitRow {
-  const char* file;
-  float top;
-};
+TEST(Settings, SaveWithoutATickKeepsTheStoredName) {
+  const auto dialer = Started(kTwoLines, "gone");
+  dialer->Input().Click(ControlId::cmdSave);
+  EXPECT_THAT(dialer->TakeReports(), ElementsAre("Init2LastOK|0", "line|Ger\xE4t gone nicht verf\xFCgbar!",
+                                                 "log|Ger\xE4t gone nicht verf\xFCgbar!", "cmd|settchange"));
+  EXPECT_THAT(dialer->Settings(), HasSubstr("TAPILine=gone\r\n"));
+}
 
 TEST(Settings, PositionsAreAppliedAsReadAndDefaultTo600) {
-  for (const LimitRow& row : {LimitRow{"", 600}, LimitRow{"TopTAPI=-90\r\n", -90}, LimitRow{"TopTAPI=abc\r\n", 0},
-                              LimitRow{"TopTAPI=16777216\r\n", 16777216}}) {
+  for (const auto& [line, top] : {std::pair{"", 600.0F},
+                                  {"TopTAPI=-90\r\n", -90.0F},
+                                  {"TopTAPI=abc\r\n", 0.0F},
+                                  {"TopTAPI=16777216\r\n", 16777216.0F}}) {
     Dialer dialer(kTwoLines);
-    dialer.files.files[FakeFileSystem::Key(Dialer::kSettings)] = std::string("[Dimensions]\r\n") + row.file;
+    dialer.File(Dialer::kSettings) = std::string("[Dimensions]\r\n") + line;
     dialer.Start("/run");
-    EXPECT_EQ(dialer.Controls().form.Top(), row.top) << row.file;
+    EXPECT_EQ(dialer.Controls().form.Top(), top) << line;
     EXPECT_EQ(dialer.Controls().form.Left(), 600);
   }
 }
 
 TEST(Settings, TheUsersCodeStandsInOnlyWhereTheLocationHasNone) {
-  for (const auto& [location, dialed] :
-       {std::pair{"location local=9\n", "90301234567"}, std::pair{"location local=\"\"\n", "00301234567"}}) {
-    auto dialer = Started(std::string("device name=A\n") + location);
+  for (const auto& [location, before, after] : {std::tuple{"location local=9\n", "90301234567", "90301234567"},
+                                                std::tuple{"location local=\"\"\n", "0301234567", "00301234567"}}) {
+    const auto dialer = Started(std::string("device name=A\n") + location);
     dialer->Input().Edit(ControlId::txtSettVW, "0");
     dialer->Command("cmd|call|0301234567");
-    EXPECT_THAT(dialer->sim.TextsOf("lineMakeCall").back(), testing::AnyOf("90301234567", "0301234567"))
-        << "not before it was saved";
     dialer->Pump(100);
     dialer->Input().Click(ControlId::cmdHangUp);
     dialer->Pump(100);
     dialer->Input().Click(ControlId::cmdSave);
     dialer->Input().Click(ControlId::cmdWahl);
-    EXPECT_EQ(dialer->sim.TextsOf("lineMakeCall").back(), dialed);
+    EXPECT_THAT(dialer->sim.TextsOf("lineMakeCall"), ElementsAre(before, after)) << "not before it was saved";
   }
 }
 
-TEST(Closing, HidesWhileLinkedAndSaysSoInTheDebugLog) {
-  Dialer dialer(kTwoLines);
-  dialer.files.files["c:\\rufmon\\rufmonspec.ini"] = "[Debug]\r\nLogTAPI=1\r\n";
-  dialer.Start("/sett");
-  dialer.Input().CloseRequested(UnloadMode::UserClosed);
-  EXPECT_FALSE(dialer.Controls().form.Visible());
-  EXPECT_EQ(dialer.View().unloads, 0);
-  EXPECT_THAT(dialer.DebugLog(), HasSubstr("2015/03/07  09:05:31  TAPI FVT Start - Param=/sett\r\n"));
-  EXPECT_THAT(dialer.DebugLog(), HasSubstr("TAPI FVT FormFonklav_QueryUnload - Param=0\r\n2015/03/07  09:05:31  "
-                                           "TAPI FVT FormFonklav_QueryUnload - Cancel\r\n"));
-  dialer.Input().CloseRequested(UnloadMode::SessionEnds);
-  EXPECT_EQ(dialer.View().unloads, 1);
+TEST(Closing, HidesWhileLinkedAndEndsOtherwiseAndWithTheSession) {
+  for (const bool linked : {true, false}) {
+    for (const int mode : {0, 1, 2, 3}) {
+      SCOPED_TRACE(mode);
+      Dialer dialer(kTwoLines);
+      dialer.Switch("LogTAPI=1\r\n");
+      dialer.dde.serverRunning = linked;
+      dialer.Start("/sett");
+      const std::size_t before = dialer.Steps().size();
+      dialer.Input().CloseRequested(static_cast<UnloadMode>(mode));
+      std::vector<std::string> steps = dialer.Steps();
+      steps.erase(steps.begin(), steps.begin() + static_cast<std::ptrdiff_t>(before));
+      const bool hidden = linked && mode < 2;
+      EXPECT_THAT(steps, ElementsAre("FormFonklav_QueryUnload - Param=" + std::to_string(mode),
+                                     hidden ? "FormFonklav_QueryUnload - Cancel" : "FormFonklav_Unload"));
+      EXPECT_EQ(dialer.Controls().form.Visible(), !hidden) << "the window goes with the program, not before";
+      EXPECT_EQ(dialer.view.unloads, hidden ? 0 : 1);
+      EXPECT_EQ(dialer.sim.Registrations(), hidden ? 1U : 0U);
+    }
+  }
+}
+
+TEST(Closing, WhateverComesAfterTheEndFindsNobody) {
+  const auto dialer = Started(kTwoLines);
+  dialer->Input().CloseRequested(UnloadMode::SessionEnds);
+  dialer->sim.ForgetCalls();
+  for (const TimerId timer : {TimerId::Start0, TimerId::Start1, TimerId::Start2}) dialer->Input().TimerTick(timer);
+  dialer->Command("cmd|call|0301234567");
+  dialer->Input().TickEntry(1, true);
+  dialer->Input().ClickEntry(1);
+  dialer->Input().Edit(ControlId::txtNumber, "12");
+  for (const ControlId button : kCalls) dialer->Input().Click(button);
+  dialer->Input().CloseRequested(UnloadMode::UserClosed);
+  dialer->Pump(1000);
+  EXPECT_THAT(dialer->sim.Calls(), IsEmpty());
+  EXPECT_THAT(dialer->TakeReports(), IsEmpty());
+  EXPECT_THAT(dialer->dde.asked, SizeIs(1));
+  EXPECT_EQ(dialer->view.unloads, 1);
+  for (const Timer& timer : dialer->Controls().tmStart) EXPECT_FALSE(timer.Enabled());
 }
 
 TEST(Panels, OneButtonTogglesItsOwnPanelAndTheOtherSwitches) {
@@ -144,7 +163,7 @@ TEST(Panels, OneButtonTogglesItsOwnPanelAndTheOtherSwitches) {
   EXPECT_EQ(seen(), "3435 info");
   dialer->Input().Click(ControlId::cmdInfo1);
   EXPECT_EQ(seen(), "6690 test");
-  EXPECT_THAT(dialer->View().focus, ElementsAre(ControlId::txtNumber));
+  EXPECT_THAT(dialer->view.focus, ElementsAre(ControlId::txtNumber));
   dialer->Input().Click(ControlId::cmdInfo1);
   EXPECT_EQ(seen(), "3435 test");
   dialer->Input().Click(ControlId::cmdInfo0);
@@ -160,11 +179,11 @@ TEST(Number, TheDialButtonFollowsTheTypedText) {
   for (const auto& [text, enabled] : {std::pair{"12", true}, std::pair{"12a", false}, std::pair{"*100#", true}}) {
     dialer->Input().KeyPress(ControlId::txtNumber, 'a');
     dialer->Input().Edit(ControlId::txtNumber, text);
-    EXPECT_EQ(dialer->Controls()[ControlId::cmdWahl].Enabled(), enabled) << text;
+    EXPECT_EQ(dialer->Buttons(), enabled ? "[Dial]" : "[]") << text;
   }
   const auto unbound = Started(kTwoLines, "Z");
   unbound->Input().Edit(ControlId::txtNumber, "12");
-  EXPECT_FALSE(unbound->Controls()[ControlId::cmdWahl].Enabled()) << "typing asks for a bound line";
+  EXPECT_EQ(unbound->Buttons(), "[]") << "typing asks for a bound line";
 }
 
 TEST(Number, ClearingTheStatusBoxTellsNobody) {
@@ -172,7 +191,7 @@ TEST(Number, ClearingTheStatusBoxTellsNobody) {
   dialer->Command("cmd|hangup");
   dialer->TakeReports();
   dialer->Input().Click(ControlId::cmdLogClear);
-  EXPECT_EQ(dialer->Controls()[ControlId::txtTestStatus].Text(), "");
+  EXPECT_EQ(dialer->Text(ControlId::txtTestStatus), "");
   EXPECT_THAT(dialer->TakeReports(), IsEmpty());
 }
 
@@ -184,8 +203,8 @@ TEST(Texts, ComeFromTheFileKeyByKey) {
     if (row + 1 < kFormTexts.size()) file += std::string(kFormTexts[row + 1].text.key) + "=\r\n";
   }
   file += "Button_OK=&Go<CR><TAB><cr>\r\nSettings_ToolTip_Prefix=tip\r\nDisplay_Menu_Settings=Settings\r\n";
-  dialer.files.files["c:\\rufmon\\base\\language_44.ini"] = file;
-  dialer.files.files["c:\\programdata\\rufmon\\data\\rufmon.ini"] = "[General]\r\nLanguage=44\r\n";
+  dialer.File("C:\\Rufmon\\base\\language_44.ini") = file;
+  dialer.File("C:\\ProgramData\\Rufmon\\data\\Rufmon.ini") = "[General]\r\nLanguage=44\r\n";
   dialer.StoreLine("gone");
   dialer.Start("/run");
   const auto& controls = dialer.Controls();
@@ -201,9 +220,101 @@ TEST(Texts, ComeFromTheFileKeyByKey) {
 TEST(Texts, WithoutAFileAreGerman) {
   const auto dialer = Started(kTwoLines);
   EXPECT_EQ(dialer->Controls().form.Caption(), "Rufmon -  TAPI Wählhilfe Einstellungen");
-  EXPECT_EQ(dialer->Controls()[ControlId::cmdExit].Text(), "A&bbrechen");
-  EXPECT_EQ(dialer->Controls()[ControlId::cmdWahl].Text(), "Wählen");
+  EXPECT_EQ(dialer->Text(ControlId::cmdExit), "A&bbrechen");
+  EXPECT_EQ(dialer->Text(ControlId::cmdWahl), "Wählen");
   EXPECT_EQ(dialer->Controls().ToolTip(), "00, 0 oder NICHTS vor nationalen Nummern, abhängig vom CAPI-Hersteller");
+}
+
+TEST(View, TheStatusBoxIsHandedWhatIsAddedHoweverLongItHasBecome) {
+  const auto dialer = Ready(kTwoLines, "A");
+  FakeView& view = dialer->view;
+  std::string shown;
+  std::size_t firstCall = 0;
+  for (int call = 0; call < 20; ++call) {
+    view.changed.clear();
+    view.appended.clear();
+    dialer->Command("cmd|call|0301234567");
+    dialer->Pump(100);
+    dialer->Command("cmd|hangup");
+    dialer->Pump(100);
+    dialer->Command("");
+    std::size_t handed = 0;
+    for (const auto& [id, text] : view.appended) {
+      EXPECT_EQ(id, ControlId::txtTestStatus);
+      handed += text.size();
+      shown += text;
+    }
+    if (call == 0) firstCall = handed;
+    EXPECT_EQ(handed, firstCall) << call;
+    EXPECT_EQ(std::ranges::count(view.changed, ControlId::txtTestStatus), 0) << "the whole text was shown anew";
+  }
+  EXPECT_GT(firstCall, 0U);
+  EXPECT_EQ(shown, dialer->Text(ControlId::txtTestStatus)) << "what was handed over is what the box holds";
+}
+
+TEST(View, SettingsBringsAVisibleWindowToTheFrontAndNoOtherCommandDoes) {
+  Dialer dialer(kTwoLines);
+  dialer.Start("/sett");
+  for (const auto& [command, raises] : {std::pair{"cmd|hangup", 0}, std::pair{"settings", 1}, std::pair{"unload", 0}}) {
+    dialer.view.raises = 0;
+    dialer.Command(command);
+    EXPECT_EQ(dialer.view.raises, raises) << command;
+  }
+}
+
+TEST(View, AFaultThatNobodyCaughtIsToldUnderTheProgramsTitle) {
+  Dialer dialer(kTwoLines);
+  dialer.Start("/run");
+  dialer.program->ReportFault("the window could not be made");
+  ASSERT_EQ(dialer.boxes.shown.size(), 1U);
+  EXPECT_EQ(dialer.boxes.shown[0].prompt, "the window could not be made");
+  EXPECT_EQ(dialer.boxes.shown[0].title, "Rufmon - FonklavTAPI");
+  EXPECT_EQ(dialer.boxes.shown[0].style, kMessageBoxCritical);
+}
+
+TEST(View, IsToldOfEachChangeOnceAndOfNoOther) {
+  FakeView view;
+  FormControls controls;
+  controls.slot.view = &view;
+  int changes = 0;
+  std::vector<std::size_t> checked;
+  Control& box = controls[ControlId::txtNumber];
+  box.OnChange([&] { ++changes; });
+  controls.lstTAPI.OnItemCheck([&](std::size_t index) { checked.push_back(index); });
+  const auto twice = [&](const std::function<void()>& change) {
+    view.changed.clear();
+    view.appended.clear();
+    view.formChanges = view.timerChanges = changes = 0;
+    change();
+    change();
+    return view.changed.size() + view.appended.size() + static_cast<std::size_t>(view.formChanges + view.timerChanges);
+  };
+  for (const auto& change : std::initializer_list<std::function<void()>>{
+           [&] { box.Text("1"); }, [&] { box.Enabled(false); }, [&] { box.Visible(false); },
+           [&] { controls.form.Caption("x"); }, [&] { controls.form.Visible(true); }, [&] { controls.form.Top(1); },
+           [&] { controls.form.Left(1); }, [&] { controls.form.Width(1); }, [&] { controls.form.Height(1); },
+           [&] { controls.tmStart[0].Enabled(true); }, [&] { controls.ToolTip("x"); }}) {
+    EXPECT_EQ(twice(change), 1U);
+  }
+  EXPECT_EQ(twice([&] { box.Text("2"); }) + static_cast<std::size_t>(changes), 2U);
+  EXPECT_EQ(twice([&] { box.Edited("3"); }), 0U) << "the window shows it already";
+  EXPECT_EQ(changes, 1);
+  EXPECT_EQ(twice([&] { box.Append("4"); }), 2U);
+  EXPECT_EQ(changes, 2);
+  EXPECT_EQ(twice([&] { box.Append(""); }) + static_cast<std::size_t>(changes), 0U);
+  EXPECT_EQ(twice([&] { controls.form.Moved(7, 8), controls.form.Resized(9, 10); }), 0U);
+
+  CheckList& list = controls.lstTAPI;
+  EXPECT_EQ(twice([&] { list.Add("A"); }), 2U);
+  EXPECT_EQ(twice([&] { list.Tick(1, true); }), 1U);
+  EXPECT_EQ(twice([&] { list.TickQuietly(0, true); }), 1U);
+  EXPECT_EQ(twice([&] { list.Tick(0, true), list.Tick(2, true), list.TickQuietly(2, true), list.Remove(2); }), 0U);
+  EXPECT_THAT(checked, ElementsAre(1)) << "a changed tick, and not a quiet one";
+  EXPECT_EQ(list.TickedCount(), 2U);
+  EXPECT_EQ(twice([&] { list.Tick(0, false); }), 1U);
+  EXPECT_THAT(checked, ElementsAre(1, 0));
+  EXPECT_EQ(twice([&] { list.Clear(); }), 1U);
+  EXPECT_EQ(list.Count(), 0U);
 }
 
 }  // namespace

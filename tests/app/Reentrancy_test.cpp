@@ -1,6 +1,3 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include "tests/app/Dialer.h"
 
 // Telephony that dispatches messages in the middle of its own functions, so that anything may arrive inside each of
@@ -8,7 +5,7 @@
 namespace fonklav::test {
 namespace {
 
-using testing::IsEmpty;
+using namespace testing;
 
 struct ArrivalRow {
   const char* name;
@@ -47,12 +44,12 @@ constexpr std::array kFunctions{"tapiGetLocationInfo",
                                 "lineClose",
                                 "lineShutdown"};
 
-class Inside : public testing::TestWithParam<std::tuple<const char*, ArrivalRow>> {};
+class Inside : public TestWithParam<std::tuple<const char*, ArrivalRow>> {};
 
 /// A call by command, the end of it, a report on the line, and the settings given up.
 void Work(Dialer& dialer) {
   const auto command = [&](const char* text) {
-    if (dialer.View().unloads == 0) dialer.Command(text);
+    if (dialer.view.unloads == 0) dialer.Command(text);
     dialer.Pump(100);
   };
   command("cmd|call|0301234567");
@@ -80,15 +77,14 @@ TEST_P(Inside, NothingDeadIsTouchedAndNothingIsLost) {
   };
   Work(dialer);
   EXPECT_GE(arrivals, 1) << "the function was never called: the test has seen nothing";
-  EXPECT_THAT(dialer.ErrorLog(), IsEmpty());
-  EXPECT_EQ(dialer.View().unloads, arrival.ends ? 1 : 0);
+  EXPECT_EQ(dialer.view.unloads, arrival.ends ? 1 : 0);
   if (!arrival.ends) {
     dialer.Command("cmd|hangup");
     dialer.Pump(100);
     dialer.TakeReports();
     dialer.Command("cmd|call|0307654321");
     dialer.Pump(100);
-    EXPECT_THAT(dialer.TakeReports(), testing::Contains("anzlog|Verbunden")) << "the next call works";
+    EXPECT_THAT(dialer.TakeReports(), Contains("anzlog|Verbunden")) << "the next call works";
     dialer.dde.Sink().OnTerminate();
   }
   dialer.loop.Run();
@@ -97,8 +93,7 @@ TEST_P(Inside, NothingDeadIsTouchedAndNothingIsLost) {
   EXPECT_EQ(dialer.sim.Registrations(), 0U);
 }
 
-INSTANTIATE_TEST_SUITE_P(Rows, Inside, testing::Combine(testing::ValuesIn(kFunctions), testing::ValuesIn(kArrivals)),
-                         [](const auto& row) {
+INSTANTIATE_TEST_SUITE_P(Rows, Inside, Combine(ValuesIn(kFunctions), ValuesIn(kArrivals)), [](const auto& row) {
   return std::string(std::get<0>(row.param)) + "_" + std::get<1>(row.param).name;
 });
 

@@ -1,227 +1,207 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include "tests/app/Dialer.h"
 
 // From the command line to the bound line, with everything that can be missing.
 namespace fonklav::test {
 namespace {
 
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
+using namespace testing;
 
-constexpr const char* kLine = "device name=ISDN-Line1 version=0x00020000\nlocation local=\"\"\n";
-
-struct ArgumentRow {
-  const char* name;
-  const char* argument;
-  bool starts;
-  bool shown;
-  const char* number;
-};
-
-class CommandLine : public testing::TestWithParam<ArgumentRow> {};
-
-TEST_P(CommandLine, IsJudged) {
-  Dialer dialer(kLine);
-  EXPECT_EQ(dialer.Start(GetParam().argument), GetParam().starts);
-  EXPECT_EQ(dialer.Controls().form.Visible(), GetParam().shown);
-  EXPECT_EQ(dialer.Controls()[ControlId::txtNumber].Text(), GetParam().number);
-  EXPECT_EQ(dialer.Messages().size(), GetParam().starts ? 0U : 1U);
-  EXPECT_THAT(dialer.sim.TextsOf("lineMakeCall"), IsEmpty());
-  if (!GetParam().starts) {
-    EXPECT_THAT(dialer.Messages().front().prompt, "Ein Direktaufruf dieses Tools ist nicht vorgesehen!");
-    EXPECT_EQ(dialer.Messages().front().style, 64U);
+TEST(CommandLine, IsJudged) {
+  const struct {
+    const char* argument;
+    bool starts;
+    bool shown;
+    const char* number;
+  } rows[] = {
+      {"/run", true, false, ""},       {"/sett", true, true, ""},       {"0301234567", true, false, "0301234567"},
+      {"*100#", true, false, "*100#"}, {" 123 ", true, false, " 123 "}, {"", false, false, ""},
+      {"/SETT", false, false, ""},     {"/sett ", false, false, ""},    {"/run /sett", false, false, ""},
+      {"0 30 123", false, false, ""}};
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.argument);
+    Dialer dialer(kLine);
+    EXPECT_EQ(dialer.Start(row.argument), row.starts);
+    EXPECT_EQ(dialer.Controls().form.Visible(), row.shown);
+    EXPECT_EQ(dialer.Text(ControlId::txtNumber), row.number);
+    EXPECT_THAT(dialer.sim.TextsOf("lineMakeCall"), IsEmpty());
+    ASSERT_EQ(dialer.boxes.shown.size(), row.starts ? 0U : 1U);
+    if (row.starts) continue;
+    EXPECT_EQ(dialer.boxes.shown[0].prompt, "Ein Direktaufruf dieses Tools ist nicht vorgesehen!");
+    EXPECT_EQ(dialer.boxes.shown[0].style, 64U);
     EXPECT_THAT(dialer.sim.Calls(), IsEmpty());
     EXPECT_THAT(dialer.dde.asked, IsEmpty());
   }
 }
-
-INSTANTIATE_TEST_SUITE_P(Rows, CommandLine,
-                         testing::Values(ArgumentRow{"run", "/run", true, false, ""},
-                                         ArgumentRow{"sett", "/sett", true, true, ""},
-                                         ArgumentRow{"number", "0301234567", true, false, "0301234567"},
-                                         ArgumentRow{"starNumber", "*100#", true, false, "*100#"},
-                                         ArgumentRow{"blanksAround", " 123 ", true, false, " 123 "},
-                                         ArgumentRow{"none", "", false, false, ""},
-                                         ArgumentRow{"otherCase", "/SETT", false, false, ""},
-                                         ArgumentRow{"blankBehind", "/sett ", false, false, ""},
-                                         ArgumentRow{"two", "/run /sett", false, false, ""},
-                                         ArgumentRow{"innerBlanks", "0 30 123", false, false, ""}),
-                         [](const auto& row) { return row.param.name; });
 
 TEST(Startup, WithoutAMainProgramTheDialerRunsOnUnlinked) {
   Dialer dialer(kLine);
   dialer.StoreLine("ISDN-Line1");
   dialer.dde.serverRunning = false;
   EXPECT_TRUE(dialer.Start("0301234567"));
-  EXPECT_EQ(dialer.Controls()[ControlId::lbLineIDActive].Text(), "ISDN-Line1");
-  EXPECT_TRUE(dialer.Controls()[ControlId::cmdWahl].Enabled());
+  EXPECT_EQ(dialer.Text(ControlId::lbLineIDActive), "ISDN-Line1");
+  EXPECT_EQ(dialer.Stage(), "[Dial]");
   dialer.Input().CloseRequested(UnloadMode::UserClosed);
-  EXPECT_EQ(dialer.View().unloads, 1);
+  EXPECT_EQ(dialer.view.unloads, 1);
   EXPECT_EQ(dialer.sim.Registrations(), 0U);
 }
 
-TEST(Startup, NoStoredLine) {
-  Dialer dialer(kLine);
-  dialer.Start("/run");
-  EXPECT_THAT(dialer.TakeReports(), ElementsAre("Init2LastOK|0", "line|Kein TAPI-Ger\xE4t ausgew\xE4hlt!"));
-  EXPECT_EQ(dialer.Controls().lstTAPI.Count(), 1U);
-  EXPECT_EQ(dialer.Controls().lstTAPI.TickedCount(), 0U);
-  EXPECT_FALSE(dialer.Controls().tmStart[2].Enabled());
-}
+const std::string kWrong = "Fehlende oder falsche TAPI-Version!";
+const std::string kWrongTold = "line|" + kWrong + "\nlog|" + kWrong + "\n[]";
+const std::string kChecked = "Check area codes\nCheck area codes - OK\n";
+const std::string kFailed = "TAPI check - Lower version Message=" + kWrong + "\n";
 
-TEST(Startup, AStoredLineThatHasGone) {
-  Dialer dialer(kLine);
-  dialer.StoreLine("Fritz");
-  dialer.Start("/run");
-  EXPECT_THAT(dialer.TakeReports(), ElementsAre("Init2LastOK|0", "line|Ger\xE4t Fritz nicht verf\xFCgbar!",
-                                                "log|Ger\xE4t Fritz nicht verf\xFCgbar!"));
-  EXPECT_TRUE(dialer.Controls().tmStart[2].Enabled());
-}
-
-TEST(Startup, AStoredNameFindsTheFirstLineThatBeginsWithIt) {
-  Dialer dialer("device name=\"ISDN 10\"\ndevice name=\"ISDN 1\"\nlocation\n");
-  dialer.StoreLine("ISDN 1");
-  dialer.Start("/run");
-  EXPECT_THAT(dialer.TakeReports(), ElementsAre("Init2LastOK|1", "line|ISDN 10"));
-  ASSERT_EQ(dialer.Controls().lstTAPI.Count(), 2U);
-  EXPECT_FALSE(dialer.Controls().lstTAPI.At(0).ticked);
-  EXPECT_TRUE(dialer.Controls().lstTAPI.At(1).ticked);
-}
-
-TEST(Startup, OnlyTapi14ReportsTheFirstFailureBeforeThereIsALink) {
-  Dialer dialer(std::string("tapi version=0x00010004\n") + kLine);
-  dialer.StoreLine("ISDN-Line1");
-  dialer.Start("/run");
-  EXPECT_EQ(dialer.Controls()[ControlId::txtTestStatus].Text(),
-            "Incompatible API Version\r\nPrüfe auf TAPI 1.3 - 1.4...");
-  EXPECT_THAT(dialer.TakeReports(), ElementsAre("Init2LastOK|1", "line|ISDN-Line1"));
-}
-
-TEST(Startup, NoUsableTapiAtAll) {
-  Dialer dialer(std::string(kLine) + "refuse lineInitializeEx 0x8000000C\n");
-  dialer.StoreLine("ISDN-Line1");
-  dialer.Start("/run");
-  EXPECT_THAT(dialer.TakeReports(),
-              ElementsAre("line|Fehlende oder falsche TAPI-Version!", "log|Fehlende oder falsche TAPI-Version!"));
-  EXPECT_EQ(dialer.Controls()[ControlId::txtTestStatus].Text(),
-            "Incompatible API Version\r\nPrüfe auf TAPI 1.3 - 1.4...Fehlende oder falsche TAPI-Version!"
-            "Fehlende oder falsche TAPI-Version!");
-  EXPECT_FALSE(dialer.Controls()[ControlId::cmdWahl].Enabled());
-}
-
-TEST(Startup, AMissingLibraryIsTheWrongVersionAndNotTheAreaCodes) {
-  Dialer dialer(kLine);
-  dialer.sim.SetLibraryMissing();
-  dialer.Start("/run");
-  EXPECT_THAT(dialer.TakeReports(),
-              ElementsAre("line|Fehlende oder falsche TAPI-Version!", "log|Fehlende oder falsche TAPI-Version!"));
-  EXPECT_THAT(dialer.Messages(), IsEmpty());
-  EXPECT_THAT(dialer.ErrorLog(), HasSubstr("53 + File not found"));
-}
-
-TEST(Startup, MissingAreaCodesAreShownOnceAndNothingIsReported) {
-  Dialer dialer(std::string(kLine) + "codes none\n");
-  dialer.Start("/run");
-  ASSERT_EQ(dialer.Messages().size(), 1U);
-  EXPECT_THAT(dialer.Messages().front().prompt, HasSubstr("Telefon und Modem"));
-  EXPECT_EQ(dialer.Messages().front().style, 48U);
-  EXPECT_THAT(dialer.TakeReports(), IsEmpty());
-  EXPECT_EQ(dialer.sim.CountOf("lineInitializeEx"), 0U);
-}
-
-struct LostRow {
+/// A start whose line stage runs twice, before the link and after it.
+struct StartRow {
   const char* name;
-  const char* fault;  ///< what telephony has become after a good start
-  std::vector<std::string> reports;
-  const char* caption;
+  std::string scenario;
+  const char* stored;
+  std::string heard;    ///< of the second run
+  std::string caption;  ///< of the active line
+  const char* ticks;
+  std::string debug;   ///< of the first run; the second is without what is told but once
+  std::string status;  ///< what the box holds
+  std::size_t boxes{0};
+  Matcher<std::vector<std::string>> errors{IsEmpty()};
 };
 
-class LostLine : public testing::TestWithParam<LostRow> {};
+const StartRow kStarts[] = {
+    {"bound", kLine, "ISDN-Line1", "Init2LastOK|1\nline|ISDN-Line1\n[]", "ISDN-Line1", "x",
+     kChecked + "Create line - OK\nSetLine - ISDN-Line1\n", ""},
+    {"nothingStored", kLine, "", "Init2LastOK|0\nline|Kein TAPI-Ger\xE4t ausgew\xE4hlt!\n[]",
+     "Kein TAPI-Gerät ausgewählt!", "-", kChecked + "Create line - OK\nSetLine - Kein TAPI-Ger\xE4t ausgew\xE4hlt!\n",
+     ""},
+    {"storedLineGone", kLine, "Fritz",
+     "Init2LastOK|0\nline|Ger\xE4t Fritz nicht verf\xFCgbar!\nlog|Ger\xE4t Fritz nicht verf\xFCgbar!\n[]",
+     "Gerät Fritz nicht verfügbar!", "-", kChecked + "Create line - OK\nSetLine - Ger\xE4t Fritz nicht verf\xFCgbar!\n",
+     ""},
+    {"theLastLineHasNoVersionAndSeemsToSpeak", std::string(kLine) + "device name=B version=0x00010002\n", "",
+     "Init2LastOK|0\nline|Kein TAPI-Ger\xE4t ausgew\xE4hlt!\nbtnCall|0|SetLine\n[]", "Kein TAPI-Gerät ausgewählt!", "-",
+     kChecked + "Create line - OK\nSetLine - Kein TAPI-Ger\xE4t ausgew\xE4hlt!\n", ""},
+    {"theLastLineHasNoVersionAndNoVoice", std::string(kLine) + "device name=C media=0x10\ndevice version=0x00010002\n",
+     "", "Init2LastOK|0\nline|Kein TAPI-Ger\xE4t ausgew\xE4hlt!\n[]", "Kein TAPI-Gerät ausgewählt!", "-",
+     kChecked + "Create line - OK\nSetLine - Kein TAPI-Ger\xE4t ausgew\xE4hlt!\n", ""},
+    {"aStoredNameFindsTheFirstThatBeginsWithItAndTicksItself",
+     "device name=\"ISDN 10\"\ndevice name=\"ISDN 1\"\nlocation\n", "ISDN 1", "Init2LastOK|1\nline|ISDN 10\n[]",
+     "ISDN 10", "-x", kChecked + "Create line - OK\nSetLine - ISDN 10\n", ""},
+    {"onlyTapi14", std::string("tapi version=0x00010004\n") + kLine, "ISDN-Line1", "Init2LastOK|1\nline|ISDN-Line1\n[]",
+     "ISDN-Line1", "x",
+     kChecked + "TAPI check - Message=Incompatible API Version\nCreate line - OK Lower version\nSetLine - ISDN-Line1\n",
+     "Incompatible API Version\r\nPrüfe auf TAPI 1.3 - 1.4..."},
+    {"noUsableTapi", std::string(kLine) + "refuse lineInitializeEx 0x8000000C\n", "ISDN-Line1", kWrongTold, kWrong, "",
+     kChecked + "TAPI check - Message=Incompatible API Version\n" + kFailed,
+     "Incompatible API Version\r\nPrüfe auf TAPI 1.3 - 1.4..." + kWrong + kWrong},
+    {"noLine", "location\n", "ISDN-Line1", kWrongTold, kWrong, "",
+     kChecked + "TAPI check - Message=Unknown Error\n" + kFailed,
+     "Unknown Error\r\nPrüfe auf TAPI 1.3 - 1.4..." + kWrong + kWrong},
+    {"noCodes", std::string(kLine) + "codes none\n", "ISDN-Line1", "[]", "LineID", "",
+     "Check area codes\nCheck area codes - Fail\n", "", 1},
+    {"noLibrary", "", "", kWrongTold, kWrong, "", kChecked + "TAPI check - Message=Unknown Error\n" + kFailed,
+     "Unknown Error\r\nPrüfe auf TAPI 1.3 - 1.4..." + kWrong + kWrong, 0,
+     AllOf(SizeIs(6), Contains("CvbTAPILine.CheckAreaCodes, Line:n + 53 + File not found"),
+           Contains("CvbTAPILine.Create, Line:n + 53 + File not found Params(N:65539, N:65540)"))},
+};
 
-TEST_P(LostLine, LeavesNothingThatLooksLikeOne) {
-  for (const bool cancelled : {false, true}) {
-    Dialer dialer("device name=ISDN-Line1 version=0x00020000\nlocation local=9\n");
-    dialer.StoreLine("ISDN-Line1");
-    dialer.Start("/sett");
-    dialer.Input().Edit(ControlId::txtNumber, "0301234567");
-    EXPECT_TRUE(dialer.Controls()[ControlId::cmdWahl].Enabled());
-    dialer.TakeReports();
-    dialer.sim.Rules().Apply(GetParam().fault);
-    if (cancelled) {
-      dialer.Input().Click(ControlId::cmdExit);
-    } else {
-      dialer.Command("unload");
-    }
-    std::vector<std::string> expected = GetParam().reports;
-    if (!cancelled) expected.insert(expected.begin(), "cmd|quitt");
-    EXPECT_EQ(dialer.TakeReports(), expected);
-    EXPECT_FALSE(dialer.Controls()[ControlId::cmdWahl].Enabled());
-    EXPECT_EQ(dialer.Controls().lstTAPI.Count(), 0U);
-    EXPECT_EQ(dialer.Controls()[ControlId::lbLineIDActive].Text(), GetParam().caption);
-    dialer.Input().Edit(ControlId::txtNumber, "12345");
-    EXPECT_FALSE(dialer.Controls()[ControlId::cmdWahl].Enabled()) << "no line is bound";
-    // The command goes its way all the same, and finds no line to open.
-    dialer.Command("cmd|call|0301234567");
-    EXPECT_EQ(dialer.TakeReports().back(), "btnCall|0|cmdWahl_Click 1");
-    EXPECT_EQ(dialer.sim.OpenLines(), 0U);
-    // Telephony has come back: the next stage finds everything again. It fills an empty list, and so does the Cancel.
-    dialer.sim.Rules() = Scenario::Parse("device name=ISDN-Line1 version=0x00020000\nlocation local=9\n");
-    dialer.Command("unload");
-    EXPECT_THAT(dialer.TakeReports(), ElementsAre("cmd|quitt", "Init2LastOK|1", "line|ISDN-Line1", "Init2LastOK|1",
-                                                  "line|ISDN-Line1", "Init2LastOK|1", "line|ISDN-Line1"));
-    EXPECT_TRUE(dialer.Controls().lstTAPI.At(0).ticked);
+TEST(Startup, ReportsWhatItFindsAndWhatItMisses) {
+  for (const StartRow& row : kStarts) {
+    SCOPED_TRACE(row.name);
+    Dialer dialer(row.scenario);
+    dialer.errors = row.errors;
+    dialer.Switch("LogTAPI=1\r\n");
+    dialer.sim.SetLibraryMissing(row.scenario.empty());
+    if (*row.stored != 0) dialer.StoreLine(row.stored);
+    dialer.Start("/run");
+    EXPECT_EQ(dialer.Stage(), row.heard);
+    EXPECT_EQ(dialer.Text(ControlId::lbLineIDActive), row.caption);
+    EXPECT_EQ(dialer.Ticks(), row.ticks);
+    EXPECT_EQ(dialer.Text(ControlId::txtTestStatus), row.status);
+    EXPECT_EQ(dialer.boxes.shown.size(), row.boxes);
+    EXPECT_EQ(dialer.Controls().tmStart[2].Enabled(), *row.stored != 0 && row.heard.starts_with("Init2LastOK"));
+    const std::string again = std::regex_replace(row.debug, std::regex("TAPI check - Message=.*\n"), "");
+    std::string steps;
+    for (const std::string& step : dialer.Steps()) steps += step + "\n";
+    // The first run fills the list, and the tick that it sets there binds the line once more.
+    const std::string ticked = dialer.Ticks().find('x') == std::string::npos ? "" : "SetLine - " + row.caption + "\n";
+    EXPECT_EQ(steps, "Start - Param=/run\n" + row.debug + ticked + "Init DDE\nDDE LinkOpen\n" + again);
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(Rows, LostLine,
-                         testing::Values(LostRow{"areaCodes", "codes none", {}, "LineID"},
-                                         LostRow{"telephony",
-                                                 "refuse lineInitializeEx 0x80000048",
-                                                 {"log|Operation Failed",
-                                                  "log|Pr\xFC"
-                                                  "fe auf TAPI 1.3 - 1.4...",
-                                                  "line|Fehlende oder falsche TAPI-Version!",
-                                                  "log|Fehlende oder falsche TAPI-Version!"},
-                                                 "Fehlende oder falsche TAPI-Version!"}),
-                         [](const auto& row) { return row.param.name; });
+TEST(Startup, TelephonyOfTheFirstFamilyIsAskedAgainInItsOwnVersions) {
+  Dialer dialer(std::string("tapi version=0x00010004\n") + kLine);
+  dialer.Start("/run");
+  const auto asked = [](const char* version) {
+    return std::string("name=\"FonklavTAPI\" version=") + version + " size=0x1c options=0x1";
+  };
+  EXPECT_THAT(ArgumentsOf(dialer.sim, "lineInitializeEx"),
+              ElementsAre(asked("0x30000"), asked("0x10004"), asked("0x30000"), asked("0x10004")));
+  EXPECT_THAT(ArgumentsOf(dialer.sim, "lineNegotiateAPIVersion"),
+              Each(EndsWith("device=0x0 low=0x10003 high=0x10004")));
+}
 
-TEST(Startup, TheAreaCodeMessageIsNotShownOnTopOfItself) {
+TEST(Startup, MissingAreaCodesAreShownOnceAndAskTelephonyForNothing) {
   Dialer dialer(std::string(kLine) + "codes none\n");
+  // The message lets others in: it must not stand on top of itself.
   dialer.boxes.whileShown = [&] { dialer.Input().TimerTick(TimerId::Start1); };
   dialer.Start("/run");
-  EXPECT_EQ(dialer.Messages().size(), 1U);
+  dialer.Command("unload");
+  ASSERT_EQ(dialer.boxes.shown.size(), 1U);
+  EXPECT_THAT(dialer.boxes.shown[0].prompt, HasSubstr("Telefon und Modem"));
+  EXPECT_EQ(dialer.boxes.shown[0].style, 48U);
+  EXPECT_EQ(dialer.sim.CountOf("lineInitializeEx"), 0U);
+}
+
+/// What telephony has become after a good start.
+struct LostRow {
+  const char* fault;
+  std::string heard;
+  std::string caption;
+};
+
+TEST(LostLine, LeavesNothingThatLooksLikeOne) {
+  const std::string bound = "Init2LastOK|1\nline|ISDN-Line1\n";
+  for (const LostRow& row : {LostRow{"codes none", "[]", "LineID"}, LostRow{"refuse lineInitializeEx 0x80000048",
+                                                                            "log|Operation Failed\nlog|Pr\xFC"
+                                                                            "fe auf TAPI 1.3 - 1.4...\n" +
+                                                                                kWrongTold,
+                                                                            kWrong}}) {
+    for (const bool cancelled : {false, true}) {
+      SCOPED_TRACE(row.fault);
+      const auto dialer = Ready(kLine, "ISDN-Line1", "/sett");
+      dialer->Input().Edit(ControlId::txtNumber, "0301234567");
+      EXPECT_EQ(dialer->Buttons(), "[Dial]");
+      dialer->sim.Rules().Apply(row.fault);
+      if (cancelled) {
+        dialer->Input().Click(ControlId::cmdExit);
+      } else {
+        dialer->Command("unload");
+      }
+      EXPECT_EQ(dialer->Stage(), (cancelled ? "" : "cmd|quitt\n") + row.heard);
+      EXPECT_EQ(dialer->Ticks(), "");
+      EXPECT_EQ(dialer->Text(ControlId::lbLineIDActive), row.caption);
+      dialer->Input().Edit(ControlId::txtNumber, "12345");
+      EXPECT_EQ(dialer->Buttons(), "[]") << "no line is bound";
+      // The command goes its way all the same, and finds no line to open.
+      dialer->Command("cmd|call|0301234567");
+      EXPECT_THAT(dialer->Stage(), EndsWith("btnCall|0|cmdWahl_Click 1\n[]"));
+      EXPECT_EQ(dialer->sim.OpenLines(), 0U);
+      dialer->errors =
+          ElementsAre(HasSubstr("OpenLine, Line:n + 9 +"), HasSubstr("NegotiatedAPIVersion, Line:n + 9 +"));
+      // Telephony has come back: the next stage finds everything again. It fills an empty list, and so does the Cancel.
+      dialer->sim.Rules() = Scenario::Parse(kLine);
+      dialer->Command("unload");
+      EXPECT_EQ(dialer->Stage(), "cmd|quitt\n" + bound + bound + bound + "[Dial]");
+      EXPECT_EQ(dialer->Ticks(), "x");
+    }
+  }
 }
 
 TEST(Startup, AHandlerThatTheEndInterruptsIsQuiet) {
-  Dialer dialer(kLine);
-  dialer.StoreLine("ISDN-Line1");
-  dialer.Start("/run");
-  dialer.sim.Rules().Apply("codes none");
-  dialer.boxes.whileShown = [&] { dialer.dde.Sink().OnTerminate(); };
-  dialer.Command("unload");
-  EXPECT_EQ(dialer.Messages().size(), 1U);
-  EXPECT_EQ(dialer.View().unloads, 1);
-  EXPECT_EQ(dialer.sim.Registrations(), 0U);
-  EXPECT_THAT(dialer.ErrorLog(), IsEmpty());
-}
-
-TEST(Startup, ACodeThatFillsItsBufferWithoutAnEndCountsAsMissing) {
-  Dialer dialer(std::string(kLine) + "codes country=49 city=12345678\n");
-  dialer.Start("/run");
-  EXPECT_EQ(dialer.Messages().size(), 1U);
-}
-
-TEST(Startup, ARefusedAdviseLowersTheFlagAndReportsStillGoOut) {
-  Dialer dialer(kLine);
-  dialer.StoreLine("ISDN-Line1");
-  dialer.adviseStatus = 0;
-  dialer.Start("/run");
-  EXPECT_THAT(dialer.TakeReports(), ElementsAre("Init2LastOK|1", "line|ISDN-Line1"));
-  dialer.Input().CloseRequested(UnloadMode::UserClosed);
-  EXPECT_EQ(dialer.View().unloads, 1) << "without the flag, closing the window ends the program";
+  const auto dialer = Ready(kLine);
+  dialer->sim.Rules().Apply("codes none");
+  dialer->boxes.whileShown = [&] { dialer->dde.Sink().OnTerminate(); };
+  dialer->Command("unload");
+  EXPECT_EQ(dialer->boxes.shown.size(), 1U);
+  EXPECT_EQ(dialer->view.unloads, 1);
+  EXPECT_EQ(dialer->sim.Registrations(), 0U);
 }
 
 }  // namespace

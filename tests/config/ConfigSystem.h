@@ -1,6 +1,5 @@
 #pragma once
 
-#include <memory>
 #include <string>
 
 #include "config/Configuration.h"
@@ -10,16 +9,11 @@
 namespace fonklav::test {
 
 /// The configuration layer on a fake computer, with a log that remembers.
-struct ConfigSystem : FakeSystem {
+struct ConfigSystem : FakeSystem, Recorded {
   explicit ConfigSystem(bool languageCheck = false)
-      : config(
-            diagnostics, AllPorts(),
-            [this] {
-    auto recording = std::make_unique<RecordingLog>(diagnostics);
-    log = recording.get();
-    return recording;
-            },
-            languageCheck) {}
+      : Recorded(false),
+        config(
+            diagnostics, AllPorts(), [this] { return MakeLog(); }, languageCheck) {}
 
   bool Init() { return config.declareAll.Init("FVT", false); }
 
@@ -27,8 +21,6 @@ struct ConfigSystem : FakeSystem {
   static constexpr const char* kSpecsFile = "C:\\Rufmon\\Rufmonspec.ini";
   static constexpr const char* kMainSettings = "C:\\ProgramData\\Rufmon\\data\\Rufmon.ini";
 
-  Diagnostics diagnostics;
-  RecordingLog* log{nullptr};
   Configuration config;
 };
 

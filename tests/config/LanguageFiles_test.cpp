@@ -17,8 +17,7 @@
 namespace fonklav::test {
 namespace {
 
-using testing::ContainerEq;
-using testing::SizeIs;
+using namespace testing;
 
 constexpr const char* kCodes[] = {"49", "44", "33", "39", "31"};
 
@@ -32,40 +31,27 @@ std::string Shipped(const std::string& code) {
 
 std::vector<std::string> LinesOf(const std::string& bytes) { return Split(bytes, kCrLf); }
 
-/// Every key that is asked of a language file.
-class AskedKeys : public FakePrivateProfile {
- public:
-  using FakePrivateProfile::FakePrivateProfile;
-  std::uint32_t GetString(const std::string& section, const std::string& key, const std::string& defaultValue,
-                          std::span<char> buffer, const std::string& file) const override {
-    if (section == "Data") asked.insert(key);
-    return FakePrivateProfile::GetString(section, key, defaultValue, buffer, file);
-  }
-  mutable std::set<std::string> asked;
-};
-
 /// Starts the program once as it runs and once as it refuses to, and lets it tell of an error and of tracing.
 std::set<std::string> KeysTheProgramAsksFor() {
-  FakeSystem system;
-  AskedKeys profile(system.files);
-  Ports ports = system.AllPorts();
-  ports.profile = profile;
+  ConfigSystem system;
   system.File(ConfigSystem::kMainSettings) = "[General]\r\nLanguage=49\r\n";
   system.File("C:\\Rufmon\\base\\language_49.ini") = Shipped("49");
   for (const char* argument : {"/run", "no number"}) {
     system.process.commandLine = argument;
     FakeView view;
-    Program program(ports);
+    Program program(system.AllPorts());
     EXPECT_EQ(program.Load(view), system.process.commandLine == "/run");
   }
-  Diagnostics diagnostics;
-  Configuration config(diagnostics, ports, [] { return std::unique_ptr<ProcedureLog>(); });
-  EXPECT_TRUE(config.declareAll.Init("FVT", false));
-  config.languagePrivate.LoadTexts();
-  clsErrorHandling log(diagnostics, config, ports);
-  diagnostics.pending.number = 5;
+  EXPECT_TRUE(system.Init());
+  system.config.languagePrivate.LoadTexts();
+  clsErrorHandling log(system.diagnostics, system.config, system.AllPorts());
+  system.diagnostics.pending.number = 5;
   log.ErrorLogWithMsgBox("somewhere", {});
-  return profile.asked;
+  std::set<std::string> keys;
+  for (const std::string& asked : system.profile.asked) {
+    if (asked.starts_with("Data ")) keys.insert(asked.substr(5));
+  }
+  return keys;
 }
 
 TEST(LanguageFiles, HoldTheKeysThatTheProgramAsksForAndNoOthers) {

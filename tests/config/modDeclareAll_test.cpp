@@ -7,8 +7,7 @@
 namespace fonklav::test {
 namespace {
 
-using testing::ElementsAre;
-using testing::SizeIs;
+using namespace testing;
 
 constexpr OsVersion kWindowsXp{5, 1, 2600, true, false};
 constexpr OsVersion kWindows98{4, 10, 2222, false, false};
@@ -52,25 +51,23 @@ const PathsRow kPaths[] = {
     {"bookNumber", "BookPath=1", "C:\\Rufmon", kVista, kCommon, kCommonData},
 };
 
-class SuiteFolders : public testing::TestWithParam<PathsRow> {};
-
-TEST_P(SuiteFolders, AreResolved) {
-  const PathsRow& row = GetParam();
-  ConfigSystem system;
-  system.process.programFolder = row.programFolder;
-  system.process.version = row.version;
-  const std::string file = std::string(row.programFolder) + "\\Rufmonpaths.ini";
-  if (row.paths != nullptr) system.File(file) = std::string("[Paths]\r\n") + row.paths + "\r\n";
-  system.files.folders.insert(FakeFileSystem::Key(row.programFolder));
-  EXPECT_TRUE(system.Init());
-  EXPECT_EQ(system.config.state.dataRoot, row.dataRoot);
-  EXPECT_EQ(system.config.state.bookFolder, row.bookFolder);
-  EXPECT_EQ(system.config.state.commonDataFolder, kCommon);
-  EXPECT_EQ(system.diagnostics.tag, "FVT");
-  EXPECT_NE(system.log, nullptr);
+TEST(SuiteFolders, AreResolved) {
+  for (const PathsRow& row : kPaths) {
+    SCOPED_TRACE(row.name);
+    ConfigSystem system;
+    system.process.programFolder = row.programFolder;
+    system.process.version = row.version;
+    const std::string file = std::string(row.programFolder) + "\\Rufmonpaths.ini";
+    if (row.paths != nullptr) system.File(file) = std::string("[Paths]\r\n") + row.paths + "\r\n";
+    system.files.folders.insert(FakeFileSystem::Key(row.programFolder));
+    EXPECT_TRUE(system.Init());
+    EXPECT_EQ(system.config.state.dataRoot, row.dataRoot);
+    EXPECT_EQ(system.config.state.bookFolder, row.bookFolder);
+    EXPECT_EQ(system.config.state.commonDataFolder, kCommon);
+    EXPECT_EQ(system.diagnostics.tag, "FVT");
+    EXPECT_NE(system.log, nullptr);
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(Rows, SuiteFolders, testing::ValuesIn(kPaths), [](const auto& row) { return row.param.name; });
 
 TEST(SuiteSwitches, WithoutAFileAllAreOff) {
   ConfigSystem system;
@@ -115,62 +112,45 @@ TEST(SuiteStart, EndsBesideAnotherInstanceOnlyWhenItIsToldTo) {
   EXPECT_TRUE(system.config.declareAll.Init("FVT", false));
 }
 
-/// Settings of which one cannot be read.
-class BrokenProfile : public FakePrivateProfile {
- public:
-  using FakePrivateProfile::FakePrivateProfile;
-  std::uint32_t GetString(const std::string& section, const std::string& key, const std::string& defaultValue,
-                          std::span<char> buffer, const std::string& file) const override {
-    if (key == broken) throw RunTimeError(ErrorNumber::DeviceIOError, kLine);
-    return FakePrivateProfile::GetString(section, key, defaultValue, buffer, file);
-  }
-  std::int32_t GetInt(const std::string& section, const std::string& key, std::int32_t defaultValue,
-                      const std::string& file) const override {
-    if (key == broken) throw RunTimeError(ErrorNumber::DeviceIOError, kLine);
-    return FakePrivateProfile::GetInt(section, key, defaultValue, file);
-  }
-  static constexpr int kLine = 4711;
-  std::string broken;
-};
-
-struct EarlyFaultRow {
-  const char* key;
-  const char* function;  ///< that tells the fault
-  bool started;
-};
+TEST(SuiteStart, ReadsItsSwitchesBeforeItsFolders) {
+  ConfigSystem system;
+  system.File(ConfigSystem::kPathsFile) = system.File(ConfigSystem::kSpecsFile) = "[CAPI]\r\nLoadThisValues=0\r\n";
+  EXPECT_TRUE(system.Init());
+  EXPECT_THAT(system.profile.asked,
+              ElementsAre("Debug LogExport", "Debug LogCAPI", "Debug LogAVM", "Debug LogNCID", "Debug LogTAPI",
+                          "Debug LogOther", "Debug LogTiming", "Debug TraceMode", "LogMode Export", "LogMode Mail",
+                          "LogMode Inverse", "LogMode Update", "LogMode Send2Script", "LogMode NTService",
+                          "CAPI LoadThisValues", "CAPI SkipVersionAndManufact", "Paths BookRefresh",
+                          "Paths ProgramData", "Paths BookPath"));
+}
 
 TEST(SuiteStart, AFaultBeforeTheLogExistsIsTold) {
-  for (const EarlyFaultRow& row : {EarlyFaultRow{"BookPath", "LoadSavePaths", false},
-                                   {"BookRefresh", "LoadSavePaths", false},
-                                   {"TraceMode", "LoadSpecs", true}}) {
-    FakeSystem system;
-    BrokenProfile broken{system.files};
-    broken.broken = row.key;
-    Ports ports = system.AllPorts();
-    ports.profile = broken;
+  const struct {
+    const char* key;
+    const char* function;  ///< that tells the fault
+    bool started;
+  } rows[] = {
+      {"BookPath", "LoadSavePaths", false}, {"BookRefresh", "LoadSavePaths", false}, {"TraceMode", "LoadSpecs", true}};
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.key);
+    ConfigSystem system;
+    system.profile.brokenKey = row.key;
     system.File(ConfigSystem::kPathsFile) = "[Paths]\r\nProgramData=D:\\Daten\r\n";
     system.File(ConfigSystem::kSpecsFile) = "[Debug]\r\nLogTAPI=1\r\nTraceMode=1\r\n[LogMode]\r\nMail=1\r\n";
-    Diagnostics diagnostics;
-    RecordingLog* log = nullptr;
-    Configuration config(diagnostics, ports, [&] {
-      auto recording = std::make_unique<RecordingLog>(diagnostics);
-      log = recording.get();
-      return recording;
-    });
-    EXPECT_EQ(config.declareAll.Init("FVT", false), row.started) << row.key;
-    ASSERT_THAT(system.boxes.shown, SizeIs(1)) << row.key;
+    EXPECT_EQ(system.Init(), row.started);
+    ASSERT_THAT(system.boxes.shown, SizeIs(1));
     EXPECT_EQ(system.boxes.shown[0].prompt, std::string("Error in Function \"") + row.function + "\" at Line " +
-                                                std::to_string(BrokenProfile::kLine));
+                                                std::to_string(FakePrivateProfile::kBrokenLine));
     EXPECT_EQ(system.boxes.shown[0].style, 16U);
     EXPECT_EQ(system.boxes.shown[0].title, "Rufmon - FonklavTAPI");
-    EXPECT_EQ(diagnostics.pending.number, 0);
-    EXPECT_TRUE(config.state.debug.logTAPI) << "read before the fault";
-    EXPECT_EQ(config.state.logMode.mail, !row.started) << "not read after it";
-    ASSERT_EQ(log != nullptr, row.started);
-    if (log == nullptr) continue;
-    EXPECT_EQ(config.state.dataRoot, "D:\\Daten");
-    EXPECT_EQ(config.ini.GetSettLng("Debug", row.key, 0, 0, 0, false, ConfigSystem::kSpecsFile), 0);
-    EXPECT_THAT(log->errors, ElementsAre("modAPI_INI.GetSettLng 57 Device I/O error")) << "from now on it is logged";
+    EXPECT_EQ(system.diagnostics.pending.number, 0);
+    EXPECT_TRUE(system.config.state.debug.logTAPI) << "read before the fault";
+    EXPECT_EQ(system.config.state.logMode.mail, !row.started) << "not read after it";
+    ASSERT_EQ(system.log != nullptr, row.started);
+    if (system.log == nullptr) continue;
+    EXPECT_EQ(system.config.state.dataRoot, "D:\\Daten");
+    EXPECT_EQ(system.config.ini.GetSettLng("Debug", row.key, 0, 0, 0, false, ConfigSystem::kSpecsFile), 0);
+    EXPECT_THAT(system.log->errors, ElementsAre("modAPI_INI.GetSettLng 57 Device I/O error")) << "now it is logged";
     EXPECT_THAT(system.boxes.shown, SizeIs(1));
   }
 }

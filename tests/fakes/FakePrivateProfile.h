@@ -1,6 +1,7 @@
 #pragma once
 
 #include <algorithm>
+#include <charconv>
 #include <cstring>
 #include <optional>
 #include <string>
@@ -15,13 +16,15 @@ namespace fonklav::test {
 
 /// The private-profile functions over the files in memory, by the rules that Windows goes by: names without regard to
 /// case, the first of two like names counts, ";" begins a comment line, one pair of quotes around a value is taken off,
-/// what a value is written as is not changed, folders are never made.
+/// what a value is written as is not changed, folders are never made. A test sees which keys were read, and may break
+/// one.
 class FakePrivateProfile : public PrivateProfile {
  public:
   explicit FakePrivateProfile(FakeFileSystem& files) : files_(files) {}
 
   std::uint32_t GetString(const std::string& section, const std::string& key, const std::string& defaultValue,
                           std::span<char> buffer, const std::string& file) const override {
+    Ask(section, key);
     const std::string value = Find(section, key, file).value_or(WithoutBlanksBehind(defaultValue));
     const std::size_t count = std::min(value.size(), buffer.size() - 1);
     std::memcpy(buffer.data(), value.data(), count);
@@ -30,15 +33,12 @@ class FakePrivateProfile : public PrivateProfile {
   }
   [[nodiscard]] std::int32_t GetInt(const std::string& section, const std::string& key, std::int32_t defaultValue,
                                     const std::string& file) const override {
+    Ask(section, key);
     const auto value = Find(section, key, file);
     if (!value || value->empty()) return defaultValue;
-    const bool negative = value->front() == '-';
-    std::uint32_t number = 0;  // wraps, as on Windows
-    for (std::size_t at = negative || value->front() == '+' ? 1 : 0; at < value->size(); ++at) {
-      if (value->at(at) < '0' || value->at(at) > '9') break;
-      number = number * 10 + static_cast<std::uint32_t>(value->at(at) - '0');
-    }
-    return static_cast<std::int32_t>(negative ? 0 - number : number);
+    std::int32_t number = 0;  // of text that is no number, too
+    std::from_chars(value->data(), value->data() + value->size(), number);
+    return number;
   }
   bool WriteString(const std::string& section, const std::string& key, const std::string& value,
                    const std::string& file) override {
@@ -62,7 +62,15 @@ class FakePrivateProfile : public PrivateProfile {
     return true;
   }
 
+  static constexpr int kBrokenLine = 4711;
+  std::string brokenKey;                   ///< reading it raises error 57 of that line
+  mutable std::vector<std::string> asked;  ///< "section key" of each read
+
  private:
+  void Ask(const std::string& section, const std::string& key) const {
+    asked.push_back(section + " " + key);
+    if (key == brokenKey) throw RunTimeError(ErrorNumber::DeviceIOError, kBrokenLine);
+  }
   static std::string Trimmed(std::string_view text) {
     const auto first = text.find_first_not_of(" \t\v");
     if (first == std::string_view::npos) return {};

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "platform/Ports.h"
 #include "sim/SimTelephony.h"
@@ -10,6 +11,15 @@
 #include "tests/fakes/FakePrivateProfile.h"
 
 namespace fonklav::test {
+
+/// The arguments of every call of a telephony function.
+inline std::vector<std::string> ArgumentsOf(const LineSimulator& sim, std::string_view function) {
+  std::vector<std::string> all;
+  for (const CallRecord& call : sim.Calls()) {
+    if (call.function == function) all.push_back(call.arguments);
+  }
+  return all;
+}
 
 /// A German computer with the suite in "C:\Rufmon" and its data among the common application data.
 struct FakeSystem {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <optional>
+#include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
@@ -11,10 +13,16 @@ namespace fonklav::test {
 /// A window that only remembers what it was told.
 class FakeView : public FormView {
  public:
-  void ControlChanged(ControlId id) override { changed.push_back(id); }
-  void TextAppended(ControlId id, const std::string& added) override { appended.emplace_back(id, added); }
+  void ControlChanged(ControlId id) override {
+    Check(id);
+    changed.push_back(id);
+  }
+  void TextAppended(ControlId id, const std::string& added) override {
+    Check(id);
+    appended.emplace_back(id, added);
+  }
   void FormChanged() override { ++formChanges; }
-  void TimerChanged(TimerId) override {}
+  void TimerChanged(TimerId) override { ++timerChanges; }
   void FocusTo(ControlId id) override { focus.push_back(id); }
   void ComeToFront() override { ++raises; }
   void Unloaded() override { ++unloads; }
@@ -22,9 +30,16 @@ class FakeView : public FormView {
   std::vector<ControlId> changed;
   std::vector<std::pair<ControlId, std::string>> appended;
   std::vector<ControlId> focus;
+  std::optional<ControlId> faulty;  ///< showing this one fails
   int formChanges{0};
+  int timerChanges{0};
   int raises{0};
   int unloads{0};
+
+ private:
+  void Check(ControlId id) const {
+    if (id == faulty) throw std::runtime_error("no such window");
+  }
 };
 
 }  // namespace fonklav::test

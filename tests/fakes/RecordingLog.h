@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -37,6 +38,24 @@ class RecordingLog : public ProcedureLog {
 
  private:
   Diagnostics& diagnostics_;
+};
+
+/// Diagnostics whose log remembers: armed, as after the start of a program, or still without their log.
+struct Recorded {
+  explicit Recorded(bool started = true) {
+    if (!started) return;
+    diagnostics.handlersArmed = true;
+    diagnostics.tag = "FVT";
+    diagnostics.log = MakeLog();
+  }
+  std::unique_ptr<RecordingLog> MakeLog() {
+    auto made = std::make_unique<RecordingLog>(diagnostics);
+    log = made.get();
+    return made;
+  }
+
+  Diagnostics diagnostics;
+  RecordingLog* log{nullptr};
 };
 
 }  // namespace fonklav::test

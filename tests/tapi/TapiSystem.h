@@ -32,19 +32,13 @@ class RecordedEvents : public LineEvents {
   }
 };
 
-/// A line object on simulated telephony, with nothing above it.
-struct TapiSystem {
-  explicit TapiSystem(const std::string& scenario) : sim(Scenario::Parse(scenario)) {
-    auto recording = std::make_unique<RecordingLog>(diagnostics);
-    log = recording.get();
-    diagnostics.log = std::move(recording);
-    diagnostics.handlersArmed = true;
-    diagnostics.tag = "FVT";
-    line = MakeLine();
-  }
+/// A line object on simulated telephony, or on another one, with nothing above it.
+struct TapiSystem : Recorded {
+  explicit TapiSystem(const std::string& scenario, Telephony* other = nullptr)
+      : sim(Scenario::Parse(scenario)), telephony(other != nullptr ? *other : sim), line(MakeLine()) {}
 
   std::shared_ptr<CvbTAPILine> MakeLine() {
-    return CvbTAPILine::Make({diagnostics, sim, icons, codePage, callback, "FonklavTAPI"}, events);
+    return CvbTAPILine::Make({diagnostics, telephony, icons, codePage, callback, "FonklavTAPI"}, events);
   }
 
   /// A registered object with an open line.
@@ -55,9 +49,8 @@ struct TapiSystem {
     loop.Run();
   }
 
-  Diagnostics diagnostics;
-  RecordingLog* log{nullptr};
   SimTelephony sim;
+  Telephony& telephony;
   FakeCodePage codePage;
   FakeIconPainter icons;
   FakeMessageLoop loop;

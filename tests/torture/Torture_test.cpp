@@ -4,7 +4,7 @@
 #include <cstdlib>
 #include <new>
 
-#include "tests/app/Dialer.h"
+#include "tests/app/BareDialer.h"
 #include "tests/torture/FaultyPorts.h"
 
 // Every story once for each thing in it that can fail: each call of a port, once and from then on, and each allocation
@@ -42,47 +42,47 @@ struct Story {
   const char* name;
   bool started;  ///< begins with a dialer that is linked and bound
   bool calling;  ///< and whose call is up
-  void (*happens)(Dialer& dialer);
+  void (*happens)(BareDialer& dialer);
 };
 
 const std::vector<Story> kStories{
-    {"start", false, false, [](Dialer& dialer) { dialer.Start("/sett"); }},
+    {"start", false, false, [](BareDialer& dialer) { dialer.Start("/sett"); }},
     {"dial", true, false,
-     [](Dialer& dialer) {
+     [](BareDialer& dialer) {
   dialer.Command("cmd|call|0301234567");
   dialer.Pump(100);
      }},
     {"hangUp", true, true,
-     [](Dialer& dialer) {
+     [](BareDialer& dialer) {
   dialer.Command("cmd|hangup");
   dialer.Pump(100);
      }},
     {"remoteEnd", true, true,
-     [](Dialer& dialer) {
+     [](BareDialer& dialer) {
   dialer.sim.RemoteHangUp();
   dialer.Pump(100);
      }},
     {"save", true, false,
-     [](Dialer& dialer) {
+     [](BareDialer& dialer) {
   dialer.Input().TickEntry(1, true);
   dialer.Input().Edit(ControlId::txtSettVW, "0");
   dialer.Input().Click(ControlId::cmdSave);
      }},
-    {"cancel", true, true, [](Dialer& dialer) { dialer.Input().Click(ControlId::cmdExit); }},
-    {"deviceReport", true, false, [](Dialer& dialer) { dialer.Input().ClickEntry(1); }},
-    {"settings", true, false, [](Dialer& dialer) { dialer.Command("settings"); }},
+    {"cancel", true, true, [](BareDialer& dialer) { dialer.Input().Click(ControlId::cmdExit); }},
+    {"deviceReport", true, false, [](BareDialer& dialer) { dialer.Input().ClickEntry(1); }},
+    {"settings", true, false, [](BareDialer& dialer) { dialer.Command("settings"); }},
     {"linkLoss", true, true,
-     [](Dialer& dialer) {
+     [](BareDialer& dialer) {
   dialer.dde.alive = false;
   dialer.Pump(250);
      }},
-    {"exit", true, true, [](Dialer& dialer) { dialer.Input().CloseRequested(UnloadMode::SessionEnds); }},
+    {"exit", true, true, [](BareDialer& dialer) { dialer.Input().CloseRequested(UnloadMode::SessionEnds); }},
     };
 
 /// A dialer whose ports fail when they are told to.
-class TorturedDialer : public Dialer {
+class TorturedDialer : public BareDialer {
  public:
-  explicit TorturedDialer(const Story& story) : Dialer(kScenario), story_(story) {
+  explicit TorturedDialer(const Story& story) : BareDialer(kScenario), story_(story) {
     portsForProgram = &faulty_.All();
     File("C:\\Rufmon\\Rufmonspec.ini") = "[Debug]\r\nLogTAPI=1\r\nTraceMode=1\r\n";
     StoreLine("A");
@@ -116,13 +116,13 @@ class TorturedDialer : public Dialer {
 
   /// What a user does after something went wrong, and whether the dialer is as good as new then.
   void ExpectTheNextDialToWork() {
-    if (refused || View().unloads != 0 || !dde.ticking) return;
+    if (refused || view.unloads != 0 || !dde.ticking) return;
     Command("cmd|hangup");
     Pump(100);
     dde.alive = true;
     Command("unload");
     Pump(100);
-    if (View().unloads != 0) return;  // the link had been lost: Cancel ends the program
+    if (view.unloads != 0) return;  // the link had been lost: Cancel ends the program
     Command("");
     TakeReports();
     Command("cmd|call|0307654321");

@@ -12,22 +12,10 @@
 namespace fonklav {
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
-
-struct Watched {
-  Watched() {
-    auto recording = std::make_unique<test::RecordingLog>(diagnostics);
-    log = recording.get();
-    diagnostics.log = std::move(recording);
-    diagnostics.handlersArmed = true;
-  }
-  Diagnostics diagnostics;
-  test::RecordingLog* log;
-};
+using namespace testing;
 
 TEST(Procedure, ReturnsWhatItHoldsWhenItFails) {
-  Watched watched;
+  test::Recorded watched;
   const int held = Procedure(watched.diagnostics, "clsX.Half", {}, 0, [](int& result) {
     result = 41;
     if (result > 0) throw RunTimeError(ErrorNumber::SubscriptOutOfRange);
@@ -38,7 +26,7 @@ TEST(Procedure, ReturnsWhatItHoldsWhenItFails) {
 }
 
 TEST(Procedure, WhateverIsThrownEndsInTheLog) {
-  Watched watched;
+  test::Recorded watched;
   const auto fail = [&](auto error) { Procedure(watched.diagnostics, "modY.Do", {}, [&] { throw error; }); };
   fail(RunTimeError(ErrorNumber::FileNotFound));
   fail(RunTimeError(ErrorNumber::PermissionDenied, "Held by another program"));
@@ -53,7 +41,7 @@ TEST(Procedure, WhateverIsThrownEndsInTheLog) {
 }
 
 TEST(Procedure, HasOneNameInTheTraceAndAnotherInTheErrorLog) {
-  Watched watched;
+  test::Recorded watched;
   watched.diagnostics.traceMode = true;
   const ProcedureName name{"clsFiles.MakeFile", "clsFiles_MakeFile"};
   Procedure(watched.diagnostics, name, {}, [] { throw RunTimeError(ErrorNumber::DiskFull); });
@@ -62,13 +50,13 @@ TEST(Procedure, HasOneNameInTheTraceAndAnotherInTheErrorLog) {
 }
 
 TEST(Procedure, BeforeStartUpHasComeSoFar) {
-  Watched unarmed;
+  test::Recorded unarmed;
   unarmed.diagnostics.handlersArmed = false;
   EXPECT_THROW(Procedure(unarmed.diagnostics, "x", {}, [] { throw RunTimeError(ErrorNumber::Overflow); }),
                RunTimeError);
   EXPECT_THAT(unarmed.log->errors, IsEmpty());
 
-  Watched withoutLog;
+  test::Recorded withoutLog;
   withoutLog.diagnostics.log.reset();
   withoutLog.diagnostics.traceMode = true;
   Procedure(withoutLog.diagnostics, "x", {}, [] { throw RunTimeError(ErrorNumber::Overflow); });

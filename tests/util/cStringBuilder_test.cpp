@@ -10,15 +10,7 @@
 namespace fonklav {
 namespace {
 
-struct Built {
-  Built() {
-    diagnostics.handlersArmed = true;
-    auto recording = std::make_unique<test::RecordingLog>(diagnostics);
-    log = recording.get();
-    diagnostics.log = std::move(recording);
-  }
-  Diagnostics diagnostics;
-  test::RecordingLog* log;
+struct Built : test::Recorded {
   cStringBuilder builder{diagnostics};
 };
 

@@ -1,0 +1,72 @@
+#pragma once
+
+#include <chrono>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "app/Program.h"
+#include "tests/fakes/FakeSystem.h"
+#include "tests/fakes/FakeView.h"
+
+namespace fonklav::test {
+
+/// A whole dialer on simulated telephony, with a main program at the other end of the link.
+class BareDialer : public FakeSystem {
+ public:
+  explicit BareDialer(const std::string& scenario) : FakeSystem(scenario) {}
+
+  /// Puts a line name into the settings, before the start.
+  void StoreLine(const std::string& name) { profile.WriteString("TAPIDial", "TAPILine", name, kSettings); }
+
+  /// Starts the program and lets its start timers tick. False when the start was refused.
+  bool Start(const std::string& commandLine) {
+    if (!Ask(commandLine)) return false;
+    dde.DeliverOutcome();
+    if (dde.alive) dde.Sink().OnAdviseAck(adviseStatus);
+    StageAgain();
+    dde.DeliverAcks();
+    return true;
+  }
+
+  /// The start up to the question for a main program, which is still out afterwards.
+  bool Ask(const std::string& commandLine) {
+    process.commandLine = commandLine;
+    program = std::make_unique<Program>(portsForProgram != nullptr ? *portsForProgram : AllPorts());
+    if (!program->Load(view)) return false;
+    Input().TimerTick(TimerId::Start0);
+    return true;
+  }
+
+  /// The second line stage, if it is due.
+  void StageAgain() {
+    if (Controls().tmStart[1].Enabled()) Input().TimerTick(TimerId::Start1);
+  }
+
+  /// The main program changes the linked item.
+  void Command(const std::string& bytes) { dde.Sink().OnData(bytes); }
+
+  /// Time passes: line messages, acknowledgements and posted work arrive.
+  void Pump(int milliseconds) {
+    clock.Advance(std::chrono::milliseconds(milliseconds));
+    sim.Advance(std::chrono::milliseconds(milliseconds));
+    dde.DeliverAcks();
+    loop.Run();
+    if (dde.ticking) dde.Sink().OnTick();
+  }
+
+  std::vector<std::string> TakeReports() { return dde.TakeReports(); }
+  FormControls& Controls() { return program->Controls(); }
+  FormInput& Input() { return program->Input(); }
+
+  static constexpr const char* kSettings = "C:\\ProgramData\\Rufmon\\data\\sett_TAPI.ini";
+  static constexpr const char* kSwitches = "C:\\Rufmon\\Rufmonspec.ini";
+
+  SimTelephony& sim{telephony};
+  FakeView view;
+  std::uint16_t adviseStatus{kDdeAckPositive};
+  const Ports* portsForProgram{nullptr};  ///< other ports than this system's own; not owned
+  std::unique_ptr<Program> program;
+};
+
+}  // namespace fonklav::test

@@ -1,0 +1,46 @@
+#include <gtest/gtest.h>
+
+#include "platform/DdeValue.h"
+#include "platform/FileSystem.h"
+
+// What the ports have of their own, besides what they are implemented by.
+namespace fonklav {
+namespace {
+
+struct ValueRow {
+  const char* name;
+  std::string memory;
+  bool readable;
+  const char* bytes;
+};
+
+TEST(Value, IsReadFromWhateverMemoryThereIs) {
+  const auto memory = [](const char* text, std::size_t size) { return std::string(text, size); };
+  for (const ValueRow& row :
+       {ValueRow{"none", "", false, ""}, ValueRow{"headCutShort", memory("\0\x20\1", 3), false, ""},
+        ValueRow{"headAlone", memory("\0\x20\1\0", 4), true, ""},
+        ValueRow{"whole", memory("\0\xA0\1\0abc\0def", 11), true, "abc"},
+        ValueRow{"withoutAnEnd", memory("\0\0\1\0abc", 7), true, "abc"},
+        ValueRow{"otherFormat", memory("\0\0\2\0abc\0", 8), true, "abc"}}) {
+    const auto value = DdeValue::Read(std::as_bytes(std::span(row.memory)));
+    ASSERT_EQ(value.has_value(), row.readable) << row.name;
+    if (!value) continue;
+    EXPECT_EQ(value->bytes, row.bytes) << row.name;
+    EXPECT_EQ(value->IsText(), row.memory[2] == 1) << row.name;
+    EXPECT_EQ(value->ToBeReleased(), (row.memory[1] & 0x20) != 0) << row.name;
+    EXPECT_EQ(value->WantsAnswer(), (row.memory[1] & 0x80) != 0) << row.name;
+  }
+}
+
+TEST(FileLock, IsNamedAfterItsFileByWhoeverAsks) {
+  const std::string name = FileLockName("C:\\ProgramData\\Größe\\log\\error.log");
+  EXPECT_EQ(name, "Global\\FonklavTAPI log c:/programdata/größe/log/error.log");
+  EXPECT_EQ(FileLockName("c:\\PROGRAMDATA\\GRÖSSE\\log\\Error.LOG").find("größe"), std::string::npos);
+  EXPECT_EQ(FileLockName("c:\\PROGRAMDATA\\GRÖßE\\log\\Error.LOG"), name);
+  const std::string deep = "C:" + std::string(1000, '\\') + "log\\";
+  EXPECT_LE(FileLockName(deep + "error.log").size(), 260U);
+  EXPECT_NE(FileLockName(deep + "error.log"), FileLockName(deep + "trace.log"));
+}
+
+}  // namespace
+}  // namespace fonklav
