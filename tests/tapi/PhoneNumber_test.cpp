@@ -10,45 +10,64 @@
 namespace fonklav::test {
 namespace {
 
-using testing::ElementsAreArray;
+using namespace testing;
 
 struct NumberRow {
   const char* typed;
-  std::vector<std::string> translated;  ///< what lineTranslateAddress was asked for
-  const char* dialed;                   ///< what lineMakeCall got
+  const char* translated;  ///< what lineTranslateAddress was asked for; null when it was not asked
+  const char* dialed;      ///< what lineMakeCall got
 };
-
-class DialedNumber : public testing::TestWithParam<NumberRow> {};
 
 // The simulated translation hands everything but canonical numbers through unchanged, and refuses what begins with "+"
 // and is not canonical.
-TEST_P(DialedNumber, ReachesTelephony) {
-  TapiSystem system("device\nlocation country=49 city=89 local=\"0,\" long=\"\"\n");
-  ASSERT_TRUE(system.Open());
-  EXPECT_TRUE(system.line->MakeCallAsynch(GetParam().typed));
-  EXPECT_THAT(system.sim.TextsOf("lineTranslateAddress"), ElementsAreArray(GetParam().translated));
-  EXPECT_THAT(system.sim.TextsOf("lineMakeCall"), testing::ElementsAre(GetParam().dialed));
+const NumberRow kNumbers[] = {
+    // No number, no address. Short numbers are extensions: no access code, no translation.
+    {"", nullptr, "(null)"},
+    {"123", nullptr, "123"},
+    {" 12 ", nullptr, "12"},
+    {"*1", nullptr, "*1"},
+    {"1/2", nullptr, "1 2"},
+    {"   ", nullptr, ""},
+    // Everything longer gets the access code and is translated.
+    {"1234", "0,1234", "0,1234"},
+    {" 030/1234 ", "0,030 1234", "0,030 1234"},
+    {"0  30   1234", "0,0 30 1234", "0,0 30 1234"},
+    {"0    30", "0,0 30", "0,0 30"},     // four blanks fold to one,
+    {"0     30", "0,0  30", "0,0  30"},  // of five, one too many stays
+    {"(030) 1234", "0,(030) 1234", "0,(030) 1234"},
+    {"M\xC3\xBCller", "0,M\xFCller", "0,M\xFCller"},
+    {"\xC3\xA4\xC3\xB6\xC3\xBC", nullptr, "\xE4\xF6\xFC"},  // three characters, though six bytes
+    // Numbers with "+" get brackets in place of their first two blanks, and no access code.
+    {"+49 301234567", "+49(", ""},
+    {"+49301234567", "+", ""},
+    {"+", "+", ""},
+    {"+++", "+", ""},
+    {"+49 (30) 1234", "+49()30  1234", ""},
+    {"+49 30 ", "+49(", ""},
+    {"+49/30/12 34", "+49(30)12 34", ""}};
+
+TEST(DialedNumber, ReachesTelephony) {
+  for (const NumberRow& row : kNumbers) {
+    SCOPED_TRACE(row.typed);
+    TapiSystem system("device\nlocation country=49 city=89 local=\"0,\" long=\"\"\n");
+    ASSERT_TRUE(system.Open());
+    EXPECT_TRUE(system.line->MakeCallAsynch(row.typed));
+    const std::vector<std::string> translated(row.translated != nullptr ? 1 : 0, row.translated ? row.translated : "");
+    EXPECT_EQ(system.sim.TextsOf("lineTranslateAddress"), translated);
+    EXPECT_THAT(system.sim.TextsOf("lineMakeCall"), ElementsAre(row.dialed));
+  }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Rows, DialedNumber,
-    testing::Values(
-        // Short numbers are extensions: no access code, no translation.
-        NumberRow{"123", {}, "123"}, NumberRow{" 12 ", {}, "12"}, NumberRow{"*1", {}, "*1"},
-        NumberRow{"1/2", {}, "1 2"}, NumberRow{"   ", {}, ""},
-        // Everything longer gets the access code and is translated.
-        NumberRow{"1234", {"0,1234"}, "0,1234"}, NumberRow{" 030/1234 ", {"0,030 1234"}, "0,030 1234"},
-        NumberRow{"0  30   1234", {"0,0 30 1234"}, "0,0 30 1234"},
-        NumberRow{"0    30", {"0,0 30"}, "0,0 30"},     // four blanks fold to one,
-        NumberRow{"0     30", {"0,0  30"}, "0,0  30"},  // of five, one too many stays
-        NumberRow{"(030) 1234", {"0,(030) 1234"}, "0,(030) 1234"},
-        NumberRow{"M\xC3\xBCller", {"0,M\xFCller"}, "0,M\xFCller"},
-        NumberRow{"\xC3\xA4\xC3\xB6\xC3\xBC", {}, "\xE4\xF6\xFC"},  // three characters, though six bytes
-        // Numbers with "+" get brackets in place of their first two blanks, and no access code.
-        NumberRow{"+49 301234567", {"+49("}, ""}, NumberRow{"+49301234567", {"+"}, ""}, NumberRow{"+", {"+"}, ""},
-        NumberRow{"+++", {"+"}, ""}, NumberRow{"+49 (30) 1234", {"+49()30  1234"}, ""},
-        NumberRow{"+49 30 ", {"+49("}, ""}, NumberRow{"+49/30/12 34", {"+49(30)12 34"}, ""}),
-    [](const auto& row) { return "Row" + std::to_string(row.index); });
+TEST(DialedNumber, UpToTheInternalLengthIsAnExtension) {
+  TapiSystem system("device\nlocation local=0\n");
+  ASSERT_TRUE(system.Open());
+  for (const int length : {0, 3, 5}) {
+    system.line->InternalNrLength(static_cast<std::int16_t>(length));
+    const std::string number(static_cast<std::size_t>(length), '7');
+    EXPECT_EQ(system.line->TransformPhoneNumber(number), number);
+    EXPECT_EQ(system.line->TransformPhoneNumber(number + "8"), "0" + number + "8");
+  }
+}
 
 TEST(DialedNumber, CanonicalNumbersAreDialedAsTheLocationWantsThem) {
   TapiSystem system("device\nlocation country=49 city=89 local=\"0,\"\ntranslate blanks=optional\n");
@@ -56,7 +75,7 @@ TEST(DialedNumber, CanonicalNumbersAreDialedAsTheLocationWantsThem) {
   for (const char* typed : {"+49 30 1234567", "++49 30 1234567"}) {
     system.sim.ForgetCalls();
     EXPECT_NE(system.line->TransformPhoneNumber(typed), "");
-    EXPECT_THAT(system.sim.TextsOf("lineTranslateAddress"), testing::ElementsAre("+49(30)1234567"));
+    EXPECT_THAT(system.sim.TextsOf("lineTranslateAddress"), ElementsAre("+49(30)1234567"));
   }
 }
 
@@ -67,35 +86,29 @@ TEST(DialedNumber, ARefusedTranslationDialsNothingAndKeepsTheCode) {
   EXPECT_EQ(system.line->LastError(), static_cast<std::int32_t>(0x80000010));
 }
 
-struct OutputRow {
-  const char* name;
-  const char* patches;
-  const char* dialable;
-};
-
-class TranslateOutput : public testing::TestWithParam<OutputRow> {};
-
-TEST_P(TranslateOutput, IsReadWithinItsBuffer) {
-  TapiSystem system(std::string("device\nlocation local=0\n") + GetParam().patches);
-  ASSERT_TRUE(system.Open());
-  EXPECT_EQ(system.line->TransformPhoneNumber("1234"), GetParam().dialable);
+TEST(DialedNumber, ATranslationIsReadWithinItsBuffer) {
+  // The dialable string's size stands at 12 and its offset at 16, the displayable string's at 20 and 24; the strings
+  // come after the 40 bytes of the fixed part.
+  for (const auto& [patch, dialable] : {std::pair{"20 value=6", "01234"},
+                                        {"12 value=0", ""},
+                                        {"12 value=1", ""},
+                                        {"12 value=2", "0"},
+                                        {"16 value=39", ""},
+                                        {"16 value=40", "01234"},
+                                        {"16 value=1064", ""},
+                                        {"16 value=1059", ""},
+                                        {"16 value=0xFFFFFFFF", ""},
+                                        {"12 value=0x7FFFFFFF", ""},
+                                        {"12 value=0xFFFFFFFF", ""},
+                                        {"20 value=0", ""},
+                                        {"24 value=0xFFFFFFF0", ""},
+                                        {"24 value=1064", ""}}) {
+    TapiSystem system(std::string("device\nlocation local=0\npatch translateoutput offset=") + patch + "\n");
+    ASSERT_TRUE(system.Open());
+    EXPECT_EQ(system.line->TransformPhoneNumber("1234"), dialable) << patch;
+    EXPECT_EQ(system.line->LastError(), 0) << "the request itself has succeeded";
+  }
 }
-
-// The dialable string's size stands at 12 and its offset at 16, the displayable string's at 20 and 24.
-INSTANTIATE_TEST_SUITE_P(
-    Rows, TranslateOutput,
-    testing::Values(OutputRow{"whole", "", "01234"},
-                    OutputRow{"sizeZero", "patch translateoutput offset=12 value=0\n", ""},
-                    OutputRow{"offsetInHeader", "patch translateoutput offset=16 value=39\n", ""},
-                    OutputRow{"offsetBehind", "patch translateoutput offset=16 value=1064\n", ""},
-                    OutputRow{"offsetHuge", "patch translateoutput offset=16 value=0xFFFFFFFF\n", ""},
-                    OutputRow{"sizeHuge", "patch translateoutput offset=12 value=0x7FFFFFFF\n", ""},
-                    OutputRow{"sizeNegative", "patch translateoutput offset=12 value=0xFFFFFFFF\n", ""},
-                    OutputRow{"displayableSizeZero", "patch translateoutput offset=20 value=0\n", ""},
-                    OutputRow{"lastByteOutside", "patch translateoutput offset=16 value=1059\n", ""},
-                    OutputRow{"displayableOffsetHuge", "patch translateoutput offset=24 value=0xFFFFFFF0\n", ""},
-                    OutputRow{"displayableOutside", "patch translateoutput offset=24 value=1064\n", ""}),
-    [](const auto& row) { return row.param.name; });
 
 TEST(TelNumber, IsANumberOnceHashesAndStarsAreGone) {
   Diagnostics diagnostics;
