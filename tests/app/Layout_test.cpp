@@ -13,6 +13,8 @@
 namespace fonklav::test {
 namespace {
 
+using namespace testing;
+
 using enum ControlId;
 
 constexpr int kTwipsPerPixel = 15;
@@ -46,7 +48,7 @@ struct Shown {
 
 void PrintTo(const Shown& shown, std::ostream* out) { *out << shown.name; }
 
-class LayoutShown : public testing::TestWithParam<Shown> {
+class LayoutShown : public TestWithParam<Shown> {
  protected:
   LayoutShown() {
     controls.form.Height(GetParam().height);
@@ -61,9 +63,9 @@ class LayoutShown : public testing::TestWithParam<Shown> {
 };
 
 INSTANTIATE_TEST_SUITE_P(, LayoutShown,
-                         testing::Values(Shown{"collapsed", kFormHeightCollapsed, frmInfo0},
-                                         Shown{"deviceInformation", kFormHeightExpanded, frmInfo0},
-                                         Shown{"testPanel", kFormHeightExpanded, frmInfo1}),
+                         Values(Shown{"collapsed", kFormHeightCollapsed, frmInfo0},
+                                Shown{"deviceInformation", kFormHeightExpanded, frmInfo0},
+                                Shown{"testPanel", kFormHeightExpanded, frmInfo1}),
                          [](const auto& tested) { return std::string(tested.param.name); });
 
 TEST_P(LayoutShown, NothingLiesOverAnything) {

@@ -1,6 +1,3 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include "tests/config/ConfigSystem.h"
 #include "util/RunTimeError.h"
 

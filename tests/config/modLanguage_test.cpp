@@ -1,14 +1,10 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include "Version.h"
 #include "tests/config/ConfigSystem.h"
 
 namespace fonklav::test {
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
+using namespace testing;
 
 constexpr const char* kEnglish = "C:\\Rufmon\\base\\language_44.ini";
 constexpr const char* kTexts =

@@ -1,17 +1,10 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include "tests/diag/LogSystem.h"
 
 // The procedure trace and the debug logs.
 namespace fonklav::test {
 namespace {
 
-using testing::ElementsAre;
-using testing::EndsWith;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::SizeIs;
+using namespace testing;
 
 constexpr const char* kTracing = "TraceMode=1\r\n";
 
@@ -85,7 +78,7 @@ TEST(Trace, TellsTheUserOnceIfItIsAskedTo) {
   EXPECT_EQ(system.boxes.shown[0].style, 64U);
   EXPECT_EQ(system.boxes.shown[0].title, "Rufmon - Tracing");
   system.diagnostics.log.reset();
-  EXPECT_THAT(system.Trace(), testing::Not(testing::Contains("yesterday")));
+  EXPECT_THAT(system.Trace(), Not(Contains("yesterday")));
 }
 
 TEST(Trace, WithoutTheNoticeTheOldLinesStay) {

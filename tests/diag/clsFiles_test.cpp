@@ -1,16 +1,11 @@
 #include "diag/clsFiles.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include "tests/diag/LogSystem.h"
 
 namespace fonklav::test {
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
-using testing::SizeIs;
+using namespace testing;
 
 constexpr const char* kFile = "C:\\ProgramData\\Rufmon\\log\\x.log";
 
@@ -127,8 +122,8 @@ TEST(Lines, AreCounted) {
     system.File(kFile) = row.bytes;
     std::int32_t count = -1;
     EXPECT_EQ(system.textFiles.fOpenFileToStream(kFile, count), row.bytes);
-    EXPECT_EQ(count, row.streamRows) << testing::PrintToString(row.bytes);
-    EXPECT_EQ(system.textFiles.GetFileRowCount(kFile), row.rows) << testing::PrintToString(row.bytes);
+    EXPECT_EQ(count, row.streamRows) << PrintToString(row.bytes);
+    EXPECT_EQ(system.textFiles.GetFileRowCount(kFile), row.rows) << PrintToString(row.bytes);
   }
   FilesSystem system;
   std::int32_t real = -1;
@@ -171,8 +166,8 @@ TEST(Lines, AreWritten) {
   EXPECT_FALSE(system.textFiles.MakeFile("C:\\nowhere\\x.txt", "e", true));
   EXPECT_FALSE(system.textFiles.WriteArrayToFile("C:\\nowhere\\x.txt", lines));
   ASSERT_THAT(system.Errors(), SizeIs(2));
-  EXPECT_THAT(system.Errors()[0], testing::HasSubstr("clsFiles_MakeFile"));
-  EXPECT_THAT(system.Errors()[1], testing::HasSubstr("clsFiles.WriteArrayToFile"));
+  EXPECT_THAT(system.Errors()[0], HasSubstr("clsFiles_MakeFile"));
+  EXPECT_THAT(system.Errors()[1], HasSubstr("clsFiles.WriteArrayToFile"));
 }
 
 struct PickRow {
@@ -210,7 +205,7 @@ TEST(TrimCR, TakesLineBreaksOffTheEnds) {
                                       {" \r\n ", ""},
                                       {"\r\n a \r\n", " a "},
                                       {"", ""}}) {
-    EXPECT_EQ(clsFiles::TrimCR(text), trimmed) << testing::PrintToString(text);
+    EXPECT_EQ(clsFiles::TrimCR(text), trimmed) << PrintToString(text);
   }
 }
 

@@ -132,26 +132,17 @@ class FakeMessageBoxes : public MessageBoxes {
   std::function<void()> whileShown;
 };
 
-/// Remembers which icons were drawn and given back.
+/// Remembers which icons were drawn, as "device context left top icon width height", and given back.
 class FakeIconPainter : public IconPainter {
  public:
-  struct Drawn {
-    std::uintptr_t hdc;
-    std::int32_t left;
-    std::int32_t top;
-    std::uintptr_t icon;
-    std::int32_t width;
-    std::int32_t height;
-    bool operator==(const Drawn&) const = default;
-  };
-
   void DrawIcon(std::uintptr_t hdc, std::int32_t left, std::int32_t top, std::uintptr_t icon, std::int32_t width,
                 std::int32_t height) override {
-    drawn.push_back({hdc, left, top, icon, width, height});
+    drawn.push_back(std::to_string(hdc) + " " + std::to_string(left) + " " + std::to_string(top) + " " +
+                    std::to_string(icon) + " " + std::to_string(width) + " " + std::to_string(height));
   }
   void DestroyIcon(std::uintptr_t icon) override { destroyed.push_back(icon); }
 
-  std::vector<Drawn> drawn;
+  std::vector<std::string> drawn;
   std::vector<std::uintptr_t> destroyed;
 };
 

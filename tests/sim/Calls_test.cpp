@@ -13,82 +13,78 @@ constexpr auto kDevice = "device\nlocation\n";
 constexpr auto kTalk =
     "device\nlocation\ncall reply after=20\ncall state dialing after=40\ncall state connected after=60\n";
 
-TEST(Call, NothingArrivesBeforeSomebodyPumpsAndTimeHasCome) {
-  TestLine line(kTalk);
-  const auto request = line.RegisterOpenAndDial();
-  EXPECT_GT(request, 0);
-  EXPECT_EQ(line.call, 0U);
-  line.sim.Advance(milliseconds(19));
-  EXPECT_EQ(line.Heard(), "");
-  EXPECT_EQ(line.call, 0U) << "the cell is written when the reply is processed";
-  line.sim.Advance(milliseconds(1));
-  EXPECT_EQ(line.Heard(), "reply 1=0x0 ");
-  EXPECT_NE(line.call, 0U);
-  line.sim.Advance(milliseconds(100));
-  EXPECT_EQ(line.Heard(), "reply 1=0x0 state 0x10 state 0x100 ");
-  EXPECT_EQ(line.heard.back().hDevice, line.call);
-  EXPECT_EQ(line.heard.back().instance, TestLine::kInstance);
-}
+/// What a program does on its one call after a while; it drops what the far end has left, and gives back what is idle.
+struct Act {
+  int after;  ///< milliseconds
+  const char* what;
+};
 
-TEST(Call, FarEndHangsUpTheProgramDropsAndGivesTheCallBack) {
-  TestLine line(kTalk);
-  line.onMessage = [&](const LineMessage& message) {
-    if (message.message != LINE_CALLSTATE) return;
-    if (message.p1 == LINECALLSTATE_DISCONNECTED) {
-      EXPECT_EQ(line.sim.lineDrop(line.call), 2) << "requests rise";
-    }
-    if (message.p1 == LINECALLSTATE_IDLE) {
-      EXPECT_EQ(line.sim.lineDeallocateCall(line.call), 0);
-    }
+struct CallRow {
+  const char* name;
+  std::string scenario;
+  std::vector<Act> acts;
+  const char* heard;
+  std::vector<std::int32_t> answers{};  ///< that the program gets while it hears
+};
+
+TEST(Call, TakesItsCourse) {
+  const CallRow rows[] = {
+      {"nothing arrives before its time", kTalk, {{19, ""}}, ""},
+      {"the reply is the first", kTalk, {{19, ""}, {1, ""}}, "reply 1=0x0 "},
+      {"all that there is", kTalk, {{100, ""}}, "reply 1=0x0 state 0x10 state 0x100 "},
+      {"the far end hangs up",
+       kTalk,
+       {{100, "hangup"}, {100, ""}},
+       "reply 1=0x0 state 0x10 state 0x100 state 0x4000 reply 2=0x0 state 0x1 ",
+       {2, 0}},
+      {"giving the call back deletes the replies that are out",
+       std::string(kTalk) + "drop state idle after=10\ndrop reply after=500",
+       {{100, "drop"}, {1000, ""}},
+       "reply 1=0x0 state 0x10 state 0x100 state 0x1 ",
+       {0}},
+      {"closing the line suppresses every reply", kTalk, {{0, "lineClose"}, {1000, ""}}, ""},
+      {"a refusing reply ends the call",
+       "device\ncall reply result=0x80000048 after=10\ncall state dialing after=20",
+       {{100, ""}},
+       "reply 1=0x80000048 "},
+      {"a drop takes back the states that were to come",
+       kTalk,
+       {{20, "drop"}, {1000, ""}},
+       "reply 1=0x0 reply 2=0x0 state 0x1 ",
+       {0}},
+      {"a driver that keeps no order",
+       "device\ncall state connected after=10\ncall reply after=20\ncall reply after=30\n"
+       "call message msg=2 p1=0x40 instance=0x5 after=40",
+       {{100, ""}},
+       "state 0x100 reply 1=0x0 reply 1=0x0 state 0x40 "},
+      {"telephony takes the line away", kTalk, {{0, "close"}, {1000, ""}}, "close "},
   };
-  line.RegisterOpenAndDial();
-  line.sim.Advance(milliseconds(100));
-  EXPECT_TRUE(line.sim.RemoteHangUp());
-  EXPECT_EQ(line.heard.size(), 3U) << "it arrives with the next pumping";
-  line.sim.Advance(milliseconds(100));
-  EXPECT_EQ(line.Heard(), "reply 1=0x0 state 0x10 state 0x100 state 0x4000 reply 2=0x0 state 0x1 ");
-  EXPECT_EQ(line.sim.LiveCalls(), 0U);
-  EXPECT_FALSE(line.sim.RemoteHangUp());
-}
-
-TEST(Call, GivingTheCallBackDeletesTheRepliesThatAreStillOut) {
-  TestLine line(std::string(kTalk) + "drop state idle after=10\ndrop reply after=500");
-  line.onMessage = [&](const LineMessage& message) {
-    if (message.p1 == LINECALLSTATE_IDLE && message.message == LINE_CALLSTATE) line.sim.lineDeallocateCall(line.call);
-  };
-  line.RegisterOpenAndDial();
-  line.sim.Advance(milliseconds(100));
-  line.sim.lineDrop(line.call);
-  line.sim.Advance(milliseconds(1000));
-  EXPECT_EQ(line.Heard(), "reply 1=0x0 state 0x10 state 0x100 state 0x1 ");
-}
-
-TEST(Call, ClosingTheLineEndsItsCallAndSuppressesEveryReply) {
-  TestLine line(kTalk);
-  line.RegisterOpenAndDial();
-  EXPECT_EQ(line.sim.lineClose(line.line), 0);
-  line.sim.Advance(milliseconds(1000));
-  EXPECT_EQ(line.Heard(), "");
-  EXPECT_EQ(line.sim.WaitingMessages(), 0U);
-  EXPECT_EQ(line.sim.LiveCalls(), 0U);
-}
-
-TEST(Call, RefusedByItsReplyIsNoCallAnyMore) {
-  TestLine line("device\ncall reply result=0x80000048 after=10\ncall state dialing after=20");
-  line.RegisterOpenAndDial();
-  line.sim.Advance(milliseconds(100));
-  EXPECT_EQ(line.Heard(), "reply 1=0x80000048 ");
-  EXPECT_EQ(line.call, 0U);
-  EXPECT_EQ(line.Dial(), 2) << "the line takes the next call";
-}
-
-TEST(Call, DropTakesBackTheStatesThatWereToCome) {
-  TestLine line(kTalk);
-  line.RegisterOpenAndDial();
-  line.sim.Advance(milliseconds(20));
-  line.sim.lineDrop(line.call);
-  line.sim.Advance(milliseconds(1000));
-  EXPECT_EQ(line.Heard(), "reply 1=0x0 reply 2=0x0 state 0x1 ");
+  for (const CallRow& row : rows) {
+    SCOPED_TRACE(row.name);
+    TestLine line(row.scenario);
+    std::vector<std::int32_t> answers;
+    line.onMessage = [&](const LineMessage& message) {
+      if (message.message != LINE_CALLSTATE) return;
+      if (message.p1 == LINECALLSTATE_DISCONNECTED) answers.push_back(line.sim.lineDrop(line.call));
+      if (message.p1 == LINECALLSTATE_IDLE) answers.push_back(line.sim.lineDeallocateCall(line.call));
+    };
+    EXPECT_EQ(line.RegisterOpenAndDial(), 1);
+    for (const auto& [after, what] : row.acts) {
+      line.sim.Advance(milliseconds(after));
+      const std::size_t heard = line.heard.size();
+      if (what == std::string_view("drop")) {
+        EXPECT_EQ(line.sim.lineDrop(line.call), 2);
+      } else if (what == std::string_view("lineClose")) {
+        EXPECT_EQ(line.sim.lineClose(line.line), 0);
+      } else {
+        line.sim.Command(what);
+      }
+      EXPECT_EQ(line.heard.size(), heard) << "it arrives with the next pumping";
+    }
+    EXPECT_EQ(line.Heard(), row.heard);
+    EXPECT_EQ(answers, row.answers);
+    EXPECT_EQ(line.call != 0, line.Heard().find("reply 1=0x0") != std::string::npos) << "written with the good reply";
+  }
 }
 
 TEST(Call, ReceiverMayShutDownInTheMiddleOfAMessage) {
@@ -110,16 +106,6 @@ TEST(Call, ReceiverMayPumpInTheMiddleOfAMessage) {
   EXPECT_EQ(line.Heard(), "reply 1=0x0 state 0x10 state 0x100 ");
 }
 
-TEST(Call, DriverThatKeepsNoOrder) {
-  TestLine line(
-      "device\ncall state connected after=10\ncall reply after=20\ncall reply after=30\n"
-      "call message msg=2 p1=0x40 instance=0x5 after=40");
-  line.RegisterOpenAndDial();
-  line.sim.Advance(milliseconds(100));
-  EXPECT_EQ(line.Heard(), "state 0x100 reply 1=0x0 reply 1=0x0 state 0x40 ");
-  EXPECT_EQ(line.heard.back().instance, 5U);
-}
-
 TEST(Call, StrayMessagesComeAlsoToAProgramWithoutALine) {
   TestLine line(kDevice);
   line.Register();
@@ -127,17 +113,6 @@ TEST(Call, StrayMessagesComeAlsoToAProgramWithoutALine) {
   line.sim.Advance(milliseconds(0));
   ASSERT_EQ(line.heard.size(), 1U);
   EXPECT_EQ(line.heard[0].instance, 0x1234U);
-}
-
-TEST(Call, TelephonyTakesTheLineAway) {
-  TestLine line(kTalk);
-  line.RegisterOpenAndDial();
-  line.sim.Command("close");
-  line.sim.Advance(milliseconds(1000));
-  ASSERT_EQ(line.heard.size(), 1U);
-  EXPECT_EQ(line.heard[0].message, LINE_CLOSE);
-  EXPECT_EQ(line.sim.lineClose(line.line), LINEERR_INVALLINEHANDLE);
-  EXPECT_THROW(line.sim.Command("hangup"), std::exception);
 }
 
 TEST(Handles, EachFunctionChecksItsOwn) {

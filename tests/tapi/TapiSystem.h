@@ -44,6 +44,14 @@ struct TapiSystem : Recorded {
   /// A registered object with an open line.
   bool Open() { return line->Create() && line->OpenLine(); }
 
+  /// An open line with a call whose reply has come.
+  bool Call() {
+    const bool accepted = Open() && line->MakeCallAsynch("1");
+    Pump(10);
+    return accepted;
+  }
+  void State(std::uint32_t state) { line->LineProcHandler(0, LINE_CALLSTATE, state, 0, 0); }
+
   void Pump(int milliseconds) {
     sim.Advance(std::chrono::milliseconds(milliseconds));
     loop.Run();

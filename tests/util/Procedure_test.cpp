@@ -1,7 +1,6 @@
 #include "util/Procedure.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <new>
 #include <stdexcept>

@@ -1,7 +1,6 @@
 #include "util/Text.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <array>
 #include <bit>
@@ -14,7 +13,7 @@
 namespace fonklav {
 namespace {
 
-using testing::ElementsAre;
+using namespace testing;
 
 struct NumberRow {
   const char* text;

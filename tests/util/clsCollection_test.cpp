@@ -1,7 +1,6 @@
 #include "util/clsCollection.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <random>
 #include <stdexcept>
@@ -9,8 +8,7 @@
 namespace fonklav {
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
+using namespace testing;
 
 /// An entry of a phone book, say.
 class Entry : public KeyedObject {
