@@ -32,7 +32,7 @@ class BareDialer : public FakeSystem {
   /// The start up to the question for a main program, which is still out afterwards.
   bool Ask(const std::string& commandLine) {
     process.commandLine = commandLine;
-    program = std::make_unique<Program>(portsForProgram != nullptr ? *portsForProgram : AllPorts());
+    program = std::make_unique<Program>(AllPorts());
     if (!program->Load(view)) return false;
     Input().TimerTick(TimerId::Start0);
     return true;
@@ -65,7 +65,6 @@ class BareDialer : public FakeSystem {
   SimTelephony& sim{telephony};
   FakeView view;
   std::uint16_t adviseStatus{kDdeAckPositive};
-  const Ports* portsForProgram{nullptr};  ///< other ports than this system's own; not owned
   std::unique_ptr<Program> program;
 };
 

@@ -1,30 +1,32 @@
 #pragma once
 
-#include <set>
+#include <functional>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "platform/DdeTransport.h"
+#include "tests/fakes/Faults.h"
 
 namespace fonklav::test {
 
 /// A main program at the other end of the conversation, as far as its messages go. A test reads what was posted to it
 /// and answers by hand or by itself.
-class FakeDdeTransport : public DdeTransport {
+class FakeDdeTransport : public DdeTransport, public CanFail {
  public:
   bool Ask(std::string_view application, std::string_view topic, DdeSink& sink) override {
     asked.push_back(std::string(application) + "|" + std::string(topic));
     sink_ = &sink;
     ticking = true;
-    return askSucceeds;
+    return askSucceeds && !Due();
   }
   bool PostAdvise(std::string_view item) override {
     advised.emplace_back(item);
-    return postSucceeds;
+    return postSucceeds && !Due();
   }
   DdeExecute PostExecute(std::string_view bytes) override {
-    if (!postSucceeds) return 0;
+    if (onReport) onReport(bytes);
+    if (!postSucceeds || Due()) return 0;
     executed.emplace_back(bytes);
     posted.push_back(++last_);
     if (answersAtOnce) pendingAcks_.push_back(last_);
@@ -55,6 +57,7 @@ class FakeDdeTransport : public DdeTransport {
   /// What the dialer has reported since the last call of this.
   std::vector<std::string> TakeReports() { return std::exchange(executed, {}); }
 
+  std::function<void(std::string_view)> onReport;  ///< sees each report before it is posted
   bool askSucceeds{true};
   bool serverRunning{true};
   bool postSucceeds{true};

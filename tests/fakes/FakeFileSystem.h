@@ -9,16 +9,18 @@
 #include <string>
 
 #include "platform/FileSystem.h"
+#include "tests/fakes/Faults.h"
 #include "util/RunTimeError.h"
 
 namespace fonklav::test {
 
 /// Files in memory. Names are compared without regard to ASCII case; folders are made by hand, and faults too. A test
 /// can also kill the program in the middle of a change: from then on nothing reaches the disk any more.
-class FakeFileSystem : public FileSystem {
+class FakeFileSystem : public FileSystem, public CanFail {
  public:
   [[nodiscard]] std::optional<std::uint32_t> GetAttributesA(const std::string& path) const override {
     ++attributeReads;
+    if (Due()) return std::nullopt;
     if (folders.contains(Key(path))) return kFileAttributeDirectory;
     if (const auto own = attributes.find(Key(path)); own != attributes.end()) return own->second;
     if (files.contains(Key(path))) return 0x20;
@@ -102,6 +104,7 @@ class FakeFileSystem : public FileSystem {
   }
   void CheckOpen(const std::string& path) const {
     ++opens;
+    Step();
     LetOthersWrite(path);
     const std::string key = Key(path);
     if (const auto fault = faults.find(key); fault != faults.end()) throw RunTimeError(fault->second);

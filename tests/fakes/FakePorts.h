@@ -10,14 +10,15 @@
 #include <vector>
 
 #include "platform/Ports.h"
+#include "tests/fakes/Faults.h"
 
 // The small ports as a test wants them. Files, INI files and DDE have pages of their own.
 namespace fonklav::test {
 
 /// A clock that moves when the test says so.
-class FakeClock : public Clock {
+class FakeClock : public Clock, public CanFail {
  public:
-  [[nodiscard]] LocalTime Now() const override { return now; }
+  [[nodiscard]] LocalTime Now() const override { return Step(), now; }
   [[nodiscard]] std::chrono::milliseconds Ticks() const override { return ticks; }
   void Advance(std::chrono::milliseconds time) { ticks += time; }
 
@@ -26,14 +27,16 @@ class FakeClock : public Clock {
 };
 
 /// Windows-1252, as on a German system.
-class FakeCodePage : public CodePage {
+class FakeCodePage : public CodePage, public CanFail {
  public:
   [[nodiscard]] std::string ToText(std::string_view bytes) const override {
+    Step();
     std::string text;
     for (const char byte : bytes) AppendUtf8(text, CodePoint(static_cast<unsigned char>(byte)));
     return text;
   }
   [[nodiscard]] std::string ToBytes(std::string_view text) const override {
+    Step();
     std::string bytes;
     for (std::size_t at = 0; at < text.size();) bytes += Byte(NextCodePoint(text, at));
     return bytes;
@@ -82,17 +85,17 @@ class FakeCodePage : public CodePage {
 };
 
 /// German numbers, unless a test wants others.
-class FakeNumberLocale : public NumberLocale {
+class FakeNumberLocale : public NumberLocale, public CanFail {
  public:
-  [[nodiscard]] NumberSeparators Separators() const override { return separators; }
+  [[nodiscard]] NumberSeparators Separators() const override { return Step(), separators; }
   NumberSeparators separators;
 };
 
-class FakeShellFolders : public ShellFolders {
+class FakeShellFolders : public ShellFolders, public CanFail {
  public:
   bool GetPath(std::uintptr_t, std::int32_t folder, std::span<char> path) const override {
     const auto found = folders.find(folder);
-    if (found == folders.end()) return false;
+    if (Due() || found == folders.end()) return false;
     std::ranges::copy(found->second, path.begin());
     return true;
   }
@@ -100,10 +103,10 @@ class FakeShellFolders : public ShellFolders {
                                               {CSIDL_PROGRAM_FILES, "C:\\Program Files"}};
 };
 
-class FakeProcess : public Process {
+class FakeProcess : public Process, public CanFail {
  public:
-  [[nodiscard]] std::string CommandLine() const override { return commandLine; }
-  [[nodiscard]] std::string ProgramFolder() const override { return programFolder; }
+  [[nodiscard]] std::string CommandLine() const override { return Step(), commandLine; }
+  [[nodiscard]] std::string ProgramFolder() const override { return Step(), programFolder; }
   [[nodiscard]] std::string ExecutableName() const override { return "FonklavTAPI"; }
   [[nodiscard]] bool OtherInstanceRunning() const override { return otherRunning; }
   [[nodiscard]] OsVersion SystemVersion() const override { return version; }
@@ -115,7 +118,7 @@ class FakeProcess : public Process {
 };
 
 /// Remembers what was shown and answers at once.
-class FakeMessageBoxes : public MessageBoxes {
+class FakeMessageBoxes : public MessageBoxes, public CanFail {
  public:
   struct Shown {
     std::string prompt;
@@ -123,6 +126,7 @@ class FakeMessageBoxes : public MessageBoxes {
     std::string title;
   };
   std::int32_t Show(const std::string& prompt, std::uint32_t style, const std::string& title) override {
+    if (Due()) return 0;
     shown.push_back({prompt, style, title});
     if (whileShown) whileShown();
     return answer;

@@ -12,18 +12,21 @@
 #include "tests/fakes/FakeFileSystem.h"
 #include "util/Text.h"
 
+#include "tests/fakes/Faults.h"
+
 namespace fonklav::test {
 
 /// The private-profile functions over the files in memory, by the rules that Windows goes by: names without regard to
 /// case, the first of two like names counts, ";" begins a comment line, one pair of quotes around a value is taken off,
 /// what a value is written as is not changed, folders are never made. A test sees which keys were read, and may break
 /// one.
-class FakePrivateProfile : public PrivateProfile {
+class FakePrivateProfile : public PrivateProfile, public CanFail {
  public:
   explicit FakePrivateProfile(FakeFileSystem& files) : files_(files) {}
 
   std::uint32_t GetString(const std::string& section, const std::string& key, const std::string& defaultValue,
                           std::span<char> buffer, const std::string& file) const override {
+    Step();
     Ask(section, key);
     const std::string value = Find(section, key, file).value_or(WithoutBlanksBehind(defaultValue));
     const std::size_t count = std::min(value.size(), buffer.size() - 1);
@@ -33,6 +36,7 @@ class FakePrivateProfile : public PrivateProfile {
   }
   [[nodiscard]] std::int32_t GetInt(const std::string& section, const std::string& key, std::int32_t defaultValue,
                                     const std::string& file) const override {
+    Step();
     Ask(section, key);
     const auto value = Find(section, key, file);
     if (!value || value->empty()) return defaultValue;
@@ -42,6 +46,7 @@ class FakePrivateProfile : public PrivateProfile {
   }
   bool WriteString(const std::string& section, const std::string& key, const std::string& value,
                    const std::string& file) override {
+    if (Due()) return false;
     std::vector<std::string> lines = Lines(file);
     auto at = std::ranges::find_if(lines, [&](const auto& line) { return IsSection(line, section); });
     if (at == lines.end()) at = lines.insert(lines.end(), "[" + Blankless(section) + "]");

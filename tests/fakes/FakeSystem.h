@@ -32,6 +32,13 @@ struct FakeSystem {
   Ports AllPorts() {
     return {clock, codePage, dde, files, icons, boxes, loop, locale, profile, process, shell, telephony};
   }
+  /// From now on all of it goes by these faults, telephony too.
+  void FailBy(Faults& faults) {
+    for (CanFail* fake : std::initializer_list<CanFail*>{&clock, &codePage, &dde, &files, &boxes, &locale, &profile,
+                                                         &process, &shell}) {
+      fake->faults = &faults;
+    }
+  }
   /// A file by its full path; reading one that is missing makes it.
   std::string& File(const std::string& path) { return files.files[FakeFileSystem::Key(path)]; }
 

@@ -5,7 +5,6 @@
 #include <new>
 
 #include "tests/app/BareDialer.h"
-#include "tests/torture/FaultyPorts.h"
 
 // Every story once for each thing in it that can fail: each call of a port, once and from then on, and each allocation
 // of memory. What may come of it is little: no crash, no leak, nothing said that is not so, one line and one call at
@@ -83,15 +82,14 @@ const std::vector<Story> kStories{
 class TorturedDialer : public BareDialer {
  public:
   explicit TorturedDialer(const Story& story) : BareDialer(kScenario), story_(story) {
-    portsForProgram = &faulty_.All();
     File("C:\\Rufmon\\Rufmonspec.ini") = "[Debug]\r\nLogTAPI=1\r\nTraceMode=1\r\n";
     StoreLine("A");
-    const auto inside = sim.inside;
-    sim.inside = [this, inside](std::string_view function) {
+    FailBy(faults);
+    sim.inside = [this](std::string_view function) {
       Watch(function);
-      inside(function);
+      if (faults.Due()) throw RunTimeError(ErrorNumber::FileNotFound);
     };
-    faulty_.OnReport([this](std::string_view report) { Watch(report); });
+    dde.onReport = [this](std::string_view report) { Watch(report); };
     if (story.started) Start("/run");
     if (story.calling) {
       Command("cmd|call|0301234567");
@@ -158,7 +156,6 @@ class TorturedDialer : public BareDialer {
   }
 
   const Story& story_;
-  FaultyPorts faulty_{*this, faults};
 };
 
 class Torture : public testing::TestWithParam<Story> {};
