@@ -93,6 +93,7 @@ TEST(Settings, PositionsAreAppliedAsReadAndDefaultTo600) {
     dialer.Start("/run");
     EXPECT_EQ(dialer.Controls().form.Top(), top) << line;
     EXPECT_EQ(dialer.Controls().form.Left(), 600);
+    EXPECT_THAT(dialer.profile.asked, IsSupersetOf({"General LogCount", "General BackupCount"}));
   }
 }
 
@@ -186,6 +187,14 @@ TEST(Number, TheDialButtonFollowsTheTypedText) {
   EXPECT_EQ(unbound->Buttons(), "[]") << "typing asks for a bound line";
 }
 
+TEST(Number, ALineWithoutVoiceOrVersionLeavesTheDialButtonOff) {
+  for (const char* device : {"device media=0x10", "device bearer=0x2", "device version=0x00010002"}) {
+    const auto dialer = Started(std::string(device) + "\nlocation\nrefuse lineOpen 0x80000048\n", "");
+    dialer->Command("cmd|call|0301234567");
+    EXPECT_THAT(dialer->Stage(), EndsWith("btnCall|0|cmdWahl_Click 1\n[]")) << device;
+  }
+}
+
 TEST(Number, ClearingTheStatusBoxTellsNobody) {
   const auto dialer = Started(kTwoLines);
   dialer->Command("cmd|hangup");
@@ -215,14 +224,7 @@ TEST(Texts, ComeFromTheFileKeyByKey) {
   EXPECT_EQ(controls[ControlId::cmdExit].Text(), LayoutOf(ControlId::cmdExit).text);
   EXPECT_EQ(controls.ToolTip(), "tip");
   EXPECT_EQ(controls.form.Caption(), "Rufmon -  TAPI Wählhilfe Settings");
-}
-
-TEST(Texts, WithoutAFileAreGerman) {
-  const auto dialer = Started(kTwoLines);
-  EXPECT_EQ(dialer->Controls().form.Caption(), "Rufmon -  TAPI Wählhilfe Einstellungen");
-  EXPECT_EQ(dialer->Text(ControlId::cmdExit), "A&bbrechen");
-  EXPECT_EQ(dialer->Text(ControlId::cmdWahl), "Wählen");
-  EXPECT_EQ(dialer->Controls().ToolTip(), "00, 0 oder NICHTS vor nationalen Nummern, abhängig vom CAPI-Hersteller");
+  EXPECT_EQ(Started(kTwoLines)->Controls().form.Caption(), "Rufmon -  TAPI Wählhilfe Einstellungen");
 }
 
 TEST(View, TheStatusBoxIsHandedWhatIsAddedHoweverLongItHasBecome) {

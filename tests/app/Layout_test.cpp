@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <cctype>
 #include <cmath>
@@ -12,8 +13,6 @@
 
 namespace fonklav::test {
 namespace {
-
-using namespace testing;
 
 using enum ControlId;
 
@@ -39,63 +38,45 @@ int AccessKey(std::string_view text) {
   return mark == std::string_view::npos ? 0 : std::tolower(static_cast<unsigned char>(text.at(mark + 1)));
 }
 
-/// The window as it is with one of its panels open, or with none.
-struct Shown {
-  const char* name;
-  float height;
-  ControlId panel;
-};
-
-void PrintTo(const Shown& shown, std::ostream* out) { *out << shown.name; }
-
-class LayoutShown : public TestWithParam<Shown> {
- protected:
-  LayoutShown() {
-    controls.form.Height(GetParam().height);
-    for (const ControlId frame : {frmInfo0, frmInfo1}) controls[frame].Visible(frame == GetParam().panel);
-    for (const LayoutRow& row : Layout()) {
-      if (IsShown(controls, row.id)) shown.push_back(row);
-    }
-  }
-
+/// What is seen of the window with one of its panels open, or with none.
+std::vector<LayoutRow> ShownRows(float height, ControlId panel) {
   FormControls controls;
+  controls.form.Height(height);
+  for (const ControlId frame : {frmInfo0, frmInfo1}) controls[frame].Visible(frame == panel);
   std::vector<LayoutRow> shown;
-};
+  std::ranges::copy_if(Layout(), std::back_inserter(shown), [&](const auto& row) { return IsShown(controls, row.id); });
+  return shown;
+}
 
-INSTANTIATE_TEST_SUITE_P(, LayoutShown,
-                         Values(Shown{"collapsed", kFormHeightCollapsed, frmInfo0},
-                                Shown{"deviceInformation", kFormHeightExpanded, frmInfo0},
-                                Shown{"testPanel", kFormHeightExpanded, frmInfo1}),
-                         [](const auto& tested) { return std::string(tested.param.name); });
+/// Whether two controls that stand beside each other lie over each other in a window larger by this much.
+bool Collide(const LayoutRow& one, const LayoutRow& other, const Surplus& surplus) {
+  const bool beside = one.id < other.id && (one.frame == one.id) == (other.frame == other.id);
+  if (!beside || (one.frame != one.id && one.frame != other.frame)) return false;
+  return Overlap(PlaceOf(one, kNormalDpi, surplus), PlaceOf(other, kNormalDpi, surplus));
+}
 
-TEST_P(LayoutShown, NothingLiesOverAnything) {
-  for (const LayoutRow& one : shown) {
-    for (const LayoutRow& other : shown) {
-      const bool beside = one.id < other.id && (one.frame == one.id) == (other.frame == other.id);
-      if (!beside || (one.frame != one.id && one.frame != other.frame)) continue;
-      for (const Surplus& surplus : {Surplus{}, Surplus{300, 0}, Surplus{1, 500}}) {
-        const bool overlap = Overlap(PlaceOf(one, kNormalDpi, surplus), PlaceOf(other, kNormalDpi, surplus));
-        EXPECT_FALSE(overlap) << static_cast<int>(one.id) << " and " << static_cast<int>(other.id);
+TEST(Layout, IsTidyWhicheverPanelIsOpen) {
+  for (const auto& [height, panel] :
+       {std::pair{kFormHeightCollapsed, frmInfo0}, {kFormHeightExpanded, frmInfo0}, {kFormHeightExpanded, frmInfo1}}) {
+    const std::vector<LayoutRow> shown = ShownRows(height, panel);
+    EXPECT_GT(shown.size(), 9U);
+    std::map<int, int> keys;
+    for (const LayoutRow& row : shown) {
+      const int name = static_cast<int>(row.id);
+      for (const LayoutRow& other : shown) {
+        for (const Surplus& surplus : {Surplus{}, Surplus{300, 0}, Surplus{1, 500}}) {
+          EXPECT_FALSE(Collide(row, other, surplus)) << name << " and " << static_cast<int>(other.id);
+        }
       }
+      const bool framed = row.frame != row.id;
+      const int width = framed ? LayoutOf(row.frame).width : kLeastWidth;
+      const int least = height > kFormHeightCollapsed ? kLeastExpanded : kLeastCollapsed;
+      const int room = framed ? LayoutOf(row.frame).height : least;
+      EXPECT_TRUE(row.left > 0 && row.top > 0 && row.left + row.width < width && row.top + row.height < room) << name;
+      const int key = AccessKey(row.text);
+      EXPECT_TRUE(key == 0 || ++keys[key] == 1) << static_cast<char>(key);
     }
   }
-}
-
-TEST_P(LayoutShown, EverythingIsInsideTheWindowOrItsFrame) {
-  const int least = GetParam().height > kFormHeightCollapsed ? kLeastExpanded : kLeastCollapsed;
-  for (const LayoutRow& row : shown) {
-    const bool framed = row.frame != row.id;
-    const int width = framed ? LayoutOf(row.frame).width : kLeastWidth;
-    const int height = framed ? LayoutOf(row.frame).height : least;
-    EXPECT_TRUE(row.left > 0 && row.top > 0 && row.left + row.width < width && row.top + row.height < height)
-        << static_cast<int>(row.id);
-  }
-}
-
-TEST_P(LayoutShown, NoTwoAccessKeysAreTheSame) {
-  std::map<int, int> count;
-  for (const LayoutRow& row : shown) ++count[AccessKey(row.text)];
-  for (const auto& [key, times] : count) EXPECT_TRUE(key == 0 || times == 1) << static_cast<char>(key);
 }
 
 TEST(Layout, RowsStandInTabOrder) {
@@ -103,6 +84,19 @@ TEST(Layout, RowsStandInTabOrder) {
     EXPECT_EQ(Layout().at(index).id, static_cast<ControlId>(index));
     // A frame comes before what it holds: it is drawn first and names the box behind it.
     EXPECT_LE(Layout().at(index).frame, Layout().at(index).id);
+  }
+}
+
+TEST(Layout, ListAndBoxesHaveALabelAndNothingElseHas) {
+  const std::map<ControlId, ControlId> labels{{lstTAPI, Frame2},
+                                              {txtSettVW, labTAPIConfig1},
+                                              {txtLineInfo, frmInfo0},
+                                              {txtNumber, Label1},
+                                              {txtTestStatus, frmInfo1}};
+  for (const LayoutRow& row : Layout()) {
+    const auto label = labels.find(row.id);
+    EXPECT_EQ(LabelOf(row.id), label == labels.end() ? std::nullopt : std::optional(label->second))
+        << static_cast<int>(row.id);
   }
 }
 

@@ -29,6 +29,9 @@ TEST(Language, ComesFromTheSuitesSettings) {
   EXPECT_EQ(system.Text("Call", "Wählen"), "Dial");
   EXPECT_EQ(system.Text("Umlaut", ""), "Über");
   EXPECT_EQ(system.Text("Quoted", ""), "Test ");
+  system.File(ConfigSystem::kMainSettings) = "[General]\r\nLanguage=\r\n";
+  system.config.language.LanguageInit("");
+  EXPECT_EQ(system.config.state.languageCode, "44") << "an empty setting changes nothing";
 }
 
 TEST(Language, WithoutOneEverythingIsGerman) {
@@ -108,26 +111,12 @@ TEST(MessageBox, HasTheSuitesTitle) {
   EXPECT_EQ(system.boxes.shown[1].title, "Title");
 }
 
-/// A shell that leaves traces of its own behind the path.
-class UntidyShell : public ShellFolders {
- public:
-  bool GetPath(std::uintptr_t owner, std::int32_t folder, std::span<char> path) const override {
-    if (folder != CSIDL_COMMON_APPDATA) return false;
-    const std::string bytes = owner == 100 && path.size() == 512 ? "C:\\Gr\xFC\xDF"
-                                                                   "e"
-                                                                 : "wrong owner or buffer";
-    std::ranges::copy(bytes, path.begin());
-    return true;
-  }
-};
-
 TEST(SpecialFolders, AreAskedOfTheShell) {
-  Diagnostics diagnostics;
-  UntidyShell shell;
-  FakeCodePage codePage;
-  const modSystemPaths paths(diagnostics, shell, codePage);
-  EXPECT_EQ(paths.GetSpecialFolder(CSIDL_COMMON_APPDATA), "C:\\Grüße");
-  EXPECT_EQ(paths.GetSpecialFolder(CSIDL_PROGRAM_FILES), "");
+  ConfigSystem system;
+  system.shell.folders = {{CSIDL_COMMON_APPDATA, "C:\\Gr\xFC\xDF\x65"}};
+  EXPECT_EQ(system.config.systemPaths.GetSpecialFolder(CSIDL_COMMON_APPDATA), "C:\\Grüße");
+  EXPECT_EQ(system.shell.asked, "100 512");
+  EXPECT_EQ(system.config.systemPaths.GetSpecialFolder(CSIDL_PROGRAM_FILES), "");
 }
 
 }  // namespace

@@ -182,26 +182,12 @@ TEST(ErrorLog, ADebugLogThatCannotBeWrittenIsReportedThere) {
               EndsWith(" + 70 + Permission denied Params(S:" + std::string(LogSystem::kDebugLog) + ", B:1)"));
 }
 
-/// A code page that cannot take any more, as when memory runs out.
-class BrokenClock : public FakeClock {
- public:
-  [[nodiscard]] std::chrono::milliseconds Ticks() const override {
-    if (broken) throw RunTimeError(ErrorNumber::OutOfMemory);
-    return ticks;
-  }
-  bool broken{false};
-};
-
 TEST(ErrorLog, AFaultInTheLoggerItselfIsShown) {
   LogSystem system;
-  BrokenClock clock;
-  Ports ports = system.AllPorts();
-  ports.clock = clock;
   system.diagnostics.tag = "PRG";  // only its entries need the elapsed time
-  clsErrorHandling log(system.diagnostics, system.config, ports);
-  clock.broken = true;
+  system.clock.broken = true;
   system.Pend(53, "File not found");
-  log.ErrorLogNew("clsX.Do", {});
+  system.Log().ErrorLogNew("clsX.Do", {});
   ASSERT_THAT(system.boxes.shown, SizeIs(1));
   EXPECT_EQ(system.boxes.shown[0].prompt, "Error in ExceptionHandler\r\nOut of memory");
   EXPECT_EQ(system.boxes.shown[0].style, 48U);

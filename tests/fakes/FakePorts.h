@@ -19,11 +19,15 @@ namespace fonklav::test {
 class FakeClock : public Clock, public CanFail {
  public:
   [[nodiscard]] LocalTime Now() const override { return Step(), now; }
-  [[nodiscard]] std::chrono::milliseconds Ticks() const override { return ticks; }
+  [[nodiscard]] std::chrono::milliseconds Ticks() const override {
+    if (broken) throw RunTimeError(ErrorNumber::OutOfMemory);
+    return ticks;
+  }
   void Advance(std::chrono::milliseconds time) { ticks += time; }
 
   LocalTime now{2015, 3, 7, 9, 5, 31};
   std::chrono::milliseconds ticks{1000};
+  bool broken{false};  ///< as when memory runs out
 };
 
 /// Windows-1252, as on a German system.
@@ -93,7 +97,8 @@ class FakeNumberLocale : public NumberLocale, public CanFail {
 
 class FakeShellFolders : public ShellFolders, public CanFail {
  public:
-  bool GetPath(std::uintptr_t, std::int32_t folder, std::span<char> path) const override {
+  bool GetPath(std::uintptr_t owner, std::int32_t folder, std::span<char> path) const override {
+    asked = std::to_string(owner) + " " + std::to_string(path.size());
     const auto found = folders.find(folder);
     if (Due() || found == folders.end()) return false;
     std::ranges::copy(found->second, path.begin());
@@ -101,6 +106,7 @@ class FakeShellFolders : public ShellFolders, public CanFail {
   }
   std::map<std::int32_t, std::string> folders{{CSIDL_COMMON_APPDATA, "C:\\ProgramData"},
                                               {CSIDL_PROGRAM_FILES, "C:\\Program Files"}};
+  mutable std::string asked;  ///< "owner size" of the last question
 };
 
 class FakeProcess : public Process, public CanFail {

@@ -85,12 +85,11 @@ TEST(DevCaps, StringsThatDoNotFitAreLeftOutWhole) {
 TEST(DevCaps, FixedPartGrowsWithTheVersion) {
   TestLine line("device");
   line.Register();
-  struct Row {
-    std::uint32_t version;
-    std::uint32_t size;
-  };
-  for (const auto& [version, size] : {Row{TAPI_VERSION1_3, 236}, Row{TAPI_VERSION1_4, 240}, Row{0x00020000, 252},
-                                      Row{0x00020002, 268}, Row{TAPI_VERSION3_0, 292}}) {
+  for (const auto& [version, size] : {std::pair{TAPI_VERSION1_3, 236U},
+                                      {TAPI_VERSION1_4, 240U},
+                                      {0x00020000U, 252U},
+                                      {0x00020002U, 268U},
+                                      {TAPI_VERSION3_0, 292U}}) {
     Buffer enough(size);
     Buffer small(size - 1);
     EXPECT_EQ(line.sim.lineGetDevCaps(line.app, 0, version, 0, enough), 0) << HexText(version);
