@@ -145,31 +145,21 @@ TEST(Conversation, EveryKnownCommandIsAcknowledgedAndNoOther) {
   const Reports acknowledged{"cmd|quitt"};
   const Reports asked{"cmd|quitt", "anzlog|Anmeldung >> ISDN-Line1", "btnHangUp|1", "anzlog|Vorbereitung"};
   const Reports unloaded{"cmd|quitt", "Init2LastOK|0", "line|Kein TAPI-Ger\xE4t ausgew\xE4hlt!"};
-  const struct {
+  struct Row {
     std::string value;
     Reports heard;
     Matcher<std::vector<std::string>> errors = IsEmpty();
-  } rows[] = {
-      {"settings", acknowledged},
-      {"settings|x|y|z", acknowledged},
-      {"Settings", {}},
-      {"settings ", {}},
-      {"unload", unloaded},
-      {"cmd|dance|1", acknowledged},
-      {"cmd", acknowledged},
-      {"debug|maybe", acknowledged, ElementsAre("txtDDE_Change, Line:n + 13 + Type mismatch Params(S:debug|maybe)")},
-      {"debug", acknowledged, ElementsAre("txtDDE_Change, Line:n + 13 + Type mismatch Params(S:debug)")},
-      {"debug|True", acknowledged},
-      {"debug|-1,5", acknowledged},
-      {"debug|1e5", acknowledged},
-      {"debug|1e", acknowledged, SizeIs(1)},
-      {"||||", {}},
-      {"dance", {}},
-      {"cmd|call|" + std::string(65500, '7'), asked},
-      {std::string(65536, '|'), {}},
-      {"cmd|call|\x80\xFF\xE4\x81", asked},
   };
-  for (const auto& row : rows) {
+  for (const Row& row :
+       {Row{"settings", acknowledged}, Row{"settings|x|y|z", acknowledged}, Row{"Settings", {}}, Row{"settings ", {}},
+        Row{"unload", unloaded}, Row{"cmd|dance|1", acknowledged}, Row{"cmd", acknowledged},
+        Row{"debug|maybe", acknowledged,
+            ElementsAre("txtDDE_Change, Line:n + 13 + Type mismatch Params(S:debug|maybe)")},
+        Row{"debug", acknowledged, ElementsAre("txtDDE_Change, Line:n + 13 + Type mismatch Params(S:debug)")},
+        Row{"debug|True", acknowledged}, Row{"debug|-1,5", acknowledged}, Row{"debug|1e5", acknowledged},
+        Row{"debug|1e", acknowledged, SizeIs(1)}, Row{"||||", {}}, Row{"dance", {}},
+        Row{"cmd|call|" + std::string(65500, '7'), asked}, Row{std::string(65536, '|'), {}},
+        Row{"cmd|call|\x80\xFF\xE4\x81", asked}}) {
     SCOPED_TRACE(row.value.substr(0, 40));
     const auto dialer = Ready(kLine, "");
     dialer->errors = row.errors;

@@ -84,10 +84,8 @@ TEST(Settings, SaveWithoutATickKeepsTheStoredName) {
 }
 
 TEST(Settings, PositionsAreAppliedAsReadAndDefaultTo600) {
-  for (const auto& [line, top] : {std::pair{"", 600.0F},
-                                  {"TopTAPI=-90\r\n", -90.0F},
-                                  {"TopTAPI=abc\r\n", 0.0F},
-                                  {"TopTAPI=16777216\r\n", 16777216.0F}}) {
+  for (const auto& [line, top] : {std::pair{"", 600.0F}, std::pair{"TopTAPI=-90\r\n", -90.0F},
+                                  std::pair{"TopTAPI=abc\r\n", 0.0F}, std::pair{"TopTAPI=16777216\r\n", 16777216.0F}}) {
     Dialer dialer(kTwoLines);
     dialer.File(Dialer::kSettings) = std::string("[Dimensions]\r\n") + line;
     dialer.Start("/run");

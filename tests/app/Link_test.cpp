@@ -22,7 +22,8 @@ TEST(Link, IsOpenedOnceForTheItem) {
 }
 
 TEST(Link, AnAnswerDecidesWhetherItStands) {
-  for (const auto& [status, linked] : {std::pair{0x8000, true}, {0x4000, true}, {0, false}, {0xFF, false}}) {
+  for (const auto& [status, linked] :
+       {std::pair{0x8000, true}, std::pair{0x4000, true}, std::pair{0, false}, std::pair{0xFF, false}}) {
     const auto dialer = Ready();
     dialer->dde.answersAtOnce = false;
     dialer->Command("debug|1");

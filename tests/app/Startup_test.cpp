@@ -7,17 +7,17 @@ namespace {
 using namespace testing;
 
 TEST(CommandLine, IsJudged) {
-  const struct {
+  struct Row {
     const char* argument;
     bool starts;
     bool shown;
     const char* number;
-  } rows[] = {
-      {"/run", true, false, ""},       {"/sett", true, true, ""},       {"0301234567", true, false, "0301234567"},
-      {"*100#", true, false, "*100#"}, {" 123 ", true, false, " 123 "}, {"", false, false, ""},
-      {"/SETT", false, false, ""},     {"/sett ", false, false, ""},    {"/run /sett", false, false, ""},
-      {"0 30 123", false, false, ""}};
-  for (const auto& row : rows) {
+  };
+  for (const Row& row :
+       {Row{"/run", true, false, ""}, Row{"/sett", true, true, ""}, Row{"0301234567", true, false, "0301234567"},
+        Row{"*100#", true, false, "*100#"}, Row{" 123 ", true, false, " 123 "}, Row{"", false, false, ""},
+        Row{"/SETT", false, false, ""}, Row{"/sett ", false, false, ""}, Row{"/run /sett", false, false, ""},
+        Row{"0 30 123", false, false, ""}}) {
     SCOPED_TRACE(row.argument);
     Dialer dialer(kLine);
     EXPECT_EQ(dialer.Start(row.argument), row.starts);

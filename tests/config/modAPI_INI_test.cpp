@@ -37,24 +37,14 @@ struct NumberRow {
 };
 
 TEST(Ini, NumbersWithinTheirBounds) {
-  const NumberRow rows[] = {
-      {"K=-7\r\n", 0, 0, false, -7},
-      {"K=0\r\n", 1, 0, false, 1},
-      {"K=2000000\r\n", 1, 0, false, 2000000},
-      {"K=-1\r\n", 0, 5, false, 0},
-      {"K=5\r\n", 10, 1000, false, 10},
-      {"K=1001\r\n", 10, 1000, false, 1000},
-      {"K=3\r\n", 10, 5, false, 10},
-      {"K=7\r\n", 10, 5, false, 5},
-      {"K=1000\r\n", 10, 1000, true, 1000},
-      {"K=11\r\n", 1, 10, true, 3},
-      {"K=0\r\n", 1, 10, true, 3},
-      {"K=1\r\n", -5, 0, true, 3},
-      {"K=-5\r\n", -5, 0, true, -5},
-      {"", 0, 0, false, 3},
-      {"", 10, 20, false, 10},
-  };
-  for (const NumberRow& row : rows) {
+  for (const NumberRow& row :
+       {NumberRow{"K=-7\r\n", 0, 0, false, -7}, NumberRow{"K=0\r\n", 1, 0, false, 1},
+        NumberRow{"K=2000000\r\n", 1, 0, false, 2000000}, NumberRow{"K=-1\r\n", 0, 5, false, 0},
+        NumberRow{"K=5\r\n", 10, 1000, false, 10}, NumberRow{"K=1001\r\n", 10, 1000, false, 1000},
+        NumberRow{"K=3\r\n", 10, 5, false, 10}, NumberRow{"K=7\r\n", 10, 5, false, 5},
+        NumberRow{"K=1000\r\n", 10, 1000, true, 1000}, NumberRow{"K=11\r\n", 1, 10, true, 3},
+        NumberRow{"K=0\r\n", 1, 10, true, 3}, NumberRow{"K=1\r\n", -5, 0, true, 3},
+        NumberRow{"K=-5\r\n", -5, 0, true, -5}, NumberRow{"", 0, 0, false, 3}, NumberRow{"", 10, 20, false, 10}}) {
     IniSystem system(row.stored);
     EXPECT_EQ(system.ini.GetSettLng("S", "K", 3, row.lower, row.upper, row.defaultIfOutside, kFile), row.value)
         << row.stored << row.lower << ".." << row.upper;
@@ -62,12 +52,9 @@ TEST(Ini, NumbersWithinTheirBounds) {
 }
 
 TEST(Ini, BooleansAreWrittenAsOne) {
-  for (const auto& [stored, value] : {std::pair{"K=1\r\n", true},
-                                      {"K=2\r\n", true},
-                                      {"K=0\r\n", false},
-                                      {"K=-1\r\n", false},
-                                      {"K=yes\r\n", false},
-                                      {"K=true\r\n", false}}) {
+  for (const auto& [stored, value] :
+       {std::pair{"K=1\r\n", true}, std::pair{"K=2\r\n", true}, std::pair{"K=0\r\n", false},
+        std::pair{"K=-1\r\n", false}, std::pair{"K=yes\r\n", false}, std::pair{"K=true\r\n", false}}) {
     IniSystem system(stored);
     EXPECT_EQ(system.ini.GetSettBool("S", "K", false, kFile), value) << stored;
     EXPECT_EQ(system.ini.GetSettBool("S", "K", true, kFile), value) << stored;
@@ -85,12 +72,10 @@ struct TextRow {
 };
 
 TEST(Ini, TextsAndTheirDefault) {
-  const TextRow rows[] = {
-      {"K=a=b\r\n", false, false, "a=b"}, {"", false, false, "def"},           {"K=\r\n", false, false, ""},
-      {"K=\r\n", true, false, "def"},     {"K=\r\n", false, true, "def"},      {"K=12a\r\n", false, true, "def"},
-      {"K=12\r\n", false, true, "12"},    {"K=-1,5\r\n", false, true, "-1,5"},
-  };
-  for (const TextRow& row : rows) {
+  for (const TextRow& row : {TextRow{"K=a=b\r\n", false, false, "a=b"}, TextRow{"", false, false, "def"},
+                             TextRow{"K=\r\n", false, false, ""}, TextRow{"K=\r\n", true, false, "def"},
+                             TextRow{"K=\r\n", false, true, "def"}, TextRow{"K=12a\r\n", false, true, "def"},
+                             TextRow{"K=12\r\n", false, true, "12"}, TextRow{"K=-1,5\r\n", false, true, "-1,5"}}) {
     IniSystem system(row.stored);
     EXPECT_EQ(system.ini.GetSettStr("s", "k", "def", kFile, row.ifEmpty, row.ifNotNumeric), row.value) << row.stored;
   }

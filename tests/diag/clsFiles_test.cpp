@@ -108,16 +108,10 @@ struct CountRow {
 
 TEST(Lines, AreCounted) {
   // A stream of lines ended by LF alone counts half of them and one; an empty one leaves the count alone.
-  const CountRow rows[] = {{"", 0, -1},
-                           {"a", 1, 1},
-                           {"a\r\nb", 2, 2},
-                           {"a\r\nb\r\n", 2, 2},
-                           {"\r\n", 1, 1},
-                           {"a\nb\nc\n", 1, 2},
-                           {"a\nb\nc\nd\ne\n", 1, 3},
-                           {"a\n\r\nb\n", 2, 2},
-                           {"a\r\r\n\n\r\n", 2, 2}};
-  for (const CountRow& row : rows) {
+  for (const CountRow& row :
+       {CountRow{"", 0, -1}, CountRow{"a", 1, 1}, CountRow{"a\r\nb", 2, 2}, CountRow{"a\r\nb\r\n", 2, 2},
+        CountRow{"\r\n", 1, 1}, CountRow{"a\nb\nc\n", 1, 2}, CountRow{"a\nb\nc\nd\ne\n", 1, 3},
+        CountRow{"a\n\r\nb\n", 2, 2}, CountRow{"a\r\r\n\n\r\n", 2, 2}}) {
     FilesSystem system;
     system.File(kFile) = row.bytes;
     std::int32_t count = -1;
@@ -196,15 +190,10 @@ TEST(Lines, ArePicked) {
 }
 
 TEST(TrimCR, TakesLineBreaksOffTheEnds) {
-  for (const auto& [text, trimmed] : {std::pair{"\r\n\r\nabc\r\n\n", "abc"},
-                                      {"abc\r", "abc\r"},
-                                      {"\rabc", "\rabc"},
-                                      {"  a\r\nb  ", "a\r\nb"},
-                                      {"\n\nabc\n\n", "abc"},
-                                      {"\r\n", ""},
-                                      {" \r\n ", ""},
-                                      {"\r\n a \r\n", " a "},
-                                      {"", ""}}) {
+  for (const auto& [text, trimmed] :
+       {std::pair{"\r\n\r\nabc\r\n\n", "abc"}, std::pair{"abc\r", "abc\r"}, std::pair{"\rabc", "\rabc"},
+        std::pair{"  a\r\nb  ", "a\r\nb"}, std::pair{"\n\nabc\n\n", "abc"}, std::pair{"\r\n", ""},
+        std::pair{" \r\n ", ""}, std::pair{"\r\n a \r\n", " a "}, std::pair{"", ""}}) {
     EXPECT_EQ(clsFiles::TrimCR(text), trimmed) << PrintToString(text);
   }
 }

@@ -190,26 +190,19 @@ TEST(Create, TheLaterOfTwoEntriesForTheCurrentLocationCounts) {
 
 TEST(Create, HostileLocationsStayInTheirBuffer) {
   // dwNeededSize stands at 4, dwNumLocations at 12, the list's size at 16 and offset at 20, the current ID at 24.
-  const struct {
+  struct Row {
     const char* patch;
     bool created;
     const char* access;
     bool overflow = false;
-  } rows[] = {{"", true, "0"},
-              {"offset=4 value=6189", true, "0"},
-              {"offset=4 value=6190", false, ""},
-              {"offset=12 value=30000", true, "0"},
-              {"offset=12 value=0x7FFF", true, "0"},
-              {"offset=12 value=0x8000", false, "", true},
-              {"offset=12 value=0", false, ""},
-              {"offset=12 value=0xFFFFFFFF", false, ""},
-              {"offset=16 value=67", true, ""},
-              {"offset=16 value=0xFFFFFFFF", true, ""},
-              {"offset=20 value=6180", true, ""},
-              {"offset=20 value=0xFFFFFFF0", true, ""},
-              {"offset=24 value=40000", false, "", true},
-              {"offset=24 value=0xFFFFFFFF", true, ""}};
-  for (const auto& row : rows) {
+  };
+  for (const Row& row : {Row{"", true, "0"}, Row{"offset=4 value=6189", true, "0"},
+                         Row{"offset=4 value=6190", false, ""}, Row{"offset=12 value=30000", true, "0"},
+                         Row{"offset=12 value=0x7FFF", true, "0"}, Row{"offset=12 value=0x8000", false, "", true},
+                         Row{"offset=12 value=0", false, ""}, Row{"offset=12 value=0xFFFFFFFF", false, ""},
+                         Row{"offset=16 value=67", true, ""}, Row{"offset=16 value=0xFFFFFFFF", true, ""},
+                         Row{"offset=20 value=6180", true, ""}, Row{"offset=20 value=0xFFFFFFF0", true, ""},
+                         Row{"offset=24 value=40000", false, "", true}, Row{"offset=24 value=0xFFFFFFFF", true, ""}}) {
     const std::string patch = *row.patch == 0 ? "" : std::string("patch translatecaps ") + row.patch + "\n";
     TapiSystem system("device\nlocation id=1 local=0\n" + patch);
     EXPECT_EQ(system.line->Create(), row.created) << row.patch;
@@ -221,15 +214,12 @@ TEST(Create, HostileLocationsStayInTheirBuffer) {
 
 TEST(Create, HostileCapabilitiesReadAsEmptyWhereTheyLeaveTheBuffer) {
   // The name's size stands at 32 and its offset at 36; the buffer is 2301 bytes long.
-  for (const auto& [patches, name] : {std::pair{"", "Line"},
-                                      {"patch devcaps offset=36 value=0", ""},
-                                      {"patch devcaps offset=36 value=2301", ""},
-                                      {"patch devcaps offset=36 value=0xFFFFFFFF", ""},
-                                      {"patch devcaps offset=36 value=2300\npatch devcaps offset=32 value=2", ""},
-                                      {"patch devcaps offset=32 value=0", ""},
-                                      {"patch devcaps offset=32 value=0x80000000", ""},
-                                      {"patch devcaps offset=32 value=0x7FFFFFFF", ""},
-                                      {"patch devcaps offset=32 value=1", "L"}}) {
+  for (const auto& [patches, name] :
+       {std::pair{"", "Line"}, std::pair{"patch devcaps offset=36 value=0", ""},
+        std::pair{"patch devcaps offset=36 value=2301", ""}, std::pair{"patch devcaps offset=36 value=0xFFFFFFFF", ""},
+        std::pair{"patch devcaps offset=36 value=2300\npatch devcaps offset=32 value=2", ""},
+        std::pair{"patch devcaps offset=32 value=0", ""}, std::pair{"patch devcaps offset=32 value=0x80000000", ""},
+        std::pair{"patch devcaps offset=32 value=0x7FFFFFFF", ""}, std::pair{"patch devcaps offset=32 value=1", "L"}}) {
     TapiSystem system("device name=Line provider=P switch=S\n" + kLocation + patches);
     ASSERT_TRUE(system.line->Create());
     EXPECT_EQ(system.line->LineName(), name) << patches;
@@ -237,18 +227,18 @@ TEST(Create, HostileCapabilitiesReadAsEmptyWhereTheyLeaveTheBuffer) {
 }
 
 TEST(Create, MissingOrEndlessCodesAreNoCodes) {
-  for (const auto& [codes, complete] : {std::pair{"country=49 city=30", true},
-                                        {"country=1234567 city=7654321", true},
-                                        {"country=49 city=12345678", false},
-                                        {"country=12345678 city=30", false},
-                                        {"none", false}}) {
+  for (const auto& [codes, complete] :
+       {std::pair{"country=49 city=30", true}, std::pair{"country=1234567 city=7654321", true},
+        std::pair{"country=49 city=12345678", false}, std::pair{"country=12345678 city=30", false},
+        std::pair{"none", false}}) {
     TapiSystem system(kDevice + "codes " + codes);
     EXPECT_EQ(system.line->CheckAreaCodes(), complete) << codes;
   }
 }
 
 TEST(Create, GoesByTheSignedNumberOfDevices) {
-  for (const auto& [claimed, errors] : {std::pair{0U, 0U}, {0x80000000U, 0U}, {0xFFFFFFFFU, 0U}, {32769U, 1U}}) {
+  for (const auto& [claimed, errors] :
+       {std::pair{0U, 0U}, std::pair{0x80000000U, 0U}, std::pair{0xFFFFFFFFU, 0U}, std::pair{32769U, 1U}}) {
     Measured telephony(kDevice);
     telephony.claimed = claimed;
     TapiSystem system("", &telephony);

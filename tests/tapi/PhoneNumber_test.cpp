@@ -81,20 +81,12 @@ TEST(DialedNumber, CanonicalNumbersAreDialedAsTheLocationWantsThem) {
 TEST(DialedNumber, ATranslationIsReadWithinItsBuffer) {
   // The dialable string's size stands at 12 and its offset at 16, the displayable string's at 20 and 24; the strings
   // come after the 40 bytes of the fixed part.
-  for (const auto& [patch, dialable] : {std::pair{"20 value=6", "01234"},
-                                        {"12 value=0", ""},
-                                        {"12 value=1", ""},
-                                        {"12 value=2", "0"},
-                                        {"16 value=39", ""},
-                                        {"16 value=40", "01234"},
-                                        {"16 value=1064", ""},
-                                        {"16 value=1059", ""},
-                                        {"16 value=0xFFFFFFFF", ""},
-                                        {"12 value=0x7FFFFFFF", ""},
-                                        {"12 value=0xFFFFFFFF", ""},
-                                        {"20 value=0", ""},
-                                        {"24 value=0xFFFFFFF0", ""},
-                                        {"24 value=1064", ""}}) {
+  for (const auto& [patch, dialable] :
+       {std::pair{"20 value=6", "01234"}, std::pair{"12 value=0", ""}, std::pair{"12 value=1", ""},
+        std::pair{"12 value=2", "0"}, std::pair{"16 value=39", ""}, std::pair{"16 value=40", "01234"},
+        std::pair{"16 value=1064", ""}, std::pair{"16 value=1059", ""}, std::pair{"16 value=0xFFFFFFFF", ""},
+        std::pair{"12 value=0x7FFFFFFF", ""}, std::pair{"12 value=0xFFFFFFFF", ""}, std::pair{"20 value=0", ""},
+        std::pair{"24 value=0xFFFFFFF0", ""}, std::pair{"24 value=1064", ""}}) {
     TapiSystem system(std::string("device\nlocation local=0\npatch translateoutput offset=") + patch + "\n");
     ASSERT_TRUE(system.Open());
     EXPECT_EQ(system.line->TransformPhoneNumber("1234"), dialable) << patch;
