@@ -159,8 +159,8 @@ class CvbTAPILine : public std::enable_shared_from_this<CvbTAPILine> {
 
   /// True from Create on, and again when a call has ended; false while one is connected or being cleared.
   [[nodiscard]] bool Idle() const { return idle_; }
-  /// Whether a line is open, with or without a call.
-  [[nodiscard]] bool IsOpen() const { return hLine_ != 0; }
+  /// Whether a line is open, with or without a call, or telephony is at it.
+  [[nodiscard]] bool IsOpen() const { return hLine_ != 0 || opening_; }
 
   /// One line message; called by the callback only.
   void LineProcHandler(std::uint32_t hDevice, std::uint32_t dwMsg, std::uint32_t dwParam1, std::uint32_t dwParam2,
@@ -232,6 +232,7 @@ class CvbTAPILine : public std::enable_shared_from_this<CvbTAPILine> {
   std::uint32_t makeCallRequestId_{0};  ///< of the request whose reply is still to come; 0 is none
   std::uint32_t dropRequestId_{0};
   bool idle_{false};
+  bool opening_{false};  ///< telephony has been asked for a line, and may let messages in before it gives one
   std::int16_t internalNrLength_{3};
 };
 

@@ -5,6 +5,7 @@
 #include "tapi/CvbTAPILine.h"
 #include "tapi/Numbers.h"
 #include "util/Procedure.h"
+#include "util/Scope.h"
 
 // The open line, the call on it, and the line messages that tell how it goes.
 namespace fonklav {
@@ -22,7 +23,8 @@ bool CvbTAPILine::Accepted(std::int32_t result, std::uint32_t& requestId) {
 
 bool CvbTAPILine::OpenLine(std::uint32_t privileges, std::uint32_t mediamodes) {
   return Procedure(services_.diagnostics, "CvbTAPILine.OpenLine", {privileges, mediamodes}, false, [&](bool& open) {
-    if (hLine_ != 0) return;
+    if (IsOpen()) return;
+    const Scope scope(opening_);
     // Without a registration there is no version, and nothing to open.
     const std::uint32_t version = AtIndex(apiVersions_, currentLineId_);
     HLINE line = 0;
@@ -46,6 +48,8 @@ bool CvbTAPILine::MakeCallAsynch(const std::string& phonenumber) {
     DebugTapi(services_.diagnostics, "MakeCallAsynch - Number: " + phonenumber);
     const std::string dialable = TransformPhoneNumber(phonenumber);
     DebugTapi(services_.diagnostics, "MakeCallAsynch - To API: " + dialable);
+    // Translating may have let messages in, and with them the end of this line or of its owner's interest.
+    if (hLine_ == 0 || events_ == nullptr) return;
     const std::string address = services_.codePage.ToBytes(dialable);
     accepted = Accepted(services_.telephony.lineMakeCall(hLine_, hCall_, address.c_str(), 0), makeCallRequestId_);
   });
