@@ -1,0 +1,98 @@
+#include <malloc.h>
+
+#include <cstdlib>
+#include <iostream>
+#include <new>
+
+#include "tests/app/Dialer.h"
+
+// Dials over and over with the whole program on simulated telephony. What it holds after a tenth of the cycles it must
+// hold at the end, to the byte.
+namespace {
+
+struct Memory {
+  long blocks{0};
+  long bytes{0};
+  bool operator==(const Memory&) const = default;
+};
+Memory memory;  // NOLINT: operator new has no other way to it
+
+}  // namespace
+
+// Not inlined, or the compiler takes them for a mismatched pair.
+[[gnu::noinline]] void* operator new(std::size_t size) {
+  void* const block = std::malloc(size);
+  if (block == nullptr) throw std::bad_alloc();
+  ++memory.blocks;
+  memory.bytes += static_cast<long>(malloc_usable_size(block));
+  return block;
+}
+[[gnu::noinline]] void operator delete(void* block) noexcept {
+  if (block == nullptr) return;
+  --memory.blocks;
+  memory.bytes -= static_cast<long>(malloc_usable_size(block));
+  std::free(block);
+}
+[[gnu::noinline]] void operator delete(void* block, std::size_t /*size*/) noexcept { operator delete(block); }
+
+namespace fonklav::test {
+namespace {
+
+/// One call by command and its end, from this side or the far one; at times the settings are saved or given up, which
+/// makes a new line object. False when the call was not connected and ended.
+bool Cycle(Dialer& dialer, long number) {
+  const auto command = [&](const char* text) {
+    dialer.Command(text);
+    dialer.Pump(100);
+  };
+  command("cmd|call|0301234567");
+  const bool connected = dialer.sim.LiveCalls() == 1;
+  if (number % 2 == 0) {
+    command("cmd|hangup");
+  } else {
+    dialer.sim.RemoteHangUp();
+  }
+  dialer.Pump(100);
+  if (number % 5 == 0) command("unload");
+  if (number % 5 == 1) dialer.Input().Click(ControlId::cmdSave);
+  if (number % 5 == 2) dialer.Input().ClickEntry(0);
+  command("");
+  // What grows by design: the status box, and what the simulator and the fakes remember.
+  dialer.Input().Click(ControlId::cmdLogClear);
+  dialer.sim.ForgetCalls();
+  dialer.TakeReports();
+  dialer.dde.posted.clear();
+  dialer.view.changed.clear();
+  dialer.view.appended.clear();
+  return connected && dialer.sim.OpenLines() == 0 && dialer.View().unloads == 0;
+}
+
+int Soak(long cycles) {
+  Dialer dialer(
+      "device name=A\nlocation local=9\ncall reply after=5\ncall state CONNECTED after=20\ndrop reply after=5\n"
+      "drop state IDLE after=10\n");
+  dialer.StoreLine("A");
+  if (!dialer.Start("/run")) return 1;
+  Memory tenth;
+  for (long cycle = 1; cycle <= cycles; ++cycle) {
+    if (!Cycle(dialer, cycle)) {
+      std::cerr << "cycle " << cycle << ": the call did not come about\n";
+      return 1;
+    }
+    if (cycle == cycles / 10) tenth = memory;
+  }
+  const Memory end = memory;
+  std::cout << "what | after a tenth | at the end\n"
+            << "heap blocks | " << tenth.blocks << " | " << end.blocks << "\nheap bytes | " << tenth.bytes << " | "
+            << end.bytes << '\n';
+  return tenth == end && end.blocks > 0 && dialer.ErrorLog().empty() ? 0 : 1;
+}
+
+}  // namespace
+}  // namespace fonklav::test
+
+int main(int argc, char** argv) {
+  // A tenth has to see each kind of cycle.
+  const long cycles = argc == 2 ? std::atol(argv[1]) : 0;
+  return cycles >= 100 && cycles % 100 == 0 ? fonklav::test::Soak(cycles) : 2;
+}
