@@ -5,7 +5,6 @@
 #include "fuzz/Bytes.h"
 #include "sim/TapiCodes.h"
 #include "tests/app/BareDialer.h"
-#include "tests/torture/FaultyPorts.h"
 #include "util/Text.h"
 
 // The whole program under any sequence of what a main program, a person, a clock, a line and a failing system do to it,
@@ -59,14 +58,14 @@ struct Steps {
 
 class Form : public BareDialer {
  public:
-  explicit Form(Bytes bytes) : BareDialer(""), bytes_(bytes), stepsInside_(sim.inside) {
+  explicit Form(Bytes bytes) : BareDialer(""), bytes_(bytes) {
     static const Scenario scenario = Scenario::Parse(kScenario);
     sim.Rules() = scenario;
-    portsForProgram = &faulty_.All();
+    FailBy(faults_);
     dde.answersAtOnce = false;
     sim.inside = [this](std::string_view function) { EnterTelephony(function); };
     boxes.whileShown = [this] { Nest(); };
-    faulty_.OnReport([this](std::string_view report) { HearReport(report); });
+    dde.onReport = [this](std::string_view report) { HearReport(report); };
   }
 
   void Run() {
@@ -218,7 +217,7 @@ class Form : public BareDialer {
     Require(function != "lineShutdown" || disturbed_ || sim.OpenLines() <= lostCloses_, "shut down with an open line");
     if (Nest()) ++interrupted_[std::string(function)];
     try {
-      stepsInside_(function);
+      if (faults_.Due()) throw RunTimeError(ErrorNumber::FileNotFound);
     } catch (const RunTimeError&) {
       if (function == "lineClose") ++lostCloses_;
       if (function == "lineShutdown") ++lostShutdowns_;
@@ -278,12 +277,10 @@ class Form : public BareDialer {
 
   Bytes bytes_;
   Faults faults_;
-  FaultyPorts faulty_{*this, faults_};
-  std::function<void(std::string_view)> stepsInside_;  ///< what the failing telephony does on entry
-  std::map<std::string, std::size_t> interrupted_;     ///< calls whose handle may have gone in the middle
-  std::size_t seen_{0};                                ///< calls of telephony that were looked at
-  std::size_t newest_{0};                              ///< instance of the line object that opened a line last
-  std::size_t dialed_{0};                              ///< line of the newest call
+  std::map<std::string, std::size_t> interrupted_;  ///< calls whose handle may have gone in the middle
+  std::size_t seen_{0};                             ///< calls of telephony that were looked at
+  std::size_t newest_{0};                           ///< instance of the line object that opened a line last
+  std::size_t dialed_{0};                           ///< line of the newest call
   std::size_t lostCloses_{0};
   std::size_t lostShutdowns_{0};
   std::size_t nestIn_{0};

@@ -56,6 +56,7 @@ class BareDialer : public FakeSystem {
   }
 
   std::vector<std::string> TakeReports() { return dde.TakeReports(); }
+  std::string ErrorLog() { return File("C:\\ProgramData\\Rufmon\\log\\error.log"); }
   FormControls& Controls() { return program->Controls(); }
   FormInput& Input() { return program->Input(); }
 

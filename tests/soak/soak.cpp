@@ -4,7 +4,7 @@
 #include <iostream>
 #include <new>
 
-#include "tests/app/Dialer.h"
+#include "tests/app/BareDialer.h"
 
 // Dials over and over with the whole program on simulated telephony. What it holds after a tenth of the cycles it must
 // hold at the end, to the byte.
@@ -40,7 +40,7 @@ namespace {
 
 /// One call by command and its end, from this side or the far one; at times the settings are saved or given up, which
 /// makes a new line object. False when the call was not connected and ended.
-bool Cycle(Dialer& dialer, long number) {
+bool Cycle(BareDialer& dialer, long number) {
   const auto command = [&](const char* text) {
     dialer.Command(text);
     dialer.Pump(100);
@@ -64,11 +64,11 @@ bool Cycle(Dialer& dialer, long number) {
   dialer.dde.posted.clear();
   dialer.view.changed.clear();
   dialer.view.appended.clear();
-  return connected && dialer.sim.OpenLines() == 0 && dialer.View().unloads == 0;
+  return connected && dialer.sim.OpenLines() == 0 && dialer.view.unloads == 0;
 }
 
 int Soak(long cycles) {
-  Dialer dialer(
+  BareDialer dialer(
       "device name=A\nlocation local=9\ncall reply after=5\ncall state CONNECTED after=20\ndrop reply after=5\n"
       "drop state IDLE after=10\n");
   dialer.StoreLine("A");
