@@ -64,6 +64,7 @@ bool Cycle(BareDialer& dialer, long number) {
   dialer.dde.posted.clear();
   dialer.view.changed.clear();
   dialer.view.appended.clear();
+  dialer.profile.asked.clear();
   return connected && dialer.sim.OpenLines() == 0 && dialer.view.unloads == 0;
 }
 
