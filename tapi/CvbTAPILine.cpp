@@ -45,6 +45,10 @@ CvbTAPILine::~CvbTAPILine() {
 }
 
 void CvbTAPILine::Release() {
+  // What belongs to the registration goes before it: nobody may open a line by it while telephony shuts down.
+  apiVersions_.clear();
+  extensionIds_.clear();
+  numLines_ = 0;
   // One by one: what cannot be given back must not keep the rest.
   const auto giveBack = [&](auto& handle, auto&& how) {
     if (handle != 0) Guarded(services_.diagnostics, "CvbTAPILine.Class_Terminate", {}, how);
@@ -92,9 +96,6 @@ bool CvbTAPILine::Create() {
 }
 
 bool CvbTAPILine::Register() {
-  apiVersions_.clear();
-  extensionIds_.clear();
-  numLines_ = 0;
   LINEINITIALIZEEXPARAMS params{};
   SetTotalSize(std::as_writable_bytes(std::span(&params, 1)));
   params.dwOptions = LINEINITIALIZEEXOPTION_USEHIDDENWINDOW;
