@@ -1,6 +1,7 @@
 #include "sim/tapi32/StandIn.h"
 
 #include "sim/ScenarioLine.h"
+#include "sim/tapi32/Holdings.h"
 
 namespace fonklav {
 
@@ -102,6 +103,7 @@ LRESULT CALLBACK StandIn::WindowProc(HWND window, UINT message, WPARAM wParam, L
 /// receiver may shut down, and the window goes with it: delivering comes last.
 void StandIn::OnTimer() {
   if (!controlPath_.empty() && ++ticks_ % kTicksPerControl == 0) ReadControl();
+  ForgetCalls();  // the log has them
   DeliverOne(Elapsed());
 }
 
@@ -113,7 +115,11 @@ void StandIn::ReadControl() {
     Log("control " + line);
     try {
       MoveClock(Elapsed());
-      Command(line);
+      if (line == "holdings") {
+        Log(Holdings());
+      } else {
+        Command(line);
+      }
     } catch (const ScenarioError& error) {
       Log("error in control: " + std::string(error.what()));
     }
