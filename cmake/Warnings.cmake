@@ -18,6 +18,7 @@ if(FONKLAV_SANITIZE)
   target_compile_options(fonklav_options INTERFACE
     -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(fonklav_options INTERFACE -fsanitize=address,undefined)
+  target_compile_definitions(fonklav_options INTERFACE FONKLAV_SANITIZED)
 endif()
 if(FONKLAV_FUZZ)
   target_compile_options(fonklav_options INTERFACE -fsanitize=fuzzer-no-link)
