@@ -43,8 +43,11 @@ class BareDialer : public FakeSystem {
     if (Controls().tmStart[1].Enabled()) Input().TimerTick(TimerId::Start1);
   }
 
-  /// The main program changes the linked item.
-  void Command(const std::string& bytes) { dde.Sink().OnData(bytes); }
+  /// The main program changes the linked item, and time passes where this is given.
+  void Command(const std::string& bytes, int milliseconds = 0) {
+    dde.Sink().OnData(bytes);
+    if (milliseconds > 0) Pump(milliseconds);
+  }
 
   /// Time passes: line messages, acknowledgements and posted work arrive.
   void Pump(int milliseconds) {

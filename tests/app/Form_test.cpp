@@ -100,8 +100,7 @@ TEST(Settings, TheUsersCodeStandsInOnlyWhereTheLocationHasNone) {
                                                 std::tuple{"location local=\"\"\n", "0301234567", "00301234567"}}) {
     const auto dialer = Started(std::string("device name=A\n") + location);
     dialer->Input().Edit(ControlId::txtSettVW, "0");
-    dialer->Command("cmd|call|0301234567");
-    dialer->Pump(100);
+    dialer->Command("cmd|call|0301234567", 100);
     dialer->Input().Click(ControlId::cmdHangUp);
     dialer->Pump(100);
     dialer->Input().Click(ControlId::cmdSave);
@@ -233,10 +232,8 @@ TEST(View, TheStatusBoxIsHandedWhatIsAddedHoweverLongItHasBecome) {
   for (int call = 0; call < 20; ++call) {
     view.changed.clear();
     view.appended.clear();
-    dialer->Command("cmd|call|0301234567");
-    dialer->Pump(100);
-    dialer->Command("cmd|hangup");
-    dialer->Pump(100);
+    dialer->Command("cmd|call|0301234567", 100);
+    dialer->Command("cmd|hangup", 100);
     dialer->Command("");
     std::size_t handed = 0;
     for (const auto& [id, text] : view.appended) {

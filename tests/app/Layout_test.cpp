@@ -181,27 +181,14 @@ TEST(WindowGeometry, AWindowThatNobodyCouldReachIsShownOnTheNearestScreen) {
       << "a window larger than the screen keeps its title bar in sight";
 }
 
-struct GrowthRow {
-  ControlId id;
-  PixelRect change;  // of a window that is 100 pixels wider and 60 higher than it starts
-};
-
 TEST(WindowGeometry, WhatTheUserAddsGoesToListAndBoxes) {
-  constexpr std::array rows{
-      GrowthRow{Frame2, {0, 0, 100, 0}},
-      GrowthRow{lstTAPI, {0, 0, 100, 0}},
-      GrowthRow{lbLineIDActive, {0, 0, 100, 0}},
-      GrowthRow{txtSettVW, {100, 0, 100, 0}},
-      GrowthRow{cmdInfo0, {100, 0, 100, 0}},
-      GrowthRow{cmdExit, {100, 0, 100, 0}},
-      GrowthRow{frmInfo0, {0, 0, 100, 60}},
-      GrowthRow{txtLineInfo, {0, 0, 100, 60}},
-      GrowthRow{frmInfo1, {0, 0, 100, 60}},
-      GrowthRow{txtTestStatus, {0, 0, 100, 60}},
-      GrowthRow{Label1, {0, 0, 0, 0}},
-      GrowthRow{cmdHangUp, {100, 0, 100, 0}},
-      GrowthRow{cmdLogClear, {100, 60, 100, 60}},
-  };
+  // Of a window that is 100 pixels wider and 60 higher than it starts.
+  constexpr std::pair<ControlId, PixelRect> rows[] = {
+      {Frame2, {0, 0, 100, 0}},         {lstTAPI, {0, 0, 100, 0}},      {lbLineIDActive, {0, 0, 100, 0}},
+      {txtSettVW, {100, 0, 100, 0}},    {cmdInfo0, {100, 0, 100, 0}},   {cmdExit, {100, 0, 100, 0}},
+      {frmInfo0, {0, 0, 100, 60}},      {txtLineInfo, {0, 0, 100, 60}}, {frmInfo1, {0, 0, 100, 60}},
+      {txtTestStatus, {0, 0, 100, 60}}, {Label1, {0, 0, 0, 0}},         {cmdHangUp, {100, 0, 100, 0}},
+      {cmdLogClear, {100, 60, 100, 60}}};
   for (const unsigned dpi : {96U, 192U}) {
     const int width = LengthToPixels(kFormWidth, dpi);
     const int height = LengthToPixels(kFormHeightExpanded, dpi);

@@ -174,8 +174,7 @@ TEST(Link, TheEndOfTheConversationEndsTheProgramWithTheLineGivenBack) {
     SCOPED_TRACE(bits);
     const auto dialer = Ready();
     if (callUp) {
-      dialer->Command("cmd|call|0301234567");
-      dialer->Pump(200);
+      dialer->Command("cmd|call|0301234567", 200);
       EXPECT_EQ(dialer->sim.LiveCalls(), 1U);
     }
     dialer->dde.answersAtOnce = false;

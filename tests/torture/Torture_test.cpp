@@ -53,16 +53,8 @@ struct Story {
 
 const std::vector<Story> kStories{
     {"start", false, false, [](BareDialer& dialer) { dialer.Start("/sett"); }},
-    {"dial", true, false,
-     [](BareDialer& dialer) {
-  dialer.Command("cmd|call|0301234567");
-  dialer.Pump(100);
-     }},
-    {"hangUp", true, true,
-     [](BareDialer& dialer) {
-  dialer.Command("cmd|hangup");
-  dialer.Pump(100);
-     }},
+    {"dial", true, false, [](BareDialer& dialer) { dialer.Command("cmd|call|0301234567", 100); }},
+    {"hangUp", true, true, [](BareDialer& dialer) { dialer.Command("cmd|hangup", 100); }},
     {"remoteEnd", true, true,
      [](BareDialer& dialer) {
   dialer.sim.RemoteHangUp();
@@ -99,8 +91,7 @@ class TorturedDialer : public BareDialer {
     dde.onReport = [this](std::string_view report) { Watch(report); };
     if (story.started) Start("/run");
     if (story.calling) {
-      Command("cmd|call|0301234567");
-      Pump(100);
+      Command("cmd|call|0301234567", 100);
       EXPECT_EQ(sim.LiveCalls(), 1U);
     }
   }
@@ -122,16 +113,13 @@ class TorturedDialer : public BareDialer {
   /// What a user does after something went wrong, and whether the dialer is as good as new then.
   void ExpectTheNextDialToWork() {
     if (refused || view.unloads != 0 || !dde.ticking) return;
-    Command("cmd|hangup");
-    Pump(100);
+    Command("cmd|hangup", 100);
     dde.alive = true;
-    Command("unload");
-    Pump(100);
+    Command("unload", 100);
     if (view.unloads != 0) return;  // the link had been lost: Cancel ends the program
     Command("");
     TakeReports();
-    Command("cmd|call|0307654321");
-    Pump(100);
+    Command("cmd|call|0307654321", 100);
     EXPECT_THAT(TakeReports(), testing::Contains("cmd|autohide")) << "the call was not connected";
   }
 
