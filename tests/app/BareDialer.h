@@ -64,7 +64,6 @@ class BareDialer : public FakeSystem {
   FormInput& Input() { return program->Input(); }
 
   static constexpr const char* kSettings = "C:\\ProgramData\\Rufmon\\data\\sett_TAPI.ini";
-  static constexpr const char* kSwitches = "C:\\Rufmon\\Rufmonspec.ini";
 
   SimTelephony& sim{telephony};
   FakeView view;

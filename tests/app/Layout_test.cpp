@@ -26,8 +26,6 @@ constexpr int kLeastExpanded = static_cast<int>(kFormHeightExpanded) - 39 * kTwi
 
 bool IsPanel(ControlId id) { return id == frmInfo0 || id == frmInfo1; }
 
-bool InPanel(const LayoutRow& row) { return IsPanel(row.frame); }
-
 bool Overlap(const PixelRect& a, const PixelRect& b) {
   return a.left < b.right && b.left < a.right && a.top < b.bottom && b.top < a.bottom;
 }
@@ -88,11 +86,10 @@ TEST(Layout, RowsStandInTabOrder) {
 }
 
 TEST(Layout, ListAndBoxesHaveALabelAndNothingElseHas) {
-  const std::map<ControlId, ControlId> labels{{lstTAPI, Frame2},
-                                              {txtSettVW, labTAPIConfig1},
-                                              {txtLineInfo, frmInfo0},
-                                              {txtNumber, Label1},
-                                              {txtTestStatus, frmInfo1}};
+  const std::map<ControlId, ControlId> labels{
+      {lstTAPI, Frame2},   {txtSettVW, labTAPIConfig1}, {txtLineInfo, frmInfo0},
+      {txtNumber, Label1}, {txtTestStatus, frmInfo1},
+  };
   for (const LayoutRow& row : Layout()) {
     const auto label = labels.find(row.id);
     EXPECT_EQ(LabelOf(row.id), label == labels.end() ? std::nullopt : std::optional(label->second))
@@ -105,7 +102,7 @@ TEST(Layout, ThePanelsShareOnePlaceBelowTheRest) {
   const LayoutRow& test = LayoutOf(frmInfo1);
   EXPECT_EQ(PlaceOf(info, kNormalDpi), PlaceOf(test, kNormalDpi));
   for (const LayoutRow& row : Layout()) {
-    if (!IsPanel(row.id) && !InPanel(row) && row.frame == row.id) {
+    if (!IsPanel(row.id) && !IsPanel(row.frame) && row.frame == row.id) {
       EXPECT_LE(row.top + row.height, info.top) << static_cast<int>(row.id);
     }
   }

@@ -31,20 +31,10 @@ const std::vector<ArrivalRow> kArrivals{
      false},
     };
 
-constexpr const char* kFunctions[] = {
-    "tapiGetLocationInfo",
-    "lineInitializeEx",
-    "lineNegotiateAPIVersion",
-    "lineGetDevCaps",
-    "lineGetTranslateCaps",
-    "lineOpen",
-    "lineTranslateAddress",
-    "lineMakeCall",
-    "lineDrop",
-    "lineDeallocateCall",
-    "lineClose",
-    "lineShutdown",
-};
+constexpr const char* kFunctions[] = {"lineNegotiateAPIVersion", "lineInitializeEx",   "lineOpen",
+                                      "lineGetTranslateCaps",    "lineGetDevCaps",     "lineDrop",
+                                      "lineTranslateAddress",    "lineMakeCall",       "lineClose",
+                                      "tapiGetLocationInfo",     "lineDeallocateCall", "lineShutdown"};
 
 class Inside : public TestWithParam<std::tuple<const char*, ArrivalRow>> {};
 

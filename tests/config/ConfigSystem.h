@@ -20,7 +20,6 @@ struct ConfigSystem : FakeSystem, Recorded {
   bool Init() { return config.declareAll.Init("FVT", false); }
 
   static constexpr const char* kPathsFile = "C:\\Rufmon\\Rufmonpaths.ini";
-  static constexpr const char* kSpecsFile = "C:\\Rufmon\\Rufmonspec.ini";
   static constexpr const char* kMainSettings = "C:\\ProgramData\\Rufmon\\data\\Rufmon.ini";
 
   Configuration config;

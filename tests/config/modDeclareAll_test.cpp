@@ -39,10 +39,7 @@ const PathsRow kPaths[] = {
     {"folder", "ProgramData=D:\\Daten\\", "C:\\Rufmon", kVista, "D:\\Daten", "D:\\Daten\\data\\"},
     {"twoBackslashes", "ProgramData=D:\\Daten\\\\", "C:\\Rufmon", kVista, "D:\\Daten", "D:\\Daten\\\\data\\"},
     {"drive", "ProgramData=D:\\", "C:\\Rufmon", kVista, "D:", "D:\\data\\"},
-    {"umlauts",
-     "ProgramData=D:\\Gr\xF6\xDF"
-     "e",
-     "C:\\Rufmon", kVista, "D:\\Größe", "D:\\Größe\\data\\"},
+    {"umlauts", "ProgramData=D:\\Gr\xF6\xDF\x65", "C:\\Rufmon", kVista, "D:\\Größe", "D:\\Größe\\data\\"},
     {"book", "BookPath=E:\\Buch", "C:\\Rufmon", kVista, kCommon, "E:\\Buch\\"},
     {"bookWithBackslash", "BookPath=E:\\Buch\\", "C:\\Rufmon", kVista, kCommon, "E:\\Buch\\"},
     {"bookNumber", "BookPath=1", "C:\\Rufmon", kVista, kCommon, kCommonData},
@@ -75,7 +72,7 @@ TEST(SuiteSwitches, WithoutAFileAllAreOff) {
 
 TEST(SuiteSwitches, AreReadFromTheirFile) {
   ConfigSystem system;
-  system.File(ConfigSystem::kSpecsFile) =
+  system.File(ConfigSystem::kSwitches) =
       "[Debug]\r\nLogTAPI=1\r\nTraceMode=1\r\nLogExport=1\r\nLogOther=-1\r\n[LogMode]\r\nExport=0\r\nMail=0\r\n"
       "[CAPI]\r\nLoadThisValues=1\r\nInfoMask_0=1\r\nInfoMask_7=1\r\nCIPMask_1=1\r\nCIPMask_31=1\r\nCIPMask_32=1\r\n";
   EXPECT_TRUE(system.Init());
@@ -93,7 +90,7 @@ TEST(SuiteSwitches, AreReadFromTheirFile) {
 
 TEST(SuiteSwitches, MasksAreReadOnlyWhenAskedFor) {
   ConfigSystem system;
-  system.File(ConfigSystem::kSpecsFile) =
+  system.File(ConfigSystem::kSwitches) =
       "[Debug]\r\nTraceMode=-1\r\n[CAPI]\r\nSkipVersionAndManufact=1\r\nInfoMask_0=1\r\n";
   EXPECT_TRUE(system.Init());
   EXPECT_FALSE(system.diagnostics.traceMode);
@@ -111,7 +108,7 @@ TEST(SuiteStart, EndsBesideAnotherInstanceOnlyWhenItIsToldTo) {
 
 TEST(SuiteStart, ReadsItsSwitchesBeforeItsFolders) {
   ConfigSystem system;
-  system.File(ConfigSystem::kPathsFile) = system.File(ConfigSystem::kSpecsFile) = "[CAPI]\r\nLoadThisValues=0\r\n";
+  system.File(ConfigSystem::kPathsFile) = system.File(ConfigSystem::kSwitches) = "[CAPI]\r\nLoadThisValues=0\r\n";
   EXPECT_TRUE(system.Init());
   EXPECT_THAT(system.profile.asked,
               ElementsAre("Debug LogExport", "Debug LogCAPI", "Debug LogAVM", "Debug LogNCID", "Debug LogTAPI",
@@ -133,7 +130,7 @@ TEST(SuiteStart, AFaultBeforeTheLogExistsIsTold) {
     ConfigSystem system;
     system.profile.brokenKey = row.key;
     system.File(ConfigSystem::kPathsFile) = "[Paths]\r\nProgramData=D:\\Daten\r\n";
-    system.File(ConfigSystem::kSpecsFile) = "[Debug]\r\nLogTAPI=1\r\nTraceMode=1\r\n[LogMode]\r\nMail=1\r\n";
+    system.File(ConfigSystem::kSwitches) = "[Debug]\r\nLogTAPI=1\r\nTraceMode=1\r\n[LogMode]\r\nMail=1\r\n";
     EXPECT_EQ(system.Init(), row.started);
     ASSERT_THAT(system.boxes.shown, SizeIs(1));
     EXPECT_EQ(system.boxes.shown[0].prompt, std::string("Error in Function \"") + row.function + "\" at Line " +
@@ -146,7 +143,7 @@ TEST(SuiteStart, AFaultBeforeTheLogExistsIsTold) {
     ASSERT_EQ(system.log != nullptr, row.started);
     if (system.log == nullptr) continue;
     EXPECT_EQ(system.config.state.dataRoot, "D:\\Daten");
-    EXPECT_EQ(system.config.ini.GetSettLng("Debug", row.key, 0, 0, 0, false, ConfigSystem::kSpecsFile), 0);
+    EXPECT_EQ(system.config.ini.GetSettLng("Debug", row.key, 0, 0, 0, false, ConfigSystem::kSwitches), 0);
     EXPECT_THAT(system.log->errors, ElementsAre("modAPI_INI.GetSettLng 57 Device I/O error")) << "now it is logged";
     EXPECT_THAT(system.boxes.shown, SizeIs(1));
   }

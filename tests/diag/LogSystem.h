@@ -18,7 +18,7 @@ namespace fonklav::test {
 /// The logs on a fake computer, started as a program starts them. The clock stands at 9:05:31 on 7 March 2015.
 struct LogSystem : FakeSystem {
   explicit LogSystem(const std::string& switches = {}) {
-    if (!switches.empty()) File("C:\\Rufmon\\Rufmonspec.ini") = "[Debug]\r\n" + switches;
+    Switch(switches);
     EXPECT_TRUE(config.declareAll.Init("FVT", false));
   }
   ~LogSystem() { diagnostics.log.reset(); }
@@ -32,15 +32,6 @@ struct LogSystem : FakeSystem {
   /// A procedure of the program that fails.
   void Fail(const char* name, LogArgs args = {}) {
     Procedure(diagnostics, name, args, [] { throw RunTimeError(ErrorNumber::FileNotFound); });
-  }
-  /// The lines of a log; each must be whole.
-  std::vector<std::string> Lines(const std::string& path) {
-    const auto found = files.files.find(FakeFileSystem::Key(path));
-    if (found == files.files.end() || found->second.empty()) return {};
-    std::vector<std::string> lines = Split(found->second, kCrLf);
-    EXPECT_EQ(lines.back(), "") << path << " ends within a line";
-    lines.pop_back();
-    return lines;
   }
   std::vector<std::string> Errors() { return Lines(kErrorLog); }
   std::vector<std::string> Trace() { return Lines(kTraceLog); }

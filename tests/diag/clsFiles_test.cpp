@@ -21,9 +21,7 @@ TEST(LogLine, IsStampedInTheCallersText) {
   system.diagnostics.tag.clear();
   system.textFiles.FileWrite_Log(kFile, line);
   EXPECT_EQ(line, "2015/03/07  09:05:31  Übung");
-  EXPECT_EQ(system.File(kFile),
-            "2015/03/07  09:05:31  \xDC"
-            "bung\r\n");
+  EXPECT_EQ(system.File(kFile), "2015/03/07  09:05:31  \xDC\x62ung\r\n");
   EXPECT_EQ(system.diagnostics.tag, "NON");
 }
 

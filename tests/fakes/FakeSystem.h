@@ -9,6 +9,7 @@
 #include "tests/fakes/FakeFileSystem.h"
 #include "tests/fakes/FakePorts.h"
 #include "tests/fakes/FakePrivateProfile.h"
+#include "util/Text.h"
 
 namespace fonklav::test {
 
@@ -41,6 +42,16 @@ struct FakeSystem {
   }
   /// A file by its full path; reading one that is missing makes it.
   std::string& File(const std::string& path) { return files.files[FakeFileSystem::Key(path)]; }
+  /// The lines of a log. Should the last one have no end, it says so.
+  std::vector<std::string> Lines(const std::string& path) {
+    std::vector<std::string> lines = Split(File(path), kCrLf);
+    lines.back().empty() ? lines.pop_back() : static_cast<void>(lines.back() += " without an end");
+    return lines;
+  }
+  /// Puts switches for debugging into the suite's file.
+  void Switch(const std::string& switches) { File(kSwitches) = "[Debug]\r\n" + switches; }
+
+  static constexpr const char* kSwitches = "C:\\Rufmon\\Rufmonspec.ini";
 
   FakeClock clock;
   FakeCodePage codePage;

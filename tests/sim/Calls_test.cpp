@@ -12,54 +12,35 @@ using std::chrono::milliseconds;
 constexpr auto kTalk =
     "device\nlocation\ncall reply after=20\ncall state dialing after=40\ncall state connected after=60\n";
 
-/// What happens to a program's one call after a while; the program drops what the far end has left, and gives back what
-/// is idle.
-struct CallRow {
-  const char* name;
-  std::string scenario;
-  int after;  ///< milliseconds
-  std::function<void(TestLine&)> happens;
-  const char* heard;
-  std::vector<std::int32_t> answers{};  ///< that the program gets while it hears
-};
+/// What a program hears of its one call, to which this happens after a while, and what telephony answers meanwhile: the
+/// program drops what the far end has left, and gives back what is idle.
+std::string CourseOf(const char* scenario, int after, void (*happens)(TestLine&)) {
+  TestLine line(scenario);
+  std::string answers;
+  line.onMessage = [&](const LineMessage& message) {
+    if (message.message != LINE_CALLSTATE) return;
+    if (message.p1 == LINECALLSTATE_DISCONNECTED) answers += "drop=" + std::to_string(line.sim.lineDrop(line.call));
+    if (message.p1 == LINECALLSTATE_IDLE) answers += " back=" + std::to_string(line.sim.lineDeallocateCall(line.call));
+  };
+  EXPECT_EQ(line.RegisterOpenAndDial(), 1);
+  line.sim.Advance(milliseconds(after));
+  const std::size_t heard = line.heard.size();
+  happens(line);
+  EXPECT_EQ(line.heard.size(), heard) << "it arrives with the next pumping";
+  line.sim.Advance(std::chrono::seconds(1));
+  EXPECT_EQ(line.call != 0, line.Heard().find("reply 1=0x0") != std::string::npos) << "written with the good reply";
+  return line.Heard() + answers;
+}
 
 TEST(Call, TakesItsCourse) {
-  const CallRow rows[] = {
-      {"the far end hangs up",
-       kTalk,
-       100,
-       [](TestLine& line) { line.sim.RemoteHangUp(); },
-       "reply 1=0x0 state 0x10 state 0x100 state 0x4000 reply 2=0x0 state 0x1 ",
-       {2, 0}},
-      {"closing the line suppresses every reply", kTalk, 0, [](TestLine& line) { line.sim.lineClose(line.line); }, ""},
-      {"a refusing reply ends the call", "device\ncall reply result=0x80000048 after=10\ncall state dialing after=20",
-       0, [](TestLine&) {}, "reply 1=0x80000048 "},
-      {"a drop takes back the states that were to come",
-       kTalk,
-       20,
-       [](TestLine& line) { EXPECT_EQ(line.sim.lineDrop(line.call), 2); },
-       "reply 1=0x0 reply 2=0x0 state 0x1 ",
-       {0}},
-  };
-  for (const CallRow& row : rows) {
-    SCOPED_TRACE(row.name);
-    TestLine line(row.scenario);
-    std::vector<std::int32_t> answers;
-    line.onMessage = [&](const LineMessage& message) {
-      if (message.message != LINE_CALLSTATE) return;
-      if (message.p1 == LINECALLSTATE_DISCONNECTED) answers.push_back(line.sim.lineDrop(line.call));
-      if (message.p1 == LINECALLSTATE_IDLE) answers.push_back(line.sim.lineDeallocateCall(line.call));
-    };
-    EXPECT_EQ(line.RegisterOpenAndDial(), 1);
-    line.sim.Advance(milliseconds(row.after));
-    const std::size_t heard = line.heard.size();
-    row.happens(line);
-    EXPECT_EQ(line.heard.size(), heard) << "it arrives with the next pumping";
-    line.sim.Advance(milliseconds(1000));
-    EXPECT_EQ(line.Heard(), row.heard);
-    EXPECT_EQ(answers, row.answers);
-    EXPECT_EQ(line.call != 0, line.Heard().find("reply 1=0x0") != std::string::npos) << "written with the good reply";
-  }
+  EXPECT_EQ(CourseOf(kTalk, 100, [](TestLine& line) { line.sim.RemoteHangUp(); }),
+            "reply 1=0x0 state 0x10 state 0x100 state 0x4000 reply 2=0x0 state 0x1 drop=2 back=0");
+  EXPECT_EQ(CourseOf(kTalk, 0, [](TestLine& line) { line.sim.lineClose(line.line); }), "") << "no reply any more";
+  EXPECT_EQ(CourseOf(kTalk, 20, [](TestLine& line) { EXPECT_EQ(line.sim.lineDrop(line.call), 2); }),
+            "reply 1=0x0 reply 2=0x0 state 0x1  back=0")
+      << "the states that were to come are taken back";
+  constexpr auto refusing = "device\ncall reply result=0x80000048 after=10\ncall state dialing after=20";
+  EXPECT_EQ(CourseOf(refusing, 0, [](TestLine&) {}), "reply 1=0x80000048 ") << "which ends the call";
 }
 
 TEST(Call, ReceiverMayShutDownInTheMiddleOfAMessage) {

@@ -29,10 +29,7 @@ TEST(Scenario, EveryOneThatIsShippedIsUnderstood) {
 }
 
 TEST(Scenario, LineIsNamedWithWhatIsWrongInIt) {
-  const struct {
-    const char* text;
-    const char* error;
-  } rows[] = {
+  const std::pair<const char*, const char*> rows[] = {
       {"device nmae=x", "line 1: 'nmae' is not understood here"},
       {"device\nfrob", "line 2: unknown directive 'frob'"},
       {"device name=\"x", "line 1: a quote is not closed"},
@@ -42,7 +39,7 @@ TEST(Scenario, LineIsNamedWithWhatIsWrongInIt) {
       {"patch caps", "line 1: 'caps' is none of devcaps, translatecaps, translateoutput"},
       {"repeat 2 device {n}", "line 1: '1' is not understood here"},
   };
-  for (const auto& row : rows) EXPECT_EQ(ErrorOf(row.text), row.error) << row.text;
+  for (const auto& [text, error] : rows) EXPECT_EQ(ErrorOf(text), error) << text;
   EXPECT_THROW(static_cast<void>(Scenario::Load("no such file")), ScenarioError);
 }
 

@@ -36,10 +36,6 @@ class TestLine : public LineMessageSink {
   [[nodiscard]] std::string Heard() const {
     std::string text;
     for (const auto& message : heard) {
-      if (message.message == LINE_CLOSE) {
-        text += "close ";
-        continue;
-      }
       text += message.message == LINE_REPLY ? "reply " + std::to_string(message.p1) + '=' : "state ";
       text += HexText(message.message == LINE_REPLY ? message.p2 : message.p1) + ' ';
     }

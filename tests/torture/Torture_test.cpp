@@ -81,7 +81,7 @@ const std::vector<Story> kStories{
 class TorturedDialer : public BareDialer {
  public:
   explicit TorturedDialer(const Story& story) : BareDialer(kScenario), story_(story) {
-    File("C:\\Rufmon\\Rufmonspec.ini") = "[Debug]\r\nLogTAPI=1\r\nTraceMode=1\r\n";
+    Switch("LogTAPI=1\r\nTraceMode=1\r\n");
     StoreLine("A");
     FailBy(faults);
     sim.inside = [this](std::string_view function) {

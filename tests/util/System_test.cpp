@@ -1,5 +1,7 @@
 #include <gmock/gmock.h>
 
+#include <span>
+
 #include "util/DateTime.h"
 #include "util/OsDescription.h"
 
@@ -17,48 +19,36 @@ TEST(DateTime, StampsAreOfOneWidth) {
 }
 
 struct SystemRow {
-  OsVersion version;
+  unsigned major;
+  unsigned minor;
+  unsigned build;
   const char* name;
 };
 
 TEST(OsDescription, NamesTheEditionAndTellsTheNt6Family) {
-  // The last is younger than this program: the youngest name there is.
-  const SystemRow rows[] = {
-      {{4, 0, 950, false, false}, "Windows 95"},
-      {{4, 10, 0, false, true}, "Windows 98"},
-      {{4, 90, 0, false, false}, "Windows Me"},
-      {{4, 89, 9, false, false}, "Windows 98"},
-      {{4, 0, 1381, true, false}, "Windows NT"},
-      {{4, 9, 9999, true, true}, "Windows NT Server"},
-      {{5, 0, 0, true, false}, "Windows 2000"},
-      {{5, 0, 0, true, true}, "Windows 2000 Server"},
-      {{5, 1, 0, true, false}, "Windows XP"},
-      {{5, 1, 9, true, true}, "Windows 2000 Server"},
-      {{5, 2, 0, true, false}, "Windows XP x64"},
-      {{5, 2, 0, true, true}, "Windows Server 2003"},
-      {{6, 0, 0, true, false}, "Windows Vista"},
-      {{6, 0, 0, true, true}, "Windows Server 2008"},
-      {{6, 1, 0, true, false}, "Windows 7"},
-      {{6, 1, 0, true, true}, "Windows Server 2008 R2"},
-      {{6, 2, 0, true, false}, "Windows 8"},
-      {{6, 2, 0, true, true}, "Windows Server 2012"},
-      {{6, 3, 0, true, false}, "Windows 8.1"},
-      {{6, 3, 0, true, true}, "Windows Server 2012 R2"},
-      {{10, 0, 21999, true, false}, "Windows 10"},
-      {{10, 0, 22000, true, false}, "Windows 11"},
-      {{10, 0, 17762, true, true}, "Windows Server 2016"},
-      {{10, 0, 17763, true, true}, "Windows Server 2019"},
-      {{10, 0, 20347, true, true}, "Windows Server 2019"},
-      {{10, 0, 20348, true, true}, "Windows Server 2022"},
-      {{10, 0, 26099, true, true}, "Windows Server 2022"},
-      {{10, 0, 26100, true, true}, "Windows Server 2025"},
-      {{3, 11, 0, false, false}, "Windows"},
-      {{}, "Windows NT"},
-      {{12, 1, 5, true, false}, "Windows 11"},
+  const auto expect = [](bool ntFamily, bool server, std::span<const SystemRow> rows) {
+    for (const auto& [major, minor, build, name] : rows) {
+      EXPECT_THAT(OsDescription({major, minor, build, ntFamily, server}), StartsWith(std::string(name) + " ("));
+    }
   };
-  for (const auto& [version, name] : rows) {
-    EXPECT_THAT(OsDescription(version), StartsWith(std::string(name) + " ("));
-  }
+  const SystemRow home[] = {
+      {3, 11, 0, "Windows"}, {4, 0, 950, "Windows 95"}, {4, 89, 9, "Windows 98"}, {4, 90, 0, "Windows Me"}};
+  // The last client is younger than this program: the youngest name there is.
+  const SystemRow clients[] = {{0, 0, 0, "Windows NT"},      {4, 0, 1381, "Windows NT"},   {5, 0, 0, "Windows 2000"},
+                               {5, 1, 0, "Windows XP"},      {5, 2, 0, "Windows XP x64"},  {6, 0, 0, "Windows Vista"},
+                               {6, 1, 0, "Windows 7"},       {6, 2, 0, "Windows 8"},       {6, 3, 0, "Windows 8.1"},
+                               {10, 0, 21999, "Windows 10"}, {10, 0, 22000, "Windows 11"}, {12, 1, 5, "Windows 11"}};
+  const SystemRow servers[] = {{4, 9, 9999, "Windows NT Server"},     {5, 0, 0, "Windows 2000 Server"},
+                               {5, 1, 9, "Windows 2000 Server"},      {5, 2, 0, "Windows Server 2003"},
+                               {6, 0, 0, "Windows Server 2008"},      {6, 1, 0, "Windows Server 2008 R2"},
+                               {6, 2, 0, "Windows Server 2012"},      {6, 3, 0, "Windows Server 2012 R2"},
+                               {10, 0, 17762, "Windows Server 2016"}, {10, 0, 17763, "Windows Server 2019"},
+                               {10, 0, 20347, "Windows Server 2019"}, {10, 0, 20348, "Windows Server 2022"},
+                               {10, 0, 26099, "Windows Server 2022"}, {10, 0, 26100, "Windows Server 2025"}};
+  expect(false, false, home);
+  expect(true, false, clients);
+  expect(true, true, servers);
+  EXPECT_EQ(OsDescription({4, 10, 0, false, true}), "Windows 98 (4.10.0)");
   EXPECT_EQ(OsDescription({10, 0, 19045, true, false}), "Windows 10 (10.0.19045)");
   EXPECT_TRUE(IsNt6OrLater({6, 0, 0, true, false}));
   EXPECT_FALSE(IsNt6OrLater({5, 2, 9999, true, true}) || IsNt6OrLater({6, 0, 0, false, false}));
