@@ -43,7 +43,7 @@ std::optional<KeyedItems::Item> KeyedItems::Take(std::string_view key) {
       std::ranges::lower_bound(items_, found->second->number, {}, [](const auto& filed) { return filed->number; }));
 }
 
-KeyedItems::Item KeyedItems::TakeOut(Place place) {
+KeyedItems::Item KeyedItems::TakeOut(const Place& place) {
   itemOfKey_.erase(FoldCase((*place)->item.key));
   Item item = std::move((*place)->item);
   items_.erase(place);

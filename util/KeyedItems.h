@@ -53,7 +53,7 @@ class KeyedItems {
   };
   using Place = std::deque<std::unique_ptr<Filed>>::iterator;
 
-  Item TakeOut(Place place);
+  Item TakeOut(const Place& place);
 
   std::deque<std::unique_ptr<Filed>> items_;                 ///< in the order in which they came
   std::unordered_map<std::string, const Filed*> itemOfKey_;  ///< by folded key
