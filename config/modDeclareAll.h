@@ -43,7 +43,7 @@ class modDeclareAll {
   /// Reads the switches, then resolves the folders from the paths file beside the executable, which may be missing.
   /// True when they are set. A fault, also one of an accessor beneath, is shown, not logged: there is no log yet.
   [[nodiscard]] bool LoadSavePaths();
-  /// Reads the switches from the specification file beside the executable; without it all stay off. A fault is shown,
+  /// Reads the switches from Rufmonspec.ini beside the executable; without it all stay off. A fault is shown,
   /// not logged, and leaves the switches read so far.
   bool LoadSpecs();
 
