@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -18,7 +17,6 @@ namespace fonklav {
 class CodePage;
 class NumberLocale;
 class Process;
-class mTAPIFunctions;
 class modFunctions;
 class modKeyPressCheck;
 class modSaveSetting;
@@ -120,6 +118,7 @@ class fMain final : public FormInput, private LineEvents, private LinkEvents {
   // Calls
   void cmdWahl_Click();
   void RequestCall();
+  void ReportNoCall(const char* prefix, std::string_view what, Sender sender);
   void cmdHangUp_Click();
   void cmdLogClear_Click();
   void txtNumber_Change();

@@ -46,10 +46,7 @@ void fMain::cmdWahl_Click() {
     controls_[cmdHangUp].Enabled(true);  // before the result is looked at
     reports_.HangUpButton(controls_[cmdHangUp]);
     if (open) return RequestCall();
-    reports_.Failure(ErrorLine("Open line ERROR ", *Line()), "OpenLine Error");
-    ApplyDialButtonRule();
-    controls_[cmdHangUp].Enabled(false);
-    reports_.CallButton(controls_[cmdWahl], Sender::DialClickNotOpened);
+    ReportNoCall("Open line ERROR ", "OpenLine Error", Sender::DialClickNotOpened);
   });
 }
 
@@ -59,10 +56,14 @@ void fMain::RequestCall() {
   Line()->OutsideLocalAccess(ownAccessCode_.empty() ? services_.settings.TAPIAmtVW : ownAccessCode_);
   if (Line()->MakeCallAsynch(controls_[txtNumber].Text())) return;
   Line()->CloseLine();
-  reports_.Failure(ErrorLine("ERROR ", *Line()), "MakeCallAsynch Error");
+  ReportNoCall("ERROR ", "MakeCallAsynch Error", Sender::DialClickRefused);
+}
+
+void fMain::ReportNoCall(const char* prefix, std::string_view what, Sender sender) {
+  reports_.Failure(ErrorLine(prefix, *Line()), what);
   ApplyDialButtonRule();
   controls_[cmdHangUp].Enabled(false);
-  reports_.CallButton(controls_[cmdWahl], Sender::DialClickRefused);
+  reports_.CallButton(controls_[cmdWahl], sender);
 }
 
 void fMain::cmdHangUp_Click() {

@@ -27,6 +27,7 @@ class Talk : private LinkEvents, private FakeDdeTransport {
  private:
   void Step(std::size_t what) {
     const bool wasOpen = open_;
+    const bool ticks = what == 9 || what == 10;
     DdeSink& sink = link_;
     if (what == 0) sink.OnAnswer();
     if (what == 1) sink.OnNobody();
@@ -37,10 +38,10 @@ class Talk : private LinkEvents, private FakeDdeTransport {
     if (what == 6) alive = bytes_.Flag();
     if (what == 7) postSucceeds = bytes_.Flag();
     if (what == 8) clock_.Advance(std::chrono::milliseconds(bytes_.Below(256) * 50));
-    if (what >= 9 && what < 11) sink.OnTick();
+    if (ticks) sink.OnTick();
     if (what == 11) Send();
     if (what == 12) Close();
-    const bool lost = what == 5 || (what >= 9 && what < 11 && !alive);
+    const bool lost = what == 5 || (ticks && !alive);
     Require(!wasOpen || !lost || !open_, "a lost partner closes the link");
   }
   void Send() {
