@@ -58,7 +58,7 @@ std::int32_t LineSimulator::lineInitializeEx(HLINEAPP& lineApp, LineMessageSink&
     const bool known = early ? apiVersion <= scenario_.version : apiVersion >= TAPI_VERSION2_0;
     if (!known || apiVersion < TAPI_VERSION1_3) return LINEERR_INCOMPATIBLEAPIVERSION;
     params.dwNeededSize = params.dwUsedSize = sizeof params;
-    lineApp = ++lastApp_;
+    lineApp = NextHandle(apps_, kFirstApp, lastApp_);
     apps_[lineApp] = &sink;
     numDevs = static_cast<std::uint32_t>(scenario_.devices.size());
     apiVersion = scenario_.version;
@@ -109,7 +109,7 @@ std::int32_t LineSimulator::lineOpen(HLINEAPP lineApp, std::uint32_t deviceId, H
     const std::uint32_t able = scenario_.devices[deviceId].numbers.at(offsetof(LINEDEVCAPS, dwMediaModes));
     const bool owner = (privileges & LINECALLPRIVILEGE_OWNER) != 0;
     if (owner && (mediaModes == 0 || (mediaModes & ~able) != 0)) return LINEERR_INVALMEDIAMODE;
-    line = ++lastLine_;
+    line = NextHandle(lines_, kFirstLine, lastLine_);
     lines_[line] = {lineApp, apiVersion, callbackInstance};
     return 0;
   });

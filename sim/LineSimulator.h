@@ -121,9 +121,19 @@ class LineSimulator : public Telephony {
     record.result = refused ? *refused : body();
     if (log_) log_(record.LogLine());
     calls_.push_back(std::move(record));
-    return calls_.back().result;
+    const std::int32_t result = calls_.back().result;
+    if (scenario_.inside != 0) DeliverDue(now_);
+    return result;
   }
   std::optional<std::int32_t> Refused(std::string_view function);
+  /// A handle for a new entry of `living`, whose numbers begin behind `first`; `last` is the newest given out.
+  template <typename Map>
+  typename Map::key_type NextHandle(const Map& living, typename Map::key_type first, typename Map::key_type& last) {
+    if (scenario_.reuse == 0) return ++last;
+    typename Map::key_type handle = first + 1;
+    while (living.contains(handle)) ++handle;
+    return handle;
+  }
 
   [[nodiscard]] std::int32_t CheckApp(HLINEAPP app) const;
   [[nodiscard]] std::int32_t CheckDevice(HLINEAPP app, std::uint32_t device) const;
@@ -132,7 +142,7 @@ class LineSimulator : public Telephony {
   [[nodiscard]] std::int32_t CheckDeviceClass(std::uint32_t device, const char* deviceClass) const;
   [[nodiscard]] const Scenario::Location* CurrentLocation() const;
   void FillLocations(DriverBuffer& buffer) const;
-  void ApplyPatches(DriverBuffer& buffer, std::string_view structure, std::optional<std::uint32_t> device = {}) const;
+  void ApplyPatches(DriverBuffer& buffer, std::string_view structure, std::optional<std::uint32_t> device = {});
 
   void Queue(const DueMessage& message);
   std::int32_t Schedule(const std::vector<Scenario::Step>& steps, const DueMessage& origin);
@@ -147,9 +157,12 @@ class LineSimulator : public Telephony {
   std::map<HLINEAPP, LineMessageSink*> apps_;
   std::map<HLINE, Line> lines_;
   std::map<HCALL, Call> live_;
-  HLINEAPP lastApp_{0x10000};
-  HLINE lastLine_{0x20000};
-  HCALL lastCall_{0x30000};
+  static constexpr HLINEAPP kFirstApp = 0x10000;
+  static constexpr HLINE kFirstLine = 0x20000;
+  static constexpr HCALL kFirstCall = 0x30000;
+  HLINEAPP lastApp_{kFirstApp};
+  HLINE lastLine_{kFirstLine};
+  HCALL lastCall_{kFirstCall};
   std::int32_t lastRequest_{0};
   std::vector<CallRecord> calls_;
   std::function<void(std::string_view)> log_;

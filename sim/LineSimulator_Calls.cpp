@@ -37,8 +37,9 @@ std::int32_t LineSimulator::lineMakeCall(HLINE line, HCALL& call, const char* de
     for (const auto& [handle, other] : live_) {
       if (other.line == line && other.state != LINECALLSTATE_IDLE) return LINEERR_CALLUNAVAIL;
     }
-    live_[++lastCall_] = {.line = line};
-    return Schedule(scenario_.callSteps, {.app = open->second.app, .line = line, .call = lastCall_, .cell = &call});
+    const HCALL made = NextHandle(live_, kFirstCall, lastCall_);
+    live_[made] = {.line = line};
+    return Schedule(scenario_.callSteps, {.app = open->second.app, .line = line, .call = made, .cell = &call});
   });
 }
 

@@ -86,11 +86,11 @@ void LineSimulator::FillLocations(DriverBuffer& buffer) const {
 }
 
 void LineSimulator::ApplyPatches(DriverBuffer& buffer, std::string_view structure,
-                                 std::optional<std::uint32_t> device) const {
-  for (const auto& patch : scenario_.patches) {
-    if (patch.structure == structure && patch.device.value_or(device.value_or(0)) == device.value_or(0)) {
-      buffer.Put(patch.offset, patch.value);
-    }
+                                 std::optional<std::uint32_t> device) {
+  for (auto& patch : scenario_.patches) {
+    if (patch.structure != structure || patch.device.value_or(device.value_or(0)) != device.value_or(0)) continue;
+    buffer.Put(patch.offset, patch.value);
+    patch.value += patch.step;
   }
 }
 

@@ -97,7 +97,11 @@ void Scenario::ApplyLine(ScenarioLine line) {
   line.End();
 }
 
-void Scenario::SetTelephony(ScenarioLine& line) { line.Into("version", version); }
+void Scenario::SetTelephony(ScenarioLine& line) {
+  line.Into("version", version);
+  line.Into("reuse", reuse);
+  line.Into("inside", inside);
+}
 
 void Scenario::AddDevice(ScenarioLine& line) {
   Device device;
@@ -202,6 +206,7 @@ void Scenario::AddPatch(ScenarioLine& line) {
   if (const auto device = line.Text("device")) patch.device = line.ToNumber(*device);
   line.Into("offset", patch.offset);
   line.Into("value", patch.value);
+  line.Into("step", patch.step);
   patches.push_back(std::move(patch));
 }
 

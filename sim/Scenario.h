@@ -70,9 +70,12 @@ struct Scenario {
     std::optional<std::uint32_t> device;
     std::uint32_t offset{0};
     std::uint32_t value{0};
+    std::uint32_t step{0};  ///< what the value grows by with each structure
   };
 
   std::uint32_t version{TAPI_VERSION3_0};  ///< the highest that telephony as a whole offers
+  std::uint32_t reuse{0};                  ///< not 0: a handle given back is the next one given out
+  std::uint32_t inside{0};                 ///< not 0: what is due already comes from inside the functions
   std::vector<Device> devices;
   std::vector<Location> locations;
   std::optional<std::uint32_t> currentLocation;  ///< permanent ID; without one that of the first location
