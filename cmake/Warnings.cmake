@@ -21,5 +21,6 @@ if(FONKLAV_SANITIZE)
   target_compile_definitions(fonklav_options INTERFACE FONKLAV_SANITIZED)
 endif()
 if(FONKLAV_FUZZ)
-  target_compile_options(fonklav_options INTERFACE -fsanitize=fuzzer-no-link)
+  target_compile_options(fonklav_options INTERFACE
+    -fsanitize=fuzzer-no-link -fsanitize-coverage-ignorelist=${CMAKE_SOURCE_DIR}/fuzz/uninstrumented.txt)
 endif()

@@ -29,8 +29,6 @@ constexpr std::array kCommands{"cmd|call|0301234567",
 constexpr std::array kTexts{"0301234567", "+49 (30) 1/2", "*#", "abc", "9", ""};
 constexpr std::array kButtons{ControlId::cmdWahl, ControlId::cmdHangUp, ControlId::cmdLogClear, ControlId::cmdSave,
                               ControlId::cmdExit, ControlId::cmdInfo0,  ControlId::cmdInfo1};
-// Not lineShutdown: where it fails after a lineClose has failed, telephony keeps the cell of a call's handle, which
-// goes with its line object.
 constexpr std::array kRefused{"lineInitializeEx",
                               "lineNegotiateAPIVersion",
                               "lineGetDevCaps",
@@ -41,7 +39,8 @@ constexpr std::array kRefused{"lineInitializeEx",
                               "lineMakeCall",
                               "lineDrop",
                               "lineDeallocateCall",
-                              "lineTranslateAddress"};
+                              "lineTranslateAddress",
+                              "lineShutdown"};
 constexpr std::array kStructures{"devcaps", "translatecaps", "translateoutput"};
 constexpr std::array kStates{LINECALLSTATE_IDLE, LINECALLSTATE_DIALING, LINECALLSTATE_CONNECTED,
                              LINECALLSTATE_DISCONNECTED, std::uint32_t{2}};
@@ -217,7 +216,6 @@ class Form : public BareDialer {
     Require(function != "lineMakeCall" || sim.OpenLines() > 0 || taken_, "a call without an open line");
     Require(function != "lineShutdown" || disturbed_ || sim.OpenLines() <= lostCloses_, "shut down with an open line");
     if (Nest()) ++interrupted_[std::string(function)];
-    if (function == "lineShutdown" && lostCloses_ > 0) return;  // as with kRefused
     try {
       if (faults_.Due()) throw RunTimeError(ErrorNumber::FileNotFound);
     } catch (const RunTimeError&) {
@@ -261,6 +259,7 @@ class Form : public BareDialer {
     const std::size_t gone = interrupted_.contains(call.function) ? interrupted_[call.function] : 0;
     if (call.function == "lineOpen" && call.result == 0) newest_ = NumberBehind(call, "instance=0x");
     if (call.function == "lineClose" && call.result == kOperationFailed) ++lostCloses_;
+    if (call.function == "lineShutdown" && call.result == kOperationFailed) ++lostShutdowns_;
     if (call.function == "lineMakeCall") {
       const std::size_t line = NumberBehind(call, "line=0x");
       Require(line >= dialed_ || gone > 0, "a call on a line whose successor has dialed already");

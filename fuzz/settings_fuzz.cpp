@@ -47,6 +47,7 @@ void Run(Bytes bytes) {
   Require(system.log->errors.empty(), "no accessor fails");
   system.log->steps.clear();
   system.log->lines.clear();
+  system.profile.asked.clear();
 }
 
 }  // namespace

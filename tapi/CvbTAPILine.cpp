@@ -28,7 +28,7 @@ constexpr std::uint32_t kMostLines = 32768;  ///< device indexes are kept in 16 
 std::shared_ptr<CvbTAPILine> CvbTAPILine::Make(const LineServices& services, LineEvents& events) {
   // The callback keeps a weak reference, which there is only once the object is in a shared pointer.
   std::shared_ptr<CvbTAPILine> line(new CvbTAPILine(services, events));
-  line->instance_ = services.callback.Register(line);
+  line->instance_ = services.callback.Register(line, line->hCall_);
   return line;
 }
 
@@ -36,15 +36,14 @@ CvbTAPILine::CvbTAPILine(const LineServices& services, LineEvents& events) : ser
 
 CvbTAPILine::~CvbTAPILine() {
   events_ = nullptr;
-  services_.callback.Unregister(instance_);
   try {
     TraceEntry(services_.diagnostics, "CvbTAPILine.Class_Terminate", {});
-    Release();
+    if (Release()) services_.callback.Unregister(instance_);
   } catch (...) {  // NOLINT(bugprone-empty-catch): only while no handler is armed, and nobody is left to tell
   }
 }
 
-void CvbTAPILine::Release() {
+bool CvbTAPILine::Release() {
   // What belongs to the registration goes before it: nobody may open a line by it while telephony shuts down.
   apiVersions_.clear();
   extensionIds_.clear();
@@ -53,9 +52,11 @@ void CvbTAPILine::Release() {
   const auto giveBack = [&](auto& handle, auto&& how) {
     if (handle != 0) Guarded(services_.diagnostics, "CvbTAPILine.Class_Terminate", {}, how);
   };
-  giveBack(hCall_, [&] { services_.telephony.lineDeallocateCall(std::exchange(hCall_, 0)); });
-  giveBack(hLine_, [&] { CloseLine(); });
-  giveBack(hLineApp_, [&] { services_.telephony.lineShutdown(std::exchange(hLineApp_, 0)); });
+  bool ended = makeCallRequestId_ == 0;
+  giveBack(*hCall_, [&] { services_.telephony.lineDeallocateCall(std::exchange(*hCall_, 0)); });
+  giveBack(hLine_, [&] { ended |= CloseLine(); });
+  giveBack(hLineApp_, [&] { ended |= services_.telephony.lineShutdown(std::exchange(hLineApp_, 0)) == 0; });
+  return ended;
 }
 
 bool CvbTAPILine::Succeeded(std::int32_t result) {
@@ -85,7 +86,7 @@ bool CvbTAPILine::TakeLocationCode(std::string_view buffer, std::string& code) c
 
 bool CvbTAPILine::Create() {
   return Procedure(services_.diagnostics, "CvbTAPILine.Create", {lowApi_, HiAPI()}, false, [&](bool& created) {
-    if (hLineApp_ != 0) Release();
+    if (hLineApp_ != 0) static_cast<void>(Release());
     if (!Register()) return;
     NegotiateVersions();
     static_cast<void>(GetLineDevCaps());

@@ -202,7 +202,9 @@ class CvbTAPILine : public std::enable_shared_from_this<CvbTAPILine> {
   void HandleCallState(std::uint32_t state);
   void HandleIdle();
   void HandleDisconnected();
-  void Release();
+  /// Gives back the call, the line and the registration. False where telephony has taken none of it back and still has
+  /// the address of the call's handle.
+  [[nodiscard]] bool Release();
 
   /// Stores the code of a failed call and says whether it was one.
   bool Succeeded(std::int32_t result);
@@ -228,7 +230,8 @@ class CvbTAPILine : public std::enable_shared_from_this<CvbTAPILine> {
   std::string outsideLocalAccess_;
   std::string outsideLongDistanceAccess_;
   HLINE hLine_{0};
-  HCALL hCall_{0};                      ///< telephony writes it when the reply to the call request is processed
+  std::shared_ptr<HCALL> hCall_{
+      std::make_shared<HCALL>(0)};      ///< telephony writes it with the reply to the call request
   std::uint32_t makeCallRequestId_{0};  ///< of the request whose reply is still to come; 0 is none
   std::uint32_t dropRequestId_{0};
   bool idle_{false};

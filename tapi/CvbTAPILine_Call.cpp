@@ -42,7 +42,7 @@ bool CvbTAPILine::MakeCallAsynch(const std::string& phonenumber) {
   return Procedure(services_.diagnostics, "CvbTAPILine.MakeCallAsynch", {phonenumber}, false, [&](bool& accepted) {
     if (hLine_ == 0) return;
     if (phonenumber.empty()) {
-      accepted = Accepted(services_.telephony.lineMakeCall(hLine_, hCall_, nullptr, 0), makeCallRequestId_);
+      accepted = Accepted(services_.telephony.lineMakeCall(hLine_, *hCall_, nullptr, 0), makeCallRequestId_);
       return;
     }
     DebugTapi(services_.diagnostics, "MakeCallAsynch - Number: " + phonenumber);
@@ -51,14 +51,14 @@ bool CvbTAPILine::MakeCallAsynch(const std::string& phonenumber) {
     // Translating may have let messages in, and with them the end of this line or of its owner's interest.
     if (hLine_ == 0 || events_ == nullptr) return;
     const std::string address = services_.codePage.ToBytes(dialable);
-    accepted = Accepted(services_.telephony.lineMakeCall(hLine_, hCall_, address.c_str(), 0), makeCallRequestId_);
+    accepted = Accepted(services_.telephony.lineMakeCall(hLine_, *hCall_, address.c_str(), 0), makeCallRequestId_);
   });
 }
 
 bool CvbTAPILine::DropCallAsynch() {
   return Procedure(services_.diagnostics, "CvbTAPILine.DropCallAsynch", {}, false, [&](bool& accepted) {
-    if (hCall_ == 0) return;
-    accepted = Accepted(services_.telephony.lineDrop(hCall_), dropRequestId_);
+    if (*hCall_ == 0) return;
+    accepted = Accepted(services_.telephony.lineDrop(*hCall_), dropRequestId_);
   });
 }
 
@@ -114,9 +114,9 @@ void CvbTAPILine::HandleCallState(std::uint32_t state) {
 }
 
 void CvbTAPILine::HandleIdle() {
-  if (hCall_ != 0) {
+  if (*hCall_ != 0) {
     // The handle stays after this, and a second IDLE gives it back again. Telephony refuses that, which is harmless.
-    services_.telephony.lineDeallocateCall(hCall_);
+    services_.telephony.lineDeallocateCall(*hCall_);
     CloseLine();
   }
   if (events_ != nullptr) events_->tapiline_Idle();

@@ -8,8 +8,8 @@
 
 namespace fonklav {
 
-std::uintptr_t mTAPIvb::Register(const std::shared_ptr<CvbTAPILine>& line) {
-  lines_.emplace(++last_, line);
+std::uintptr_t mTAPIvb::Register(const std::shared_ptr<CvbTAPILine>& line, std::shared_ptr<HCALL> call) {
+  lines_.emplace(++last_, Known{line, std::move(call)});
   return last_;
 }
 
@@ -22,7 +22,7 @@ void mTAPIvb::LineCallBackProc(std::uint32_t hDevice, std::uint32_t dwMsg, std::
   Procedure(diagnostics_, name, arguments, [&] {
     const auto found = lines_.find(dwCallbackInstance);
     if (found == lines_.end()) return;
-    auto line = found->second.lock();  // a handler may release the object while this runs
+    auto line = found->second.line.lock();  // a handler may release the object while this runs
     if (!line) return;
     line->LineProcHandler(hDevice, dwMsg, low(dwParam1), low(dwParam2), low(dwParam3));
     // The handler may have replaced the object, and this be its last reference. Its end shuts telephony down, which

@@ -6,6 +6,7 @@
 #include <functional>
 #include <map>
 #include <string>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -46,9 +47,9 @@ class FakeCodePage : public CodePage, public CanFail {
     Step();
     std::string bytes;
     for (const std::string_view character : Characters(text)) {
-      const auto held = std::ranges::find(Upper(), character);
       const char other = static_cast<unsigned char>(character[0]) < 0x80 ? character[0] : '?';
-      bytes += held == Upper().end() ? other : static_cast<char>(0x80 + (held - Upper().begin()));
+      const auto held = other == '?' ? Places().find(character) : Places().end();
+      bytes += held == Places().end() ? other : held->second;
     }
     return bytes;
   }
@@ -69,6 +70,14 @@ class FakeCodePage : public CodePage, public CanFail {
         "€\u0081‚ƒ„…†‡ˆ‰Š‹Œ\u008dŽ\u008f\u0090‘’“”•–—˜™š›œ\u009džŸ"
         "\u00a0¡¢£¤¥¦§¨©ª«¬\u00ad®¯°±²³´µ¶·¸¹º»¼½¾¿ÀÁÂÃÄÅÆÇÈÉÊËÌÍÎÏÐÑÒÓÔÕÖ×ØÙÚÛÜÝÞßàáâãäåæçèéêëìíîïðñòóôõö÷øùúûüýþÿ");
     return upper;
+  }
+  static const std::unordered_map<std::string_view, char>& Places() {
+    static const auto places = [] {
+      std::unordered_map<std::string_view, char> made;
+      for (const std::string_view character : Upper()) made.emplace(character, static_cast<char>(0x80 + made.size()));
+      return made;
+    }();
+    return places;
   }
 };
 

@@ -365,6 +365,16 @@ TEST(End, GivesBackOneByOneWhateverFails) {
   }
 }
 
+TEST(End, ThatTelephonyRefusesKeepsTheCellOfTheCall) {
+  TapiSystem system(kDevice + "call reply after=20\nrefuse lineClose 0x80000048\nrefuse lineShutdown 0x80000048\n");
+  ASSERT_TRUE(system.Open());
+  ASSERT_TRUE(system.line->MakeCallAsynch("1"));
+  system.line.reset();
+  ASSERT_EQ(system.sim.WaitingMessages(), 1U);
+  system.Pump(20);  // the reply writes the handle: the sanitizer sees where
+  EXPECT_THAT(system.events.heard, IsEmpty());
+}
+
 TEST(Callback, MessagesForNobodyPassInSilence) {
   TapiSystem system(kDevice);
   ASSERT_TRUE(system.Open());
