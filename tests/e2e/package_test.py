@@ -42,8 +42,8 @@ def unpacked(name):
     equal(sums, {file: hashlib.sha256((folder / file).read_bytes()).hexdigest() for file in names[:-1]})
     assert {"FonklavTAPI.exe", "README.txt", *OURS[3:], "base/language_49.ini"} < {*names}, names
     equal((folder / "FonklavTAPI.exe").read_bytes(), (BUILD / "FonklavTAPI.exe").read_bytes())
-    paths = (folder / "Rufmonpaths.ini.sample").read_text().replace("ProgramData=1", f"ProgramData={windows_path(session.folder)}")
-    (folder / "Rufmonpaths.ini").write_text(paths)
+    sample = (folder / "Rufmonpaths.ini.sample").read_text()
+    (folder / "Rufmonpaths.ini").write_text(sample.replace("Data=1", f"Data={windows_path(session.folder)}"))
     shutil.copy(folder / "Rufmonspec.ini.sample", folder / "Rufmonspec.ini")
     dial(session, folder, [], WHOLE_CALL)
     equal(session.read("log/debug.log") + session.read("log/trace.log"), [])
@@ -67,7 +67,7 @@ def tree(folder):
     return {path.relative_to(folder).as_posix(): path.read_bytes() for path in folder.rglob("*") if path.is_file()}
 
 
-@case("installer-in-the-suite's-folder")
+@case("installer-in-the-folder-of-the-suite")
 def installed(name):
     """It adds what is missing and takes back what is the dialer's alone; in between it dials."""
     session = dialer(name, CALL_UP)
@@ -85,6 +85,21 @@ def installed(name):
     dial(session, folder, ["1"], [*CALL, *HANG_UP, "btnCall|1|cmdHangUp_Click", "anzlog|Call Dropped", *IDLE])
     equal(uninstall(session, folder), {file: data for file, data in after.items() if file not in OURS})
     equal(session.read("data/sett_TAPI.ini"), SETTINGS.splitlines())
+
+
+@case("installer-leaves-a-dialer-at-work")
+def in_use(name):
+    """Neither a newer version nor the uninstaller touches anything while the program runs, and both say so."""
+    session = dialer(name)
+    before = install(session, session.folder)
+    with session:
+        session.start(SETTINGS)
+        session.wait("line|")
+        into = windows_path(session.folder)
+        again = session.wine(package("win64-setup.exe"), "/S", f"/D={into}")
+        removed = session.wine(session.folder / "FonklavTAPI-uninstall.exe", "/S", f"_?={into}")
+        equal((again.returncode, removed.returncode), (2, 2))
+        equal({file: tree(session.folder).get(file) for file in OURS}, {file: before[file] for file in OURS})
 
 
 @case("installer-makes-the-data-root")
