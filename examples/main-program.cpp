@@ -9,7 +9,6 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <cstdlib>
 #include <initializer_list>
 #include <memory>
 #include <stdexcept>
@@ -139,14 +138,12 @@ int main(int argc, char** argv) try {
   program.Start(argv[1]);
   if (program.Hear({"Init2LastOK|", "line|"}, kPatience).empty()) throw std::runtime_error("the dialer is silent");
   if (!program.Tell(settings ? number : "cmd|call|" + number)) return 1;
-  if (settings) return program.Hear({}, INFINITE).empty() ? 0 : 1;
+  if (settings) return program.Hear({}, INFINITE).empty() ? 0 : 1;  // ends with the dialer
   const std::initializer_list<const char*> over{"btnCall|1|Idle", "btnCall|0|Idle", "anz|"};
-  const ULONGLONG longest = 1000ULL * std::strtoul(argc > 3 ? argv[3] : "60", nullptr, 10);
-  if (program.Hear(over, longest).empty() && (!program.Tell("cmd|hangup") || program.Hear(over, kPatience).empty())) {
-    return 1;
-  }
+  std::string end = program.Hear(over, 1000ULL * std::stoul(argc > 3 ? argv[3] : "60"));
+  if (end.empty() && program.Tell("cmd|hangup")) end = program.Hear(over, kPatience);
   program.Hear({"cmd|autohide"}, 1000);  // the last word on a call; on one that has failed there is no more
-  return 0;
+  return end.starts_with("btnCall|") ? 0 : 1;
 } catch (const std::exception& fault) {
   std::fprintf(stderr, "main-program: %s\n", fault.what());
   return 2;
