@@ -111,6 +111,17 @@ class Session:
         """A command to the dialer, which is taken back once it was acknowledged."""
         self.do(f"send {command}")
 
+    def play_example(self, settings, *arguments):
+        """Lets the example of a main program do it all in place of the stand-in; its end and what it has printed."""
+        self.write("data/sett_TAPI.ini", settings)
+        example = self.wine(self.build / "examples/main-program.exe", windows_path(self.program), *arguments)
+        return example.returncode, example.stdout.decode(CODE_PAGE).splitlines()
+
+    def wine(self, program, *arguments):
+        """Runs another program beside the dialer, to its end."""
+        return subprocess.run(["wine", str(program), *arguments], env=self._environ, stdout=subprocess.PIPE, timeout=60,
+                              check=False)
+
     # What is heard of the dialer.
 
     def wait(self, prefix, seconds=10, who=DIALER):

@@ -44,7 +44,9 @@ class WineEnv:
 
     def environ(self, **more):
         """The environment for any program of this run."""
-        result = {**os.environ, "WINEPREFIX": str(self.prefix), "WINEARCH": "win64", "WINEDEBUG": "-all", **more}
+        # Under the C locale Wine finds no file whose name has an umlaut.
+        result = {**os.environ, "LC_ALL": "C.UTF-8", "WINEPREFIX": str(self.prefix), "WINEARCH": "win64",
+                  "WINEDEBUG": "-all", **more}
         result.setdefault("WINEDLLOVERRIDES", "mscoree,mshtml=")
         if self._screen_file.exists():
             result["DISPLAY"] = f":{json.loads(self._screen_file.read_text())['display']}"
