@@ -182,6 +182,11 @@ class Session:
         """All that the dialer shows: each window, followed by its visible controls."""
         return [Item.parse(text) for text in self._look("windows")]
 
+    def readings(self):
+        """What a screen reader learns of each control that is seen: class, states as bits, name."""
+        fields = (text.split("|", 3) for text in self._look("readings"))
+        return [(kind, int(states or 0), name) for kind, _, states, name in fields]
+
     def place(self, name):
         """Where a person aims at in the dialer's window: "close", "box 1" and so on, as the stand-in names them."""
         places = {key: (int(x), int(y)) for key, x, y in (text.split("|") for text in self._look("places"))}

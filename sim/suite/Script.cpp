@@ -62,6 +62,7 @@ const std::vector<Script::Entry>& Script::Commands() {
                                            {"terminate", &Script::Terminate},
                                            {"windows", &Script::Windows},
                                            {"places", &Script::Places},
+                                           {"readings", &Script::Readings},
                                            {"offline", &Script::Offline},
                                            {"misbehave", &Script::Misbehave},
                                            {"hold", &Script::Hold},
@@ -179,6 +180,11 @@ void Script::Windows(const std::string&) {
 
 void Script::Places(const std::string&) {
   for (const std::string& line : PlaceList(DialogOf(dialer_.Id(), true))) Print(kScreen, line);
+  Print(kScreen, "end");
+}
+
+void Script::Readings(const std::string&) {
+  for (const std::string& line : ReadingList(DialogOf(dialer_.Id(), true))) Print(kScreen, line);
   Print(kScreen, "end");
 }
 

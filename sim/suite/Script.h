@@ -60,6 +60,7 @@ class Script {
   void Terminate(const std::string&);
   void Windows(const std::string&);
   void Places(const std::string&);
+  void Readings(const std::string&);
   void Offline(const std::string&);
   void Misbehave(const std::string& howAndDetail);
   void Hold(const std::string& path);

@@ -1,8 +1,11 @@
 #include "sim/suite/WindowList.h"
 
 #include <commctrl.h>
+#include <comutil.h>
+#include <oleacc.h>
 
 #include <algorithm>
+#include <memory>
 #include <optional>
 
 #include "sim/suite/HeldFile.h"
@@ -10,6 +13,10 @@
 namespace fonklav::suite {
 
 namespace {
+
+struct Releaser {
+  void operator()(IUnknown* object) const noexcept { object->Release(); }
+};
 
 struct Search {
   DWORD processId;
@@ -75,6 +82,38 @@ BOOL CALLBACK AddWindow(HWND window, LPARAM data) {
     search.lines.push_back(Describe("window", window));
     EnumChildWindows(window, &AddControl, reinterpret_cast<LPARAM>(&search.lines));
   }
+  return TRUE;
+}
+
+/// A number that the system told, empty when it did not.
+std::string NumberOf(const _variant_t& value) { return value.vt == VT_I4 ? std::to_string(value.lVal) : std::string(); }
+
+/// What a screen reader learns of an object or one of its children.
+std::string Reading(IAccessible& object, const std::string& kind, LONG child) {
+  const _variant_t which(child);
+  _variant_t role;
+  _variant_t state;
+  _variant_t name;
+  object.get_accRole(which, &role);
+  object.get_accState(which, &state);
+  std::string bytes(1024, '\0');
+  if (object.get_accName(which, &name.bstrVal) == S_OK) {
+    name.vt = VT_BSTR;
+    WideCharToMultiByte(CP_ACP, 0, name.bstrVal, -1, bytes.data(), static_cast<int>(bytes.size()), nullptr, nullptr);
+  }
+  return kind + '|' + NumberOf(role) + '|' + NumberOf(state) + '|' + bytes.c_str();
+}
+
+BOOL CALLBACK AddReading(HWND window, LPARAM data) {
+  auto& lines = *reinterpret_cast<std::vector<std::string>*>(data);
+  void* found = nullptr;
+  if (IsWindowVisible(window) == FALSE) return TRUE;
+  AccessibleObjectFromWindow(window, static_cast<DWORD>(OBJID_CLIENT), __uuidof(IAccessible), &found);
+  const std::unique_ptr<IAccessible, Releaser> object(static_cast<IAccessible*>(found));
+  const std::string kind = ClassOf(window);
+  if (object) lines.push_back(Reading(*object, kind, CHILDID_SELF));
+  const LRESULT entries = object && kind == WC_LISTVIEWA ? SendMessageA(window, LVM_GETITEMCOUNT, 0, 0) : 0;
+  for (LONG entry = 1; entry <= entries; ++entry) lines.push_back(Reading(*object, "entry", entry));
   return TRUE;
 }
 
@@ -153,6 +192,12 @@ std::vector<std::string> WindowList(DWORD processId) {
   std::vector<std::string> lines;
   Search search{processId, lines};
   EnumWindows(&AddWindow, reinterpret_cast<LPARAM>(&search));
+  return lines;
+}
+
+std::vector<std::string> ReadingList(HWND dialog) {
+  std::vector<std::string> lines;
+  EnumChildWindows(dialog, &AddReading, reinterpret_cast<LPARAM>(&lines));
   return lines;
 }
 

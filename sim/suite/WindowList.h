@@ -16,6 +16,11 @@ namespace fonklav::suite {
 /// A dialog of a process, `shown` or not; null when it has none.
 [[nodiscard]] HWND DialogOf(DWORD processId, bool shown);
 
+/// What a screen reader learns of a dialog's visible controls over IAccessible, one line each and one for each entry of
+/// a list: window class or "entry", role and states (ROLE_SYSTEM_… and STATE_SYSTEM_… as decimal numbers, empty when
+/// the system does not tell), name, separated by "|".
+[[nodiscard]] std::vector<std::string> ReadingList(HWND dialog);
+
 /// Where a person would aim at in a dialog, one line each: a name, x and y in pixels of the screen, separated by "|".
 /// "caption", "minimize", "close", "lower edge" and "corner" are what the window itself says of its frame; "box N" and
 /// "entry N" the check box and the text of each entry in sight of its list.

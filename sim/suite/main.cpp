@@ -1,5 +1,6 @@
 #include <fcntl.h>
 #include <io.h>
+#include <objbase.h>
 
 #include <cstdio>
 #include <cstring>
@@ -21,6 +22,7 @@ int main(int argc, char** argv) {
   try {
     // Reports are bytes of the code page and leave as such; so do the line ends.
     _setmode(_fileno(stdout), _O_BINARY);
+    CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);  // for what a screen reader asks; the end of the process ends it
     InputLines input;
     Script script(argv[argc - 1], messages ? Script::Speech::Messages : Script::Speech::Library);
     while (!input.AtEnd()) {
