@@ -76,7 +76,7 @@ def main() -> int:
         for difference in sorted(in_page ^ (in_code - set(untold))) or ([] if in_page else ["the table"]):
             faults.append(f"{page}, {heading}: {difference!r} is in {'it' if difference in in_page else 'the code'} alone")
     for page in (name for name in FILES if name.endswith(".md")):
-        links = re.findall(r"\]\(([^)#:]+)[^):]*\)", text_of(page))
+        links = re.findall(r"\]\(([^)#:\s]+)(?:#[^)]*)?\)", text_of(page))
         named = [(ROOT / page).parent / link for link in links] + [ROOT / path for path in re.findall(PATHS, text_of(page))]
         faults += [f"{page} names {path.relative_to(ROOT)}, which does not exist" for path in named if not path.exists()]
     print("\n".join(faults) or f"{len(MIRRORS)} tables are as their code")
