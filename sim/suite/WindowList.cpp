@@ -85,15 +85,10 @@ BOOL CALLBACK AddWindow(HWND window, LPARAM data) {
   return TRUE;
 }
 
-/// A number that the system told, empty when it did not.
-std::string NumberOf(const _variant_t& value) { return value.vt == VT_I4 ? std::to_string(value.lVal) : std::string(); }
-
-/// What a screen reader learns of an object or one of its children.
+/// What a screen reader learns of an object or one of its children: numbers that the system told, or nothing.
 std::string Reading(IAccessible& object, const std::string& kind, LONG child) {
   const _variant_t which(child);
-  _variant_t role;
-  _variant_t state;
-  _variant_t name;
+  _variant_t role, state, name;
   object.get_accRole(which, &role);
   object.get_accState(which, &state);
   std::string bytes(1024, '\0');
@@ -101,7 +96,8 @@ std::string Reading(IAccessible& object, const std::string& kind, LONG child) {
     name.vt = VT_BSTR;
     WideCharToMultiByte(CP_ACP, 0, name.bstrVal, -1, bytes.data(), static_cast<int>(bytes.size()), nullptr, nullptr);
   }
-  return kind + '|' + NumberOf(role) + '|' + NumberOf(state) + '|' + bytes.c_str();
+  const auto number = [](const _variant_t& told) { return told.vt == VT_I4 ? std::to_string(told.lVal) : ""; };
+  return kind + '|' + number(role) + '|' + number(state) + '|' + bytes.c_str();
 }
 
 BOOL CALLBACK AddReading(HWND window, LPARAM data) {
@@ -110,9 +106,10 @@ BOOL CALLBACK AddReading(HWND window, LPARAM data) {
   if (IsWindowVisible(window) == FALSE) return TRUE;
   AccessibleObjectFromWindow(window, static_cast<DWORD>(OBJID_CLIENT), __uuidof(IAccessible), &found);
   const std::unique_ptr<IAccessible, Releaser> object(static_cast<IAccessible*>(found));
+  if (!object) return TRUE;
   const std::string kind = ClassOf(window);
-  if (object) lines.push_back(Reading(*object, kind, CHILDID_SELF));
-  const LRESULT entries = object && kind == WC_LISTVIEWA ? SendMessageA(window, LVM_GETITEMCOUNT, 0, 0) : 0;
+  lines.push_back(Reading(*object, kind, CHILDID_SELF));
+  const LRESULT entries = kind == WC_LISTVIEWA ? SendMessageA(window, LVM_GETITEMCOUNT, 0, 0) : 0;
   for (LONG entry = 1; entry <= entries; ++entry) lines.push_back(Reading(*object, "entry", entry));
   return TRUE;
 }

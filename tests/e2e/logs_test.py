@@ -4,14 +4,16 @@ import os
 import re
 import signal
 import time
+from pathlib import Path
 
 from conversations import SETTINGS, STARTED, WHOLE_CALL
 from dialer_session import windows_path
 from stories import FAR_END_HANGS_UP, case, converse, dialer, equal, expect_reports, run
 
 STAMP = r"\d{4}/\d\d/\d\d  \d\d:\d\d:\d\d  "
+PAGE = (Path(__file__).parents[2] / "docs/logs.md").read_text(encoding="utf-8")
 FORMS = {
-    "log/error.log": STAMP + r"FVT v1\.0 [\w.]+, Line:[ \d]{2}\d+  \+ \d+ \+ [\w /]+( Params\(.*\))?",
+    "log/error.log": STAMP + r"FVT v1\.0 [\w.]+, Line:[ \d]{2}\d+  \+ \d+ \+ [\w /'.]+( Params\(.*\))?",
     "log/trace.log": STAMP + r"FVT v1\.0  [\w.!]+ \d\d+(\(.*\))?",
     "log/debug.log": STAMP + r"TAPI FVT .+",
 }
@@ -30,7 +32,7 @@ def ordered(wanted, lines):
 
 @case("every-switch-on")
 def every_switch(name):
-    """Every line of all three logs has its form, and they tell the call and a fault from start to end."""
+    """Every line of all three logs, and of their page, has its form; they tell the call and a fault from start to end."""
     with dialer(name, FAR_END_HANGS_UP) as session:
         session.write("Rufmonspec.ini", "[Debug]\n" + ALL_ON)
         session.start(SETTINGS)
@@ -39,8 +41,9 @@ def every_switch(name):
         session.wait_for_end(seconds=5)
         for log, form in FORMS.items():
             lines = session.read(log)
-            assert lines, f"{log} is empty"
-            equal([line for line in lines if not re.fullmatch(form, line)], [], log)
+            shown = re.findall(f"^    ({STAMP}.*)", PAGE.split(f"### {log[4:]}")[1].split("###")[0], re.M)
+            assert lines and shown, f"{log} is empty, or its page shows no line of it"
+            equal([line for line in lines + shown if not re.fullmatch(form, line)], [], log)
         equal(ordered(["Start - Param=/run", "Init DDE", "DDE LinkOpen", *CALL_STEPS, "DDE LinkClose",
                        "FormFonklav_QueryUnload - Param=1", "FormFonklav_Unload"], session.read("log/debug.log")), [])
         trace = session.read("log/trace.log")
