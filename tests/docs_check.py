@@ -11,7 +11,7 @@ FILES = subprocess.run(["git", "ls-files", "-co", "--exclude-standard"], cwd=ROO
                        check=True).stdout.splitlines()
 TREE = ""  # as a source: the names of all files
 LINE_ERRORS = (["tapi/CvbTAPILine_Texts.cpp"], r'(?:^ {9,}|kLineErrors\{|kUnknownError = )"([^"]+)"')
-PATHS = r"`((?:app|cmake|config|diag|docs|fuzz|lang|platform|scripts|sim|tapi|tests|util|window)/[\w./-]*\w)`"
+PATHS = r"`((?:app|cmake|config|diag|docs|examples|fuzz|lang|packaging|platform|scripts|sim|tapi|tests|util|window)/[\w./-]*\w)`"
 
 # Page, heading (empty: all of the page), column, what of a cell counts; sources, what of them counts; what only they
 # have.
