@@ -11,7 +11,8 @@ FILES = subprocess.run(["git", "ls-files", "-co", "--exclude-standard"], cwd=ROO
                        check=True).stdout.splitlines()
 TREE = ""  # as a source: the names of all files
 LINE_ERRORS = (["tapi/CvbTAPILine_Texts.cpp"], r'(?:^ {9,}|kLineErrors\{|kUnknownError = )"([^"]+)"')
-PATHS = r"`((?:app|cmake|config|diag|docs|examples|fuzz|lang|packaging|platform|scripts|sim|tapi|tests|util|window)/[\w./-]*\w)`"
+FOLDERS = "app|cmake|config|diag|docs|examples|fuzz|lang|packaging|platform|scripts|sim|tapi|tests|util|window"
+PATHS = rf"`((?:{FOLDERS})/(?!\S+\.exe)[\w./-]*\w)`"
 
 # Page, heading (empty: all of the page), column, what of a cell counts; sources, what of them counts; what only they
 # have.
@@ -74,11 +75,13 @@ def main() -> int:
         in_page = words(told, cells(page, heading, column))
         in_code = words(had, "\n".join(map(text_of, sources)))
         for difference in sorted(in_page ^ (in_code - set(untold))) or ([] if in_page else ["the table"]):
-            faults.append(f"{page}, {heading}: {difference!r} is in {'it' if difference in in_page else 'the code'} alone")
+            where = "the page" if difference in in_page else "the code"
+            faults.append(f"{page}, {heading}: {difference!r} is in {where} alone")
     for page in (name for name in FILES if name.endswith(".md")):
-        links = re.findall(r"\]\(([^)#:\s]+)(?:#[^)]*)?\)", text_of(page))
-        named = [(ROOT / page).parent / link for link in links] + [ROOT / path for path in re.findall(PATHS, text_of(page))]
-        faults += [f"{page} names {path.relative_to(ROOT)}, which does not exist" for path in named if not path.exists()]
+        text = text_of(page)
+        named = [(ROOT / page).parent / link for link in re.findall(r"\]\(([^)#:\s]+)(?:#[^)]*)?\)", text)]
+        named += [ROOT / path for path in re.findall(PATHS, text)]
+        faults += [f"{page} names {path}, which does not exist" for path in named if not path.exists()]
     print("\n".join(faults) or f"{len(MIRRORS)} tables are as their code")
     return 1 if faults else 0
 
