@@ -49,12 +49,6 @@ UniqueIcon LoadOwnIcon(HINSTANCE instance, int width, int height) {
 
 }  // namespace
 
-MainWindow::MainWindow(HINSTANCE instance) : instance_(instance) {
-  // The list view's class, and the tooltip's, which comes with ICC_TAB_CLASSES.
-  INITCOMMONCONTROLSEX classes{sizeof classes, ICC_STANDARD_CLASSES | ICC_LISTVIEW_CLASSES | ICC_TAB_CLASSES};
-  InitCommonControlsEx(&classes);
-}
-
 void MainWindow::Create(FormControls& controls, FormInput& input, std::function<void()> sessionEnded) {
   controls_ = &controls;
   input_ = &input;
@@ -67,17 +61,20 @@ void MainWindow::Create(FormControls& controls, FormInput& input, std::function<
   SetWindowLongPtrW(window_.Get(), GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
   dpi_ = DpiOf(window_.Get());
   KeepFromScaling(window_.Get());
-  MakeControls();
-  Scale();
-  for (const LayoutRow& row : Layout()) ControlChanged(row.id);
   FormChanged();
 }
 
 void MainWindow::MakeControls() {
+  // The list view's class, and the tooltip's, which comes with ICC_TAB_CLASSES.
+  INITCOMMONCONTROLSEX classes{sizeof classes, ICC_STANDARD_CLASSES | ICC_LISTVIEW_CLASSES | ICC_TAB_CLASSES};
+  InitCommonControlsEx(&classes);
+  accessibleNames_.emplace();
   for (const LayoutRow& row : Layout()) MakeControl(window_.Get(), row.id, *input_);
   list_.Attach(ControlOf(ControlId::lstTAPI));
   toolTip_.Attach(window_.Get(), instance_);
   MakeDefault(ControlId::cmdSave);
+  Scale();
+  for (const LayoutRow& row : Layout()) ControlChanged(row.id);
 }
 
 void MainWindow::Destroy() noexcept {
@@ -118,7 +115,7 @@ void MainWindow::PlaceControls() {
 }
 
 void MainWindow::ControlChanged(ControlId id) {
-  if (controls_ == nullptr) return;
+  if (!HasControls()) return;
   const Scope scope(showing_);
   if (id == ControlId::lstTAPI) list_.Show(controls_->lstTAPI.Entries());
   // What stands in a frame is no child of it, so Windows does not hide or show it with the frame.
@@ -149,7 +146,7 @@ void MainWindow::ShowContent(const LayoutRow& row, const Control& control) {
 }
 
 void MainWindow::TextAppended(ControlId id, const std::string& added) {
-  if (controls_ == nullptr) return;
+  if (!HasControls()) return;
   const Scope scope(showing_);
   AppendText(ControlOf(id), Wide(added));
 }
@@ -158,7 +155,7 @@ void MainWindow::NameBoxes(ControlId label, const std::wstring& caption) const {
   std::wstring name = caption;
   std::erase(name, L'&');  // the mark of the access key
   for (const LayoutRow& row : Layout()) {
-    if (LabelOf(row.id) == label) accessibleNames_.Set(ControlOf(row.id), name);
+    if (LabelOf(row.id) == label) accessibleNames_->Set(ControlOf(row.id), name);
   }
 }
 
@@ -213,6 +210,7 @@ void MainWindow::ShowForm(bool visible) {
     ShowWindow(window_.Get(), SW_HIDE);
     return;
   }
+  if (!HasControls()) MakeControls();
   // Not by ShowWindow: the first call of it in a process does what the starter has put into STARTUPINFO (wShowWindow),
   // which may be to hide.
   SetWindowPos(window_.Get(), HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_SHOWWINDOW);

@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <functional>
+#include <optional>
 
 #include "app/FormView.h"
 #include "app/Layout.h"
@@ -28,12 +29,13 @@ inline constexpr UINT kLostFocusMessage = WM_APP;
 /// throughout.
 class MainWindow final : public FormView {
  public:
-  explicit MainWindow(HINSTANCE instance);
+  explicit MainWindow(HINSTANCE instance) : instance_(instance) {}
   MainWindow(const MainWindow&) = delete;
   MainWindow& operator=(const MainWindow&) = delete;
   ~MainWindow() override { Destroy(); }
 
-  /// Makes the window, hidden. `controls` and `input` must live until Destroy or until the form has unloaded.
+  /// Makes the window, hidden and empty: its controls are made when it is shown first, which in the service of the main
+  /// program may be never. `controls` and `input` must live until Destroy or until the form has unloaded.
   /// `sessionEnded` is called when Windows ends the session, after the form has unloaded; the process may end as soon
   /// as it returns. Throws std::runtime_error when the system refuses.
   void Create(FormControls& controls, FormInput& input, std::function<void()> sessionEnded);
@@ -70,6 +72,7 @@ class MainWindow final : public FormView {
   INT_PTR OnLostFocus(HWND control) const;
   INT_PTR OnSessionEnd(bool ends);
 
+  [[nodiscard]] bool HasControls() const { return controls_ != nullptr && accessibleNames_.has_value(); }
   void MakeControls();
   void MakeDefault(ControlId button) const;
   void Scale();
@@ -96,9 +99,9 @@ class MainWindow final : public FormView {
   UniqueWindow window_;  ///< goes before the font and the icons that it shows
   CheckListWindow list_;
   ToolTip toolTip_;
-  AccessibleNames accessibleNames_;
-  Surplus surplus_;           ///< by which the controls are placed
-  unsigned dpi_{kNormalDpi};  ///< of the screen that shows the window
+  std::optional<AccessibleNames> accessibleNames_;  ///< from the first showing on, as the controls are
+  Surplus surplus_;                                 ///< by which the controls are placed
+  unsigned dpi_{kNormalDpi};                        ///< of the screen that shows the window
   bool showing_{false};  ///< the program's changes are being shown: what the controls say meanwhile is no user's doing
 };
 
