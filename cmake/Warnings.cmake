@@ -10,6 +10,7 @@ if(WIN32)
     NOMINMAX WIN32_LEAN_AND_MEAN STRICT UNICODE _UNICODE _WIN32_WINNT=0x0601 TAPI_CURRENT_VERSION=0x00030000)
   target_link_options(fonklav_options INTERFACE -static)
   include(${CMAKE_CURRENT_LIST_DIR}/Hardening.cmake)
+  include(${CMAKE_CURRENT_LIST_DIR}/DelayLoad.cmake)
 else()
   # The tests run on a library that checks indexes, iterators and empty optionals.
   target_compile_definitions(fonklav_options INTERFACE $<$<NOT:$<BOOL:${FONKLAV_BENCH}>>:_GLIBCXX_ASSERTIONS>)

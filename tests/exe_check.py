@@ -7,9 +7,9 @@ import struct
 import sys
 from pathlib import Path
 
-# What every Windows since 7 has in its system folder. A library of the compiler's would not be there.
-SYSTEM_LIBRARIES = {"advapi32.dll", "comctl32.dll", "gdi32.dll", "kernel32.dll", "msvcrt.dll", "ole32.dll",
-                    "shell32.dll", "user32.dll"}
+# What every Windows since 7 has in its system folder, and a program with any window loads by itself. A library of the
+# compiler's would not be there; the system's others are loaded when they are needed, and cost no start before.
+SYSTEM_LIBRARIES = {"advapi32.dll", "gdi32.dll", "kernel32.dll", "msvcrt.dll", "user32.dll"}
 LARGEST = 560 * 1024
 # Far fewer would mean that only some sources are compiled with guards.
 FEWEST_STACK_GUARDS = 100
@@ -95,7 +95,7 @@ def faults(exe, symbols, source):
     paths = [path for path in (source, "/build/", "/home/", "/tmp/", "/root/") if exe.text(path)]
     times = {"file": exe.time, "resources": exe.number("I", exe.place(exe.folders[RESOURCES][0]) + 4)}
     checks = [
-        (not foreign, f"loads {', '.join(sorted(foreign))}, which Windows does not have"),
+        (not foreign, f"loads {', '.join(sorted(foreign))}, which is not there or not needed at the start"),
         (exe.protection & DYNAMIC_BASE, "no DYNAMIC_BASE: always at the same address"),
         (exe.protection & HIGH_ENTROPY_VA or not exe.wide, "no HIGH_ENTROPY_VA: few addresses to choose from"),
         (exe.protection & NX_COMPAT, "no NX_COMPAT: data may run as code"),
