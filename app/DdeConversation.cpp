@@ -34,12 +34,16 @@ bool DdeConversation::Send(std::string_view bytes) {
   return true;
 }
 
-void DdeConversation::OnTick() noexcept {
-  if (state_ == State::Asking) return WatchQuestion();
-  if (!Connected()) return;
-  if (!transport_.PartnerAlive()) return EndWith(&LinkEvents::txtDDE_LinkClose);
-  WatchAdvise();
-  WatchAnswers();
+bool DdeConversation::OnTick() noexcept {
+  if (state_ == State::Asking) {
+    WatchQuestion();
+  } else if (Connected() && !transport_.PartnerAlive()) {
+    EndWith(&LinkEvents::txtDDE_LinkClose);
+  } else if (Connected()) {
+    WatchAdvise();
+    WatchAnswers();
+  }
+  return state_ != State::Linked || !outstanding_.empty();
 }
 
 void DdeConversation::WatchQuestion() noexcept {

@@ -77,7 +77,7 @@ class DdeConversation : public DdeSink {
   void OnData(std::string bytes) noexcept override;
   void OnTerminate() noexcept override;
   /// Looks after the question, the partner and the answers that are overdue.
-  void OnTick() noexcept override;
+  bool OnTick() noexcept override;
 
  private:
   enum class State { NotConnected, Asking, Advising, Linked, Closed };

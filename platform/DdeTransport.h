@@ -30,8 +30,9 @@ class DdeSink {
   virtual void OnData(std::string bytes) noexcept = 0;
   /// WM_DDE_TERMINATE.
   virtual void OnTerminate() noexcept = 0;
-  /// Time passes: comes four times a second from Ask to End.
-  virtual void OnTick() noexcept = 0;
+  /// Time passes: comes from Ask to End, four times a second or, once nothing but the partner's end is waited for,
+  /// every 1.7 seconds. Returns whether anything else is.
+  virtual bool OnTick() noexcept = 0;
 };
 
 /// The published DDE messages between a hidden window of ours and one partner, as the client sees them. Nothing waits

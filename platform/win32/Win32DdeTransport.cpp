@@ -17,6 +17,7 @@ constexpr const char* kClassName = "FonklavTAPI.Link";
 // A partner that is killed says nothing, so it has to be looked at now and then.
 constexpr UINT_PTR kTick = 1;             ///< the number of the window's timer
 constexpr UINT kTickTime = 250;           ///< milliseconds
+constexpr UINT kIdleTickTime = 1700;      ///< as rarely as still shows within 2 seconds that the partner has gone
 constexpr ULONGLONG kFarewellTime = 500;  ///< for the partner to answer our end, in milliseconds
 
 // Posted to our own window. Of the messages that come from a server, the answer to WM_DDE_INITIATE alone is sent and
@@ -112,7 +113,7 @@ bool Win32DdeTransport::Ask(std::string_view application, std::string_view topic
   // EnumWindows lists the top-level windows, which a broadcast would reach as well.
   toDealWith_ = 1;  // this function itself: nobody has declined before everybody was asked
   EnumWindows(&AskWindow, reinterpret_cast<LPARAM>(this));
-  SetTimer(window_.Get(), kTick, kTickTime, nullptr);
+  Tick(kTickTime);
   return PostMessageA(window_.Get(), kDealtWithMessage, 0, 0) != FALSE;
 }
 
@@ -157,7 +158,12 @@ DdeExecute Win32DdeTransport::PostExecute(std::string_view bytes) {
     posted_.pop_back();
     return 0;
   }
+  Tick(kTickTime);  // an answer is waited for
   return ++lastExecute_;
+}
+
+void Win32DdeTransport::Tick(UINT interval) {
+  if (std::exchange(tickTime_, interval) != interval) SetTimer(window_.Get(), kTick, interval, nullptr);
 }
 
 void Win32DdeTransport::End() noexcept {
@@ -183,7 +189,8 @@ bool Win32DdeTransport::PostToPartner(UINT message, LPARAM lParam) const {
 
 bool Win32DdeTransport::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
   if (message == WM_TIMER) {
-    if (sink_ != nullptr) sink_->OnTick();
+    const bool awaited = sink_ != nullptr && sink_->OnTick();
+    if (sink_ != nullptr) Tick(awaited ? kTickTime : kIdleTickTime);  // not where it has ended the conversation
   } else if (message == kDealtWithMessage) {
     OnDealtWith();
   } else if (message == kAnsweredMessage) {

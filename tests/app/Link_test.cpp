@@ -52,7 +52,9 @@ TEST(Link, OnlyAnswersToWhatIsOutCount) {
   dialer->Command("debug|1");
   const auto execute = dialer->dde.posted.back();
   dialer->dde.Sink().OnExecuteAck(77, 0);
+  EXPECT_TRUE(dialer->dde.Sink().OnTick()) << "ticks come fast while an answer is out";
   dialer->dde.Sink().OnExecuteAck(execute, kDdeAckPositive);
+  EXPECT_FALSE(dialer->dde.Sink().OnTick());
   dialer->dde.Sink().OnExecuteAck(execute, 0);
   dialer->dde.Sink().OnAdviseAck(0);
   EXPECT_TRUE(StillLinked(*dialer));
