@@ -54,9 +54,11 @@ class Session:
     """One dialer and one stand-in. Everything that belongs to the session lies in its folder: the program as it was
     built, its settings and logs, the simulator's log. `scenario` is a file that the line simulator reads; `tapi` says
     which telephony library Wine offers ("n,b" the simulator, "" none); `messages` lets the stand-in speak the DDE
-    messages itself and not through the system's library; `hear` is told each line at once."""
+    messages itself and not through the system's library; `control` has the simulator look for orders, which wakes the
+    dialer all the time; `hear` is told each line at once."""
 
-    def __init__(self, env, build, folder, scenario=None, tapi="n,b", messages=False, hear=None):
+    def __init__(self, env, build, folder, scenario=None, tapi="n,b", messages=False, control=False,
+                 hear=None):
         self.env, self.build, self.folder = env, Path(build), Path(folder)
         self.lines = []
         self._hear = hear or (lambda line: None)
@@ -72,7 +74,7 @@ class Session:
         self._environ = env.environ(WINEDLLOVERRIDES=f"mscoree,mshtml=;tapi32={tapi}",
                                     FONKLAV_SIM_SCENARIO=windows_path(scenario) if scenario else "",
                                     FONKLAV_SIM_LOG=windows_path(self.sim_log),
-                                    FONKLAV_SIM_CONTROL=windows_path(self.sim_control))
+                                    FONKLAV_SIM_CONTROL=windows_path(self.sim_control) if control else "")
         self._speech = ["--messages"] if messages else []
         self.suite = None
 
@@ -282,6 +284,12 @@ def wait_until(what, met, seconds=5):
         assert time.monotonic() < end, f"not within {seconds} s: {what}"
         time.sleep(0.02)
     return found
+
+
+def private_kb(pid):
+    """Memory that only this process has, in KB."""
+    text = Path(f"/proc/{pid}/smaps_rollup").read_text()
+    return sum(int(number) for number in re.findall(r"^Private_(?:Clean|Dirty): +(\d+) kB", text, re.M))
 
 
 def process_ids():

@@ -7,6 +7,7 @@ namespace fonklav {
 
 namespace {
 
+constexpr UINT_PTR kTick = 1;
 constexpr UINT kTickMs = 10;
 constexpr unsigned kTicksPerControl = 5;  // opening a file is dear, and nobody says two things within 50 ms
 constexpr const wchar_t* kWindowClass = L"FonklavLineSimulator";
@@ -71,8 +72,13 @@ StandIn::Window StandIn::MakeWindow() {
       CreateWindowExW(0, kWindowClass, L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, windowClass.hInstance, nullptr));
   if (!window) return window;
   SetWindowLongPtrW(window.get(), GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
-  SetTimer(window.get(), 1, kTickMs, nullptr);
+  SetTimer(window.get(), kTick, kTickMs, nullptr);
   return window;
+}
+
+void StandIn::OnEntry(std::string_view /*function*/) {
+  MoveClock(Elapsed());
+  if (window_ && controlPath_.empty()) SetTimer(window_.get(), kTick, kTickMs, nullptr);
 }
 
 LONG StandIn::Initialize(HLINEAPP& app, LineCallback callback, const char* name, std::uint32_t& devices,
@@ -104,6 +110,8 @@ LRESULT CALLBACK StandIn::WindowProc(HWND window, UINT message, WPARAM wParam, L
 void StandIn::OnTimer() {
   if (!controlPath_.empty() && ++ticks_ % kTicksPerControl == 0) ReadControl();
   ForgetCalls();  // the log has them
+  // Before the program's next call nothing can come, and a program that sleeps is to be left asleep.
+  if (controlPath_.empty() && WaitingMessages() == 0) KillTimer(window_.get(), kTick);
   DeliverOne(Elapsed());
 }
 

@@ -30,7 +30,7 @@ class StandIn final : public LineSimulator {
   LONG Shutdown(HLINEAPP app);
 
  protected:
-  void OnEntry(std::string_view /*function*/) override { MoveClock(Elapsed()); }
+  void OnEntry(std::string_view function) override;
 
  private:
   struct WindowCloser {
