@@ -35,14 +35,9 @@ bool DdeConversation::Send(std::string_view bytes) {
 }
 
 bool DdeConversation::OnTick() noexcept {
-  if (state_ == State::Asking) {
-    WatchQuestion();
-  } else if (Connected() && !transport_.PartnerAlive()) {
-    EndWith(&LinkEvents::txtDDE_LinkClose);
-  } else if (Connected()) {
-    WatchAdvise();
-    WatchAnswers();
-  }
+  if (state_ == State::Asking) WatchQuestion();
+  if (Connected() && !transport_.PartnerAlive()) EndWith(&LinkEvents::txtDDE_LinkClose);
+  if (Connected()) WatchAnswers();
   return state_ != State::Linked || !outstanding_.empty();
 }
 
@@ -52,11 +47,8 @@ void DdeConversation::WatchQuestion() noexcept {
   if (asked > kPatience && !std::exchange(late_, true)) events_->txtDDE_LinkLate();
 }
 
-void DdeConversation::WatchAdvise() noexcept {
-  if (busy_ && clock_.Ticks() - since_ >= kBusyTime) Advise();
-}
-
 void DdeConversation::WatchAnswers() noexcept {
+  if (busy_ && clock_.Ticks() - since_ >= kBusyTime) Advise();
   // What has failed by silence is forgotten: its late answer changes nothing any more.
   const auto overdue = [now = clock_.Ticks()](const Outstanding& sent) { return now - sent.sent >= kAnswerTime; };
   if (std::erase_if(outstanding_, overdue) != 0) events_->txtDDE_SendFailed();

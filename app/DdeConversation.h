@@ -90,7 +90,6 @@ class DdeConversation : public DdeSink {
 
   [[nodiscard]] bool Connected() const { return state_ == State::Advising || state_ == State::Linked; }
   void WatchQuestion() noexcept;
-  void WatchAdvise() noexcept;
   void WatchAnswers() noexcept;
   void Advise() noexcept;
   void EndWith(void (LinkEvents::*event)() noexcept) noexcept;

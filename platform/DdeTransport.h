@@ -30,8 +30,8 @@ class DdeSink {
   virtual void OnData(std::string bytes) noexcept = 0;
   /// WM_DDE_TERMINATE.
   virtual void OnTerminate() noexcept = 0;
-  /// Time passes: comes from Ask to End, four times a second or, once nothing but the partner's end is waited for,
-  /// every 1.7 seconds. Returns whether anything else is.
+  /// Time passes: comes from Ask to End, four times a second. Returns whether anything but the end of the partner is
+  /// waited for: if not, the next one comes after 1.7 seconds.
   virtual bool OnTick() noexcept = 0;
 };
 

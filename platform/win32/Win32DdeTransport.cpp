@@ -113,7 +113,7 @@ bool Win32DdeTransport::Ask(std::string_view application, std::string_view topic
   // EnumWindows lists the top-level windows, which a broadcast would reach as well.
   toDealWith_ = 1;  // this function itself: nobody has declined before everybody was asked
   EnumWindows(&AskWindow, reinterpret_cast<LPARAM>(this));
-  Tick(kTickTime);
+  SetTimer(window_.Get(), kTick, kTickTime, nullptr);
   return PostMessageA(window_.Get(), kDealtWithMessage, 0, 0) != FALSE;
 }
 
@@ -158,12 +158,7 @@ DdeExecute Win32DdeTransport::PostExecute(std::string_view bytes) {
     posted_.pop_back();
     return 0;
   }
-  Tick(kTickTime);  // an answer is waited for
   return ++lastExecute_;
-}
-
-void Win32DdeTransport::Tick(UINT interval) {
-  if (std::exchange(tickTime_, interval) != interval) SetTimer(window_.Get(), kTick, interval, nullptr);
 }
 
 void Win32DdeTransport::End() noexcept {
@@ -189,8 +184,9 @@ bool Win32DdeTransport::PostToPartner(UINT message, LPARAM lParam) const {
 
 bool Win32DdeTransport::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
   if (message == WM_TIMER) {
-    const bool awaited = sink_ != nullptr && sink_->OnTick();
-    if (sink_ != nullptr) Tick(awaited ? kTickTime : kIdleTickTime);  // not where it has ended the conversation
+    const UINT wanted = sink_ != nullptr && !sink_->OnTick() ? kIdleTickTime : kTickTime;
+    // Not where the sink has ended the conversation, and with it the ticks.
+    if (sink_ != nullptr && wanted != tickTime_) SetTimer(window_.Get(), kTick, tickTime_ = wanted, nullptr);
   } else if (message == kDealtWithMessage) {
     OnDealtWith();
   } else if (message == kAnsweredMessage) {

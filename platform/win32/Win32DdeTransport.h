@@ -58,8 +58,6 @@ class Win32DdeTransport final : public DdeTransport {
   void OnTerminate();
   void AnswerData(LPARAM lParam, UINT_PTR item, bool accepted);
   [[nodiscard]] bool Talking() const { return partner_ != nullptr && !ended_; }
-  /// Ticks at this interval, in milliseconds, from now on.
-  void Tick(UINT interval);
   /// Posts to the partner. When this is false nothing was posted, and what the message carries is still ours to free.
   [[nodiscard]] bool PostToPartner(UINT message, LPARAM lParam) const;
 
@@ -74,7 +72,7 @@ class Win32DdeTransport final : public DdeTransport {
   std::size_t toDealWith_{0};  ///< windows that still have the question before them
   HWND partner_{nullptr};      ///< set once, and kept after the end so that the farewell is heard
   DWORD partnerThread_{0};
-  UINT tickTime_{0};          ///< milliseconds from tick to tick
+  UINT tickTime_{0};          ///< of the timer, once it has been changed
   bool ended_{false};         ///< by us
   bool partnerEnded_{false};  ///< the partner has told the end
   UniqueMemory adviseOptions_;
