@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""The whole program under Wine, beside one of the same compiler that only makes a window. Prints a JSON list of rows for
-scripts/bench. Wants the preset win64 built.
+"""The whole program under Wine, beside one of the same compiler that only makes a window. Prints a JSON list of rows
+for scripts/bench. Wants the preset win64 built.
 
 bench_program.py [REPETITIONS [SECONDS]]     pairs of starts, 15 unless said otherwise; the length of the idle time, 60
 """
@@ -9,6 +9,7 @@ import shutil
 import statistics
 import sys
 import time
+from contextlib import redirect_stdout
 from pathlib import Path
 
 sys.dont_write_bytecode = True
@@ -78,31 +79,36 @@ def idle(env, seconds):
     return [100 * busy / span for span, busy, _ in spans], [60 * woken / span for span, _, woken in spans]
 
 
-def row(work, goal, ours, floor):
-    """Medians. The ratio's spread is half of what the middle half of the pairs takes up."""
-    low, _, high = statistics.quantiles(mine / its for mine, its in zip(ours, floor))
-    ratio, spread = statistics.median(ours) / statistics.median(floor), (high - low) / 2
-    return {"work": work, "floor": statistics.median(floor), "peer": None, "ours": round(statistics.median(ours), 4),
-            "ratio": round(ratio, 3), "goal": goal, "ok": ratio <= goal + spread, "spread": round(spread, 3)}
+def row(work, unit, ours, goal, floor=None):
+    """Medians, beside the floor or, where there is none, the goal. The ratio's spread is half of what the middle half
+    of the pairs takes up."""
+    base, most = (floor, goal) if floor else ([goal] * len(ours), 1)
+    low, _, high = statistics.quantiles(mine / its for mine, its in zip(ours, base))
+    ratio, spread = statistics.median(ours) / statistics.median(base), (high - low) / 2
+    return {"work": work, "floor": floor and f"{statistics.median(floor):g} {unit}", "peer": None,
+            "ours": f"{statistics.median(ours):.4g} {unit}", "ratio": ratio,
+            "goal": f"≤ {goal} {'×' if floor else unit}", "ok": ratio <= most + spread, "spread": spread}
 
 
 def main():
     repetitions, seconds = (int(given) for given in (sys.argv[1:] + ["15", "60"][len(sys.argv) - 1:]))
     env = WineEnv(BUILD / "wine")
-    env.start()
-    env.install_tapi(BUILD / "sim/tapi32.dll")
     try:
+        with redirect_stdout(sys.stderr):  # the rows alone are for whoever reads this
+            env.start()
+        env.install_tapi(BUILD / "sim/tapi32.dll")
         starts = [[start_ms(env, bare) for bare in (False, True)] for _ in range(repetitions)]
         memory = [[memory_kb(env, bare) for bare in (False, True)] for _ in range(IDLE_PARTS)]
         busy, woken = idle(env, seconds)
     finally:
         env.stop()
+    (times, floor_times), (sizes, floor_sizes) = zip(*starts), zip(*memory)
     print(json.dumps([
-        row("start under Wine, ms less the two timers; floor: one window", 1.3, *zip(*starts)),
-        row("private memory, hidden and idle, KB; floor: one window", 1.4, *zip(*memory)),
-        row("processor in an idle minute, linked, %; floor: 0.02", 1.0, busy, [0.02] * IDLE_PARTS),
-        row("wake-ups in an idle minute, linked; floor: 260", 1.0, woken, [260] * IDLE_PARTS),
-    ], indent=1))
+        row("start under Wine, less the two timers; floor: one window", "ms", times, 1.3, floor_times),
+        row("private memory, hidden and idle; floor: one window", "KB", sizes, 1.4, floor_sizes),
+        row("processor in an idle minute, linked", "%", busy, 0.02),
+        row("wake-ups in an idle minute, linked", "times", woken, 260),
+    ], ensure_ascii=False, indent=1))
 
 
 if __name__ == "__main__":

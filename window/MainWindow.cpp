@@ -177,7 +177,7 @@ void MainWindow::FormChanged() {
   if (controls_ == nullptr) return;
   const Scope scope(showing_);
   ShowText(window_.Get(), Wide(controls_->form.Caption()));
-  Place();
+  if (controls_->form.Visible()) Place();  // screens are asked for when there is something to see on them
   for (const ControlId frame : {ControlId::frmInfo0, ControlId::frmInfo1}) ControlChanged(frame);
   ShowForm(controls_->form.Visible());
 }
