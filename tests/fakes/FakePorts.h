@@ -6,7 +6,6 @@
 #include <functional>
 #include <map>
 #include <string>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -46,38 +45,33 @@ class FakeCodePage : public CodePage, public CanFail {
   [[nodiscard]] std::string ToBytes(std::string_view text) const override {
     Step();
     std::string bytes;
-    for (const std::string_view character : Characters(text)) {
-      const char other = static_cast<unsigned char>(character[0]) < 0x80 ? character[0] : '?';
-      const auto held = other == '?' ? Places().find(character) : Places().end();
-      bytes += held == Places().end() ? other : held->second;
-    }
+    EachCharacter(text, [&](std::string_view character) {
+      if ((character[0] & 0x80) == 0) return bytes.push_back(character[0]);
+      const auto held = std::ranges::find(Upper(), character);
+      bytes += held == Upper().end() ? '?' : static_cast<char>(0x80 + (held - Upper().begin()));
+    });
     return bytes;
   }
 
  private:
-  /// The characters of a text in UTF-8. One that breaks off takes nothing of the next one with it.
-  static std::vector<std::string_view> Characters(std::string_view text) {
-    std::vector<std::string_view> characters;
+  /// Hands over the characters of a text in UTF-8. One that breaks off takes nothing of the next one with it.
+  static void EachCharacter(std::string_view text, const std::function<void(std::string_view)>& take) {
     for (std::size_t start = 0, end = 1; start < text.size(); start = end++) {
       while (end < text.size() && (text[end] & 0xC0) == 0x80) ++end;
-      characters.push_back(text.substr(start, end - start));
+      take(text.substr(start, end - start));
     }
-    return characters;
   }
   /// What the bytes from 0x80 on stand for.
   static const std::vector<std::string_view>& Upper() {
-    static const std::vector<std::string_view> upper = Characters(
-        "€\u0081‚ƒ„…†‡ˆ‰Š‹Œ\u008dŽ\u008f\u0090‘’“”•–—˜™š›œ\u009džŸ"
-        "\u00a0¡¢£¤¥¦§¨©ª«¬\u00ad®¯°±²³´µ¶·¸¹º»¼½¾¿ÀÁÂÃÄÅÆÇÈÉÊËÌÍÎÏÐÑÒÓÔÕÖ×ØÙÚÛÜÝÞßàáâãäåæçèéêëìíîïðñòóôõö÷øùúûüýþÿ");
-    return upper;
-  }
-  static const std::unordered_map<std::string_view, char>& Places() {
-    static const auto places = [] {
-      std::unordered_map<std::string_view, char> made;
-      for (const std::string_view character : Upper()) made.emplace(character, static_cast<char>(0x80 + made.size()));
+    static const std::vector<std::string_view> upper = [] {
+      std::vector<std::string_view> made;
+      EachCharacter(
+          "€\u0081‚ƒ„…†‡ˆ‰Š‹Œ\u008dŽ\u008f\u0090‘’“”•–—˜™š›œ\u009džŸ"
+          "\u00a0¡¢£¤¥¦§¨©ª«¬\u00ad®¯°±²³´µ¶·¸¹º»¼½¾¿ÀÁÂÃÄÅÆÇÈÉÊËÌÍÎÏÐÑÒÓÔÕÖ×ØÙÚÛÜÝÞßàáâãäåæçèéêëìíîïðñòóôõö÷øùúûüýþÿ",
+          [&](std::string_view character) { made.push_back(character); });
       return made;
     }();
-    return places;
+    return upper;
   }
 };
 
