@@ -6,6 +6,7 @@
 #include "platform/Telephony.h"
 #include "tapi/CvbTAPILine.h"
 #include "tapi/Numbers.h"
+#include "tapi/PhoneNumber.h"
 #include "tapi/StructReader.h"
 #include "util/Procedure.h"
 #include "util/Text.h"
@@ -16,17 +17,26 @@ namespace {
 
 constexpr std::size_t kTranslateOutputSize = 1064;  ///< the fixed part (40 bytes) and room for both strings
 
-/// Blanks at the ends go, "/" counts as a blank, and short runs of blanks become one. Two passes only: a run of more
-/// than four keeps some.
-std::string FoldBlanks(const std::string& number) {
+/// The text that an output structure names by offset and size, without its terminating NUL; false when the structure
+/// names none, or one that leaves it. The strings stand behind the fixed part.
+bool TakeString(const StructReader& reader, const CodePage& codePage, std::uint32_t offset, std::uint32_t size,
+                std::string& text) {
+  if (Signed(size) < 1 || std::cmp_less(Signed(offset), sizeof(LINETRANSLATEOUTPUT))) return false;
+  const std::string_view bytes = reader.Bytes(offset, size);
+  if (bytes.empty()) return false;
+  text = codePage.ToText(bytes.substr(0, bytes.size() - 1));
+  return true;
+}
+
+}  // namespace
+
+std::string FoldBlanks(std::string_view number) {
   std::string folded = ReplaceAll(TrimBlanks(number), "/", " ");
   for (int pass = 0; pass < 2; ++pass) folded = ReplaceAll(folded, "  ", " ");
   return folded;
 }
 
-/// "49 30 1234567" becomes "+49(30)1234567". Deliberately simple: the first two blanks become the brackets whatever
-/// stands between them, and without a second blank the rest of the number is lost.
-std::string BracketAreaCode(const std::string& number) {
+std::string BracketAreaCode(std::string_view number) {
   std::string spaced = ReplaceAll(ReplaceAll(number, "(", " "), ")", " ");
   std::string bracketed = "+";
   std::size_t start = 0;
@@ -41,19 +51,6 @@ std::string BracketAreaCode(const std::string& number) {
   }
   return bracketed;
 }
-
-/// The text that an output structure names by offset and size, without its terminating NUL; false when the structure
-/// names none, or one that leaves it. The strings stand behind the fixed part.
-bool TakeString(const StructReader& reader, const CodePage& codePage, std::uint32_t offset, std::uint32_t size,
-                std::string& text) {
-  if (Signed(size) < 1 || std::cmp_less(Signed(offset), sizeof(LINETRANSLATEOUTPUT))) return false;
-  const std::string_view bytes = reader.Bytes(offset, size);
-  if (bytes.empty()) return false;
-  text = codePage.ToText(bytes.substr(0, bytes.size() - 1));
-  return true;
-}
-
-}  // namespace
 
 std::string CvbTAPILine::TransformPhoneNumber(const std::string& number) {
   return Procedure(services_.diagnostics, "CvbTAPILine.TransformPhoneNumber", {number}, std::string{},
