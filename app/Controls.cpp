@@ -1,8 +1,8 @@
 #include "app/Controls.h"
 
 #include <algorithm>
-#include <set>
 #include <string_view>
+#include <unordered_set>
 #include <utility>
 
 #include "app/FormView.h"
@@ -65,7 +65,7 @@ std::size_t CheckList::TickedCount() const {
 }
 
 void CheckList::AddNew(const std::vector<std::string>& names) {
-  std::set<std::string_view> known;
+  std::unordered_set<std::string_view> known;
   for (const Entry& entry : entries_) known.insert(entry.text);
   std::vector<Entry> added;
   for (const std::string& name : names) {
@@ -77,7 +77,7 @@ void CheckList::AddNew(const std::vector<std::string>& names) {
 }
 
 void CheckList::RemoveGone(const std::vector<std::string>& names) {
-  const std::set<std::string_view> known(names.begin(), names.end());
+  const std::unordered_set<std::string_view> known(names.begin(), names.end());
   std::vector<Entry> kept;
   bool removed = false;
   for (Entry& entry : entries_) {

@@ -11,7 +11,7 @@
 namespace fonklav {
 namespace {
 
-constexpr std::string_view kSeparator = "|";
+constexpr char kSeparator = '|';
 
 /// One command: its first field, its second where that is part of the name, and which field is its argument.
 struct CommandRow {
@@ -32,17 +32,21 @@ constexpr std::array kCommands{
 };
 
 /// In the order of Sender. The odd ones out are what the suite's main programs know.
-constexpr std::array kTags{"", "|SetLine", "|cmdHangUp_Click", "|cmdWahl_Click 1", "|cmdWahl_Click 2", "|Idle"};
+constexpr std::array<std::string_view, 6> kTags{
+    "", "|SetLine", "|cmdHangUp_Click", "|cmdWahl_Click 1", "|cmdWahl_Click 2", "|Idle"};
 
-std::string TagOf(Sender sender) { return kTags.at(static_cast<std::size_t>(sender)); }
+std::string_view TagOf(Sender sender) { return kTags.at(static_cast<std::size_t>(sender)); }
 
 const char* Digit(bool flag) { return flag ? "1" : "0"; }
 
 }  // namespace
 
 CommandMessage ParseCommand(std::string_view value) {
-  // Two separators more, so that the fields that a command leaves out are there, empty.
-  const std::vector<std::string> fields = Split(std::string(value) + "||", kSeparator);
+  std::array<std::string_view, 3> fields;  // those that a command leaves out stay empty
+  for (std::string_view& field : fields) {
+    field = value.substr(0, value.find(kSeparator));
+    value.remove_prefix(std::min(field.size() + 1, value.size()));
+  }
   const auto row = std::ranges::find_if(kCommands, [&](const CommandRow& candidate) {
     return candidate.name == fields[0] && (!candidate.detail || *candidate.detail == fields[1]);
   });
@@ -50,9 +54,10 @@ CommandMessage ParseCommand(std::string_view value) {
   return {row->command, fields[row->argument]};
 }
 
-void Reports::DDEexecute(const std::string& message, const std::string& tag) {
+void Reports::DDEexecute(std::string_view message, std::string_view tag) {
   Procedure(diagnostics_, "DDEexecute", {message, tag}, [&] {
-    if (!link_.Send(codePage_.ToBytes(message + tag))) linkOpen_ = false;
+    const std::string bytes = codePage_.ToBytes(message) + codePage_.ToBytes(tag);
+    if (!link_.Send(bytes)) linkOpen_ = false;
   });
 }
 

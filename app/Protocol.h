@@ -27,7 +27,7 @@ enum class Command {
 /// A value of the linked item, understood.
 struct CommandMessage {
   Command command{Command::Unknown};
-  std::string argument;
+  std::string_view argument;  ///< a part of the value
 };
 
 /// Understands a value of the linked item; names are compared as they stand, case and all.
@@ -74,7 +74,7 @@ class Reports {
   void SettingsChanged();
 
  private:
-  void DDEexecute(const std::string& message, const std::string& tag = {});
+  void DDEexecute(std::string_view message, std::string_view tag = {});
   void Show(const std::string& line);
   void TellFailure(const std::string& line, std::string_view what);
 

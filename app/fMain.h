@@ -90,8 +90,8 @@ class fMain final : public FormInput, private LineEvents, private LinkEvents {
   void txtDDE_Change();
   void Obey(const CommandMessage& message);
   void ShowSettings();
-  void Dial(const std::string& number);
-  void SetDebugFlag(const std::string& flag);
+  void Dial(std::string_view number);
+  void SetDebugFlag(std::string_view flag);
   void txtDDE_LinkLate() noexcept override;
   void txtDDE_LinkFailed() noexcept override;
   void txtDDE_LinkOpen() noexcept override;
@@ -139,7 +139,9 @@ class fMain final : public FormInput, private LineEvents, private LinkEvents {
   [[nodiscard]] LinePointer Line(int line = __builtin_LINE()) const;
   [[nodiscard]] bool LineIsOpen() const { return tapiline_ && tapiline_->IsOpen(); }
   void ReleaseLine();
-  void DebugLine(std::string_view text) const { DebugTapi(services_.diagnostics, text); }
+  void DebugLine(std::string_view text, std::string_view detail = {}) const {
+    DebugTapi(services_.diagnostics, text, detail);
+  }
 
   FormServices services_;
   FormControls& controls_;

@@ -108,7 +108,7 @@ void fMain::tapiline_MakeCallResult(std::int32_t errorCode) {
       return reports_.Answer(texts_.call);
     }
     const std::string line = "Call Error: " + Line()->ErrorString(errorCode);
-    DebugLine("TAPIMakeCallResult - " + line);
+    DebugLine("TAPIMakeCallResult - ", line);
     reports_.FailedAnswer(line, "Call Error");
   });
 }
@@ -117,7 +117,7 @@ void fMain::tapiline_DropCallResult(std::int32_t errorCode) {
   Procedure(services_.diagnostics, "fMain.tapiline_DropCallResult", {errorCode}, [&] {
     const bool dropped = errorCode == 0;
     const std::string line = dropped ? "Call Dropped" : "Call Drop Error: " + Line()->ErrorString(errorCode);
-    DebugLine("TAPIDropCallResult -  " + line);
+    DebugLine("TAPIDropCallResult -  ", line);
     if (dropped) return reports_.Answer(line);
     reports_.FailedAnswer(line, "Drop Error");
   });

@@ -36,7 +36,7 @@ void fMain::ReportMissingLine() {
   const std::string caption =
       stored.empty() ? texts_.noDeviceSelected : texts_.device + " " + stored + " " + texts_.unavailable;
   controls_[lbLineIDActive].Text(caption);
-  DebugLine("SetLine - " + caption);
+  DebugLine("SetLine - ", caption);
   reports_.Line(caption);
   if (!stored.empty()) reports_.Log(caption);
 }
@@ -48,7 +48,7 @@ void fMain::ReportBoundLine(std::int16_t id) {
   controls_.tmStart[2].Enabled(true);
   const std::string caption = WithoutNul(Line()->LineName());
   controls_[lbLineIDActive].Text(caption);
-  DebugLine("SetLine - " + caption);
+  DebugLine("SetLine - ", caption);
   reports_.Line(caption);
 }
 

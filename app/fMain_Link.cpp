@@ -28,7 +28,7 @@ std::string_view Mantissa(std::string_view number) {
 
 /// The words True and False in any case, or a number, of which every one but zero is true. Throws RunTimeError 13 for
 /// anything else.
-bool ToBoolean(const std::string& text, const NumberSeparators& separators, int line = __builtin_LINE()) {
+bool ToBoolean(std::string_view text, const NumberSeparators& separators, int line = __builtin_LINE()) {
   if (EqualsIgnoringCase(text, "true")) return true;
   if (EqualsIgnoringCase(text, "false")) return false;
   const std::string_view mantissa = Mantissa(TrimBlanks(text));
@@ -42,7 +42,7 @@ void fMain::txtDDE_Change() {
   Procedure(services_.diagnostics, "txtDDE_Change", {txtDDE_}, [&] {
     const std::string text = txtDDE_;
     if (text.empty()) return;  // the main program clears the item between its commands
-    DebugLine("DDE Execute - " + text);
+    DebugLine("DDE Execute - ", text);
     Obey(ParseCommand(text));
   });
 }
@@ -50,14 +50,14 @@ void fMain::txtDDE_Change() {
 void fMain::Obey(const CommandMessage& message) {
   struct Row {
     Command command;
-    void (*act)(fMain& form, const std::string& argument);
+    void (*act)(fMain& form, std::string_view argument);
   };
   static constexpr std::array kActions{
-      Row{Command::Settings, [](fMain& form, const std::string&) { form.ShowSettings(); }},
-      Row{Command::Unload, [](fMain& form, const std::string&) { form.cmdExit_Click(); }},
-      Row{Command::Call, [](fMain& form, const std::string& number) { form.Dial(number); }},
-      Row{Command::HangUp, [](fMain& form, const std::string&) { form.cmdHangUp_Click(); }},
-      Row{Command::DebugFlag, [](fMain& form, const std::string& flag) { form.SetDebugFlag(flag); }},
+      Row{Command::Settings, [](fMain& form, std::string_view) { form.ShowSettings(); }},
+      Row{Command::Unload, [](fMain& form, std::string_view) { form.cmdExit_Click(); }},
+      Row{Command::Call, [](fMain& form, std::string_view number) { form.Dial(number); }},
+      Row{Command::HangUp, [](fMain& form, std::string_view) { form.cmdHangUp_Click(); }},
+      Row{Command::DebugFlag, [](fMain& form, std::string_view flag) { form.SetDebugFlag(flag); }},
   };
   if (message.command == Command::Unknown) return;
   reports_.Acknowledge();
@@ -65,12 +65,12 @@ void fMain::Obey(const CommandMessage& message) {
   if (row != kActions.end()) row->act(*this, message.argument);
 }
 
-void fMain::Dial(const std::string& number) {
-  controls_[txtNumber].Text(number);
+void fMain::Dial(std::string_view number) {
+  controls_[txtNumber].Text(std::string(number));
   cmdWahl_Click();
 }
 
-void fMain::SetDebugFlag(const std::string& flag) { DebugFlag_ = ToBoolean(flag, services_.numberLocale.Separators()); }
+void fMain::SetDebugFlag(std::string_view flag) { DebugFlag_ = ToBoolean(flag, services_.numberLocale.Separators()); }
 
 void fMain::ShowSettings() {
   controls_.form.Visible(true);
@@ -84,7 +84,7 @@ void fMain::txtDDE_LinkLate() noexcept {
 
 void fMain::txtDDE_LinkFailed() noexcept {
   Procedure(services_.diagnostics, "fMain.txtDDE_LinkFailed", {}, [&] {
-    DebugLine(std::string("Init DDE - ERROR=") + ErrorText(ErrorNumber::NoForeignApplication));
+    DebugLine("Init DDE - ERROR=", ErrorText(ErrorNumber::NoForeignApplication));
     EndLinkStage();
   });
 }

@@ -41,7 +41,7 @@ void fMain::Unload(UnloadMode mode) {
 void fMain::Form_QueryUnload(bool& cancel, UnloadMode mode) {
   const int number = static_cast<int>(mode);
   Procedure(services_.diagnostics, "fMain.Form_QueryUnload", {cancel, number}, [&] {
-    DebugLine("FormFonklav_QueryUnload - Param=" + std::to_string(number));
+    DebugLine("FormFonklav_QueryUnload - Param=", std::to_string(number));
     const bool ours = mode == UnloadMode::UserClosed || mode == UnloadMode::Code;
     if (!ours || !LinkOpenFlag_) return;
     DebugLine("FormFonklav_QueryUnload - Cancel");

@@ -30,7 +30,7 @@ bool fMain::Form_Load() {
   return Procedure(services_.diagnostics, "fMain.Form_Load", {}, false, [&](bool& loaded) {
     services_.lineFunctions.ResetTable();
     services_.config.languagePrivate.LoadTexts();
-    DebugLine("Start - Param=" + services_.process.CommandLine());
+    DebugLine("Start - Param=", services_.process.CommandLine());
     if (!ReadCommandLine()) return;
     loaded = true;
     Language();
@@ -136,7 +136,7 @@ void fMain::StageWithoutLine() {
 void fMain::ReportFirstFailure() {
   TAPICheckShownFlag_ = true;
   const std::string text = Line()->ErrorString(Line()->LastError());
-  DebugLine("TAPI check - Message=" + text);
+  DebugLine("TAPI check - Message=", text);
   reports_.Trouble(text, kCrLf);
   reports_.Trouble(texts_.checkTapi, "");
 }
@@ -144,7 +144,7 @@ void fMain::ReportFirstFailure() {
 void fMain::ReportWrongVersion() {
   StageWithoutLine();
   controls_[lbLineIDActive].Text(texts_.errorVersion);
-  DebugLine("TAPI check - Lower version Message=" + texts_.errorVersion);
+  DebugLine("TAPI check - Lower version Message=", texts_.errorVersion);
   reports_.NoTelephony(texts_.errorVersion);
 }
 

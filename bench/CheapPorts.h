@@ -4,9 +4,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <algorithm>
-#include <memory>
-#include <string>
+#include <map>
+#include <stdexcept>
 
 #include "app/Program.h"
 #include "tests/fakes/FakeSystem.h"
@@ -14,7 +13,9 @@
 // Ports that do next to nothing, so that what is measured is the program.
 namespace fonklav::bench {
 
-inline constexpr const char* kNumber = "0301234567";
+inline void Check(bool done) {
+  if (!done) throw RunTimeError(ErrorNumber::DeviceIOError);
+}
 
 struct CheapCodePage : CodePage {
   [[nodiscard]] std::string ToText(std::string_view bytes) const override { return std::string(bytes); }
@@ -22,70 +23,67 @@ struct CheapCodePage : CodePage {
 };
 
 struct CheapDde : test::FakeDdeTransport {
-  DdeExecute PostExecute(std::string_view) override { return ++last; }
-  DdeExecute last{0};
+  DdeExecute PostExecute(std::string_view) override { return ++posts; }
+  DdeExecute posts{0};
 };
 
 /// Every file is there, empty, and takes everything.
 struct NoDisk : FileSystem {
-  [[nodiscard]] std::optional<std::uint32_t> GetAttributesA(const std::string&) const override { return 0x20; }
-  [[nodiscard]] std::optional<std::uint32_t> GetAttributesW(const std::string&) const override { return 0x20; }
+  using Facts = std::optional<FileAttributes>;
+  [[nodiscard]] Facts GetAttributesA(const std::string&) const override { return FileAttributes{0x20, 0}; }
+  [[nodiscard]] Facts GetAttributesW(const std::string& path) const override { return GetAttributesA(path); }
   bool DeleteA(const std::string&) override { return true; }
   [[nodiscard]] std::unique_ptr<FileLock> Lock(const std::string&) override { return std::make_unique<FileLock>(); }
   [[nodiscard]] std::string Read(const std::string&) const override { return {}; }
-  [[nodiscard]] std::uint64_t Length(const std::string&) const override { return 0; }
   void Write(const std::string&, std::string_view) override {}
-  void Append(const std::string&, std::string_view) override {
-    if (full) throw RunTimeError(ErrorNumber::DiskFull);
-  }
+  void Append(const std::string&, std::string_view) override {}
   void Replace(const std::string&, std::string_view) override {}
-  bool full{false};
 };
 
-/// One real file, whatever name is asked for, by the calls that the Windows adapter makes.
+/// One real file, whatever name is asked for, by the calls that the Windows adapter makes; or a full disk.
 struct OneFile : NoDisk {
   OneFile() { Put(kPath, O_TRUNC, {}); }
-  [[nodiscard]] std::optional<std::uint32_t> GetAttributesA(const std::string&) const override {
+  [[nodiscard]] Facts GetAttributesA(const std::string&) const override {
     struct stat status {};
-    return stat(kPath, &status) == 0 ? std::optional<std::uint32_t>(0x20) : std::nullopt;
+    Check(stat(kPath, &status) == 0);
+    return FileAttributes{0x20, static_cast<std::uint64_t>(status.st_size)};
   }
   [[nodiscard]] std::string Read(const std::string& path) const override {
-    std::string bytes(Length(path), '\0');
-    const int file = open(kPath, O_RDONLY | O_CLOEXEC);
+    std::string bytes(GetAttributesA(path)->length, '\0');
+    const int file = open(kPath, O_RDONLY);
     Check(read(file, bytes.data(), bytes.size()) >= 0);
     close(file);
     return bytes;
   }
-  [[nodiscard]] std::uint64_t Length(const std::string&) const override {
-    struct stat status {};
-    return stat(kPath, &status) == 0 ? static_cast<std::uint64_t>(status.st_size) : 0;
-  }
-  void Append(const std::string& path, std::string_view bytes) override {
-    NoDisk::Append(path, bytes);
+  void Append(const std::string&, std::string_view bytes) override {
+    Check(!full);
     Put(kPath, O_APPEND, bytes);
   }
   void Replace(const std::string&, std::string_view bytes) override {
     Put("bench.new", O_TRUNC, bytes);
     Check(rename("bench.new", kPath) == 0);
   }
-  static void Put(const char* path, int how, std::string_view bytes) {
-    const int file = open(path, O_WRONLY | O_CREAT | O_CLOEXEC | how, 0644);
-    Check(write(file, bytes.data(), bytes.size()) == static_cast<ssize_t>(bytes.size()));
+  /// How large the file was before.
+  static std::int64_t Put(const char* path, int how, std::string_view bytes) {
+    const int file = open(path, O_WRONLY | O_CREAT | how, 0644);
+    struct stat status {};
+    Check(fstat(file, &status) == 0 && write(file, bytes.data(), bytes.size()) >= 0);
     close(file);
-  }
-  static void Check(bool done) {
-    if (!done) throw RunTimeError(ErrorNumber::DeviceIOError);
+    return status.st_size;
   }
   static constexpr const char* kPath = "bench.log";
+  bool full{false};
 };
 
-/// Telephony that knows its answers by heart: the simulator's, from the first time that it was asked.
+/// Telephony that knows its answers by heart: the simulator's, from the first time that each was asked for.
 struct CheapTelephony : LineSimulator {
   using LineSimulator::LineSimulator;
   std::int32_t lineInitializeEx(HLINEAPP& app, LineMessageSink& to, const char* name, std::uint32_t& count,
                                 std::uint32_t& version, LINEINITIALIZEEXPARAMS& params) override {
     sink = &to;
-    return LineSimulator::lineInitializeEx(app, to, name, count, version, params);
+    const auto result = LineSimulator::lineInitializeEx(app, to, name, count, version, params);
+    registration = app;
+    return result;
   }
   std::int32_t lineOpen(HLINEAPP, std::uint32_t, HLINE& line, std::uint32_t, std::uint32_t, std::uintptr_t number,
                         std::uint32_t, std::uint32_t) override {
@@ -100,38 +98,29 @@ struct CheapTelephony : LineSimulator {
   }
   std::int32_t lineDeallocateCall(HCALL) override { return 0; }
   std::int32_t lineTranslateAddress(HLINEAPP app, std::uint32_t device, std::uint32_t version, const char* address,
-                                    std::uint32_t card, std::uint32_t options, std::span<std::byte> output) override {
-    const auto ask = [&] {
-      return LineSimulator::lineTranslateAddress(app, device, version, address, card, options, output);
-    };
-    return FromMemory(translated_, output, ask);
+                                    std::uint32_t card, std::uint32_t options, std::span<std::byte> out) override {
+    const auto ask = [&] { LineSimulator::lineTranslateAddress(app, device, version, address, card, options, out); };
+    return FromMemory(translated_, out, ask);
   }
   std::int32_t lineGetDevCaps(HLINEAPP app, std::uint32_t device, std::uint32_t version, std::uint32_t extension,
-                              std::span<std::byte> caps) override {
-    const auto ask = [&] { return LineSimulator::lineGetDevCaps(app, device, version, extension, caps); };
-    return FromMemory(capabilities_[device], caps, ask);
-  }
-  void EndCall() {
-    sink->LineCallBackProc(1, LINE_REPLY, instance, static_cast<std::uintptr_t>(requests), 0, 0);
-    sink->LineCallBackProc(1, LINE_CALLSTATE, instance, LINECALLSTATE_IDLE, 0, 0);
+                              std::span<std::byte> out) override {
+    const auto ask = [&] { LineSimulator::lineGetDevCaps(app, device, version, extension, out); };
+    return FromMemory(capabilities_[device], out, ask);
   }
 
   LineMessageSink* sink{nullptr};
+  HLINEAPP registration{0};
   std::uintptr_t instance{0};
   std::int32_t requests{0};
 
  private:
-  /// Copies no more than a driver would write.
   template <typename Ask>
-  static std::int32_t FromMemory(std::vector<std::byte>& memory, std::span<std::byte> buffer, const Ask& ask) {
-    if (memory.empty()) {
-      const std::int32_t result = ask();
-      std::uint32_t used = 0;
-      std::memcpy(&used, buffer.data() + 2 * sizeof used, sizeof used);
-      memory.assign(buffer.begin(), buffer.begin() + used);
-      return result;
-    }
-    std::ranges::copy(memory, buffer.begin());
+  static std::int32_t FromMemory(std::vector<std::byte>& memory, std::span<std::byte> out, const Ask& ask) {
+    if (!memory.empty()) return std::ranges::copy(memory, out.begin()), 0;
+    ask();
+    std::uint32_t used = 0;
+    std::memcpy(&used, out.data() + 2 * sizeof used, sizeof used);
+    memory.assign(out.begin(), out.begin() + used);
     return 0;
   }
 
@@ -149,12 +138,20 @@ struct CheapView : FormView {
   void Unloaded() override {}
 };
 
+inline std::string Devices(std::int64_t count) {
+  std::string scenario = "location country=49 city=30 local=0\n";
+  for (std::int64_t device = 1; device <= count; ++device) {
+    scenario += "device name=ISDN-Line" + std::to_string(device) + " version=0x00020000\n";
+  }
+  return scenario;
+}
+
 /// A fake computer whose ports in a call's way are the cheap ones.
+template <typename Disk = NoDisk>
 struct CheapSystem : test::FakeSystem {
-  explicit CheapSystem(const std::string& scenario, const std::string& switches = {})
-      : telephony(Scenario::Parse(scenario)) {
+  explicit CheapSystem(const std::string& switches, std::int64_t devices = 1)
+      : telephony(Scenario::Parse(Devices(devices))) {
     Switch(switches);
-    clock.now = {2026, 3, 7, 9, 5, 31};
   }
   Ports CheapPorts() {
     Ports ports = AllPorts();
@@ -167,21 +164,13 @@ struct CheapSystem : test::FakeSystem {
 
   CheapCodePage codePage;
   CheapDde dde;
-  NoDisk disk;
+  Disk disk;
   CheapTelephony telephony;
 };
 
-inline std::string Devices(std::int64_t count) {
-  std::string scenario = "location country=49 city=30 local=0\n";
-  for (std::int64_t device = 1; device <= count; ++device) {
-    scenario += "device name=ISDN-Line" + std::to_string(device) + " provider=\"Simulated ISDN service\" version=0x00020000\n";
-  }
-  return scenario;
-}
-
-/// A dialer on them, linked and with its line.
-struct CheapDialer : CheapSystem {
-  CheapDialer(const std::string& scenario, const std::string& switches) : CheapSystem(scenario, switches) {
+/// A dialer on it, linked and with its line.
+struct CheapDialer : CheapSystem<> {
+  explicit CheapDialer(const std::string& switches, std::int64_t devices = 1) : CheapSystem(switches, devices) {
     profile.WriteString("TAPIDial", "TAPILine", "ISDN-Line1", "C:\\ProgramData\\Rufmon\\data\\sett_TAPI.ini");
     process.commandLine = "/run";
     if (!program.Load(view)) throw std::runtime_error("the dialer did not start");
@@ -192,13 +181,15 @@ struct CheapDialer : CheapSystem {
   }
   void Dial() {
     const int before = telephony.requests;
-    dde.Sink().OnData(std::string("cmd|call|") + kNumber);
+    dde.Sink().OnData("cmd|call|0301234567");
     if (telephony.requests != before + 1) throw std::runtime_error("nothing was dialed");
   }
   /// The call ends, the reports are acknowledged, and the main program clears the item.
   void HangUp() {
-    telephony.EndCall();
-    for (; acknowledged < dde.last; ++acknowledged) dde.Sink().OnExecuteAck(acknowledged + 1, kDdeAckPositive);
+    const auto request = static_cast<std::uintptr_t>(telephony.requests);
+    telephony.sink->LineCallBackProc(1, LINE_REPLY, telephony.instance, request, 0, 0);
+    telephony.sink->LineCallBackProc(1, LINE_CALLSTATE, telephony.instance, LINECALLSTATE_IDLE, 0, 0);
+    while (acknowledged < dde.posts) dde.Sink().OnExecuteAck(++acknowledged, kDdeAckPositive);
     dde.Sink().OnData("");
   }
 

@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <cstddef>
 #include <vector>
 
 namespace fonklav::bench {
@@ -12,37 +11,76 @@ namespace fonklav::bench {
 /// Calls of operator new in this process so far.
 [[nodiscard]] std::size_t Allocations() noexcept;
 
-/// Runs the body over and over and counts what it allocates.
-template <typename Body>
-void Measure(benchmark::State& state, Body&& body) {
-  const std::size_t before = Allocations();
-  for (auto _ : state) body();
-  state.counters["allocations"] =
-      benchmark::Counter(static_cast<double>(Allocations() - before), benchmark::Counter::kAvgIterations);
-}
-
-/// The same for a body that has to be undone, outside of what is measured. Each run is `works` pieces of work, and the
-/// result is a piece's share of the median run: what else the machine does in between moves the mean, but not that.
+/// Runs the body `works` times at a stretch and undoes it, which is not measured, over and over. The result is one
+/// work's share of the median stretch: what else the machine does in between moves the mean, but not that.
 template <typename Body, typename Undo>
-void MeasureSingly(benchmark::State& state, std::size_t works, Body&& body, Undo&& undo) {
-  using Clock = std::chrono::steady_clock;
-  std::vector<double> samples;
+void Measure(benchmark::State& state, std::int64_t works, Body&& body, Undo&& undo) {
+  std::vector<double> stretches;
   std::size_t allocations = 0;
   for (auto _ : state) {
     const std::size_t before = Allocations();
-    const auto start = Clock::now();
-    body();
-    const std::chrono::duration<double> time = Clock::now() - start;
+    const auto start = std::chrono::steady_clock::now();
+    for (std::int64_t work = 0; work < works; ++work) body();
+    const std::chrono::duration<double, std::nano> time = std::chrono::steady_clock::now() - start;
     allocations += Allocations() - before;
-    state.SetIterationTime(time.count());
-    samples.push_back(time.count() * 1e9 / static_cast<double>(works));
+    state.SetIterationTime(time.count() / 1e9);
+    stretches.push_back(time.count() / static_cast<double>(works));
     undo();
   }
-  const auto middle = samples.begin() + static_cast<std::ptrdiff_t>(samples.size() / 2);
-  std::nth_element(samples.begin(), middle, samples.end());
+  const auto middle = stretches.begin() + static_cast<std::ptrdiff_t>(stretches.size() / 2);
+  std::nth_element(stretches.begin(), middle, stretches.end());
   state.counters["ns"] = *middle;
-  state.counters["allocations"] = benchmark::Counter(static_cast<double>(allocations) / static_cast<double>(works),
-                                                     benchmark::Counter::kAvgIterations);
+  const double all = static_cast<double>(stretches.size()) * static_cast<double>(works);
+  state.counters["allocations"] = static_cast<double>(allocations) / all;
+}
+template <typename Body>
+void Measure(benchmark::State& state, std::int64_t works, Body&& body) {
+  Measure(state, works, body, [] {});
+}
+
+/// Makes a benchmark known, for each of these sizes.
+struct Registered {
+  Registered(const char* name, void (*run)(benchmark::State&), const std::vector<std::int64_t>& sizes = {}) {
+    auto* const made = benchmark::RegisterBenchmark(name, run)->UseManualTime();
+    for (const std::int64_t size : sizes) made->Arg(size);
+  }
+};
+
+/// A collection of `count` items under distinct keys, and a work on each of them.
+inline std::string Key(std::int64_t number) { return "Key" + std::to_string(number); }
+template <typename Collection>
+void Fill(Collection& collection, std::int64_t count) {
+  for (std::int64_t item = 0; item < count; ++item) collection.Add(Key(item), "2026/03/07  a traced line");
+}
+template <typename Collection>
+void Add(benchmark::State& state) {
+  Collection collection;
+  std::int64_t next = 0;
+  const auto add = [&] { collection.Add(Key(next++), "2026/03/07  a traced line"); };
+  Measure(state, state.range(0), add, [&] { collection = Collection(), next = 0; });
+}
+template <typename Collection>
+void Find(benchmark::State& state) {
+  Collection collection;
+  Fill(collection, state.range(0));
+  std::vector<std::string> keys;
+  for (std::int64_t key = 0; key < 1000; ++key) keys.push_back(Key(key * 7919 % state.range(0)));
+  std::size_t next = 0;
+  Measure(state, 1000, [&] { benchmark::DoNotOptimize(collection.Find(keys[next++ % 1000])); });
+}
+template <typename Collection>
+void At(benchmark::State& state) {
+  Collection collection;
+  Fill(collection, state.range(0));
+  std::int64_t next = 0;
+  Measure(state, 1000, [&] { benchmark::DoNotOptimize(collection.At(++next * 7919 % state.range(0) + 1)); });
+}
+template <typename Collection>
+void RemoveOldest(benchmark::State& state) {
+  Collection collection;
+  Fill(collection, state.range(0));
+  const auto remove = [&] { collection.RemoveFirst(); };
+  Measure(state, state.range(0), remove, [&] { Fill(collection, state.range(0)); });
 }
 
 }  // namespace fonklav::bench

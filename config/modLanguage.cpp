@@ -49,10 +49,8 @@ std::string modLanguage::Marked(const std::string& value, const std::string& key
 
 void modLanguage::LogMissing(const std::string& key, const std::string& defaultText) const {
   if (!diagnostics_.log) return;
-  std::string line = diagnostics_.tag + " v" + std::to_string(kVersionMajor) + ".";
-  line += std::to_string(kVersionMinor) + " | ";
-  line += key + " | ";
-  line += defaultText;
+  std::string line = diagnostics_.tag + " v";
+  line.append(kVersion).append(" | ").append(key).append(" | ").append(defaultText);
   diagnostics_.log->WriteLine(kLanguageLog, line);
 }
 

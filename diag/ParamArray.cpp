@@ -3,61 +3,78 @@
 #include "util/Text.h"
 
 namespace fonklav {
+
+using namespace std::string_view_literals;
+
 namespace {
 
 constexpr std::string_view kLineBreak = "<CR>";
 constexpr const char* kFailed = "ERROR in GetStringFromParamArray";  // in place of arguments that could not be rendered
 
-/// Renders one value that is not an array; an array within an array is like an object.
+/// Adds one value that is not an array; an array within an array is like an object, which adds nothing.
 struct Element {
-  std::string operator()(std::string_view text) const { return "S:" + std::string(text); }
-  std::string operator()(const std::string* text) const { return "S:" + *text; }
-  std::string operator()(bool flag) const { return flag ? "B:1" : "B:0"; }
-  std::string operator()(std::int64_t number) const { return "N:" + std::to_string(number); }
-  std::string operator()(double number) const { return "N:" + ShortestText(number); }
+  std::string& line;
+
+  void operator()(std::string_view text) const { line.append("S:"sv).append(text); }
+  void operator()(const std::string* text) const { (*this)(std::string_view(*text)); }
+  void operator()(bool flag) const { line += flag ? "B:1"sv : "B:0"sv; }
+  void operator()(std::int64_t number) const { line.append("N:"sv).append(std::to_string(number)); }
+  void operator()(double number) const { line.append("N:"sv).append(ShortestText(number)); }
   template <typename Other>
-  std::string operator()(const Other&) const {
-    return {};
-  }
+  void operator()(const Other&) const {}
 };
 
-/// Gathers values, those of an array one by one.
-class Gatherer {
- public:
-  void operator()(std::span<const std::string> texts) {
-    for (const std::string& text : texts) Join(Element{}(&text));
+/// Adds values, those of an array one by one.
+struct Gatherer {
+  std::string& line;
+  std::size_t start;  ///< of the first value
+
+  void operator()(std::span<const std::string> texts) const {
+    for (const std::string& text : texts) (*this)(&text);
   }
-  void operator()(std::span<const LogArg> values) {
-    for (const LogArg& value : values) Join(std::visit(Element{}, value.Get()));
+  void operator()(std::span<const LogArg> values) const {
+    for (const LogArg& value : values) std::visit([&](const auto& single) { Join(single); }, value.Get());
   }
   template <typename Single>
-  void operator()(const Single& value) {
-    Join(Element{}(value));
+  void operator()(const Single& value) const {
+    Join(value);
   }
-
-  [[nodiscard]] const std::string& Text() const noexcept { return text_; }
 
  private:
-  // A value that renders empty still takes its separator, but not at the front.
-  void Join(const std::string& value) {
-    if (!text_.empty()) text_ += ", ";
-    text_ += value;
+  // A value that adds nothing still takes its separator, but not at the front.
+  template <typename Single>
+  void Join(const Single& value) const {
+    if (line.size() > start) line += ", "sv;
+    Element{line}(value);
   }
-
-  std::string text_;
 };
+
+void Append(std::string& line, LogArgs args) {
+  line += '(';
+  const std::size_t start = line.size();
+  for (const LogArg& argument : args) std::visit(Gatherer{line, start}, argument.Get());
+  if (line.size() == start) return line.pop_back();
+  if (line.find(kCrLf, start) != std::string::npos)
+    line.replace(start, line.npos, ReplaceAll(line.substr(start), kCrLf, kLineBreak));
+  line += ')';
+}
 
 }  // namespace
 
-std::string GetStringFromParamArray(LogArgs args) noexcept {
+void AppendParamArray(std::string& line, LogArgs args) {
+  const std::size_t before = line.size();
   try {
-    Gatherer gatherer;
-    for (const LogArg& argument : args) std::visit(gatherer, argument.Get());
-    if (gatherer.Text().empty()) return {};
-    return "(" + ReplaceAll(gatherer.Text(), kCrLf, kLineBreak) + ")";
+    Append(line, args);
   } catch (...) {
-    return kFailed;
+    line.resize(before);
+    line += kFailed;
   }
+}
+
+std::string GetStringFromParamArray(LogArgs args) noexcept {
+  std::string text;
+  AppendParamArray(text, args);
+  return text;
 }
 
 std::string VisibleControls(const std::string& text) {

@@ -102,8 +102,7 @@ void clsErrorHandling::WriteEntry(const PendingError& error, std::string_view mo
 
 std::string clsErrorHandling::EntryHead(std::string_view module) const {
   std::string head = diagnostics_.tag + " v";
-  head.append(std::to_string(kVersionMajor)).append(".").append(std::to_string(kVersionMinor));
-  return head.append(ElapsedPart()).append(" ").append(module);
+  return head.append(kVersion).append(ElapsedPart()).append(" ").append(module);
 }
 
 std::string clsErrorHandling::ElapsedPart() const {

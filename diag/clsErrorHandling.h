@@ -56,6 +56,7 @@ class clsErrorHandling final : public ProcedureLog {
   /// One line of the debug log, of the area that the name says, while the switch of that area is on.
   void LogDebug_Export(std::string_view sMsg, LogArgs args = {}) noexcept;
   void LogDebug_TAPI(std::string_view sMsg, LogArgs args = {}) noexcept override;
+  [[nodiscard]] bool DebugsTAPI() const noexcept override { return config_.state.debug.logTAPI; }
   void LogDebug_CAPI(std::string_view sMsg, LogArgs args = {}) noexcept;
   void LogDebug_AVM(std::string_view sMsg, LogArgs args = {}) noexcept;
   void LogDebug_NCID(std::string_view sMsg, LogArgs args = {}) noexcept;
@@ -99,7 +100,7 @@ class clsErrorHandling final : public ProcedureLog {
   void Trace_Flush();
   void ShowTraceNotice();
   void DeleteTraceFile();
-  [[nodiscard]] std::string TraceLine(std::string_view step, const std::string& args);
+  [[nodiscard]] const std::string& TraceLine(std::string_view step, LogArgs args);
   void QueueTraceLine(const std::string& line);
   void WriteTrace() noexcept;
   [[nodiscard]] std::string OldestTraceLines(std::int32_t count) const;
@@ -122,6 +123,7 @@ class clsErrorHandling final : public ProcedureLog {
   std::int16_t hideCounter_{0};
   std::string lastStep_;
   std::int16_t repeatCount_{0};
+  std::string traceLine_;  ///< kept from step to step for its memory
   std::unique_ptr<clsCollection> oTraceQueue_;
 };
 

@@ -11,6 +11,9 @@
 // The trace of procedure entries and the debug logs. What writes the trace is not traced itself and passes nothing on
 // that fails: a log of steps must not change what the steps do.
 namespace fonklav {
+
+using namespace std::string_view_literals;  // an append of a view does not count its characters
+
 namespace {
 
 constexpr std::string_view kTraceLog = "\\log\\trace.log";
@@ -18,6 +21,7 @@ constexpr std::string_view kDebugLog = "\\log\\debug.log";
 constexpr std::string_view kSpecsFile = "\\Rufmonspec.ini";
 constexpr std::int16_t kQuietLines = 50;     ///< so many lines wait without being written
 constexpr std::int32_t kLinesTogether = 51;  ///< so many lines are one write
+constexpr std::size_t kTypicalLine = 128;
 
 }  // namespace
 
@@ -26,7 +30,7 @@ void clsErrorHandling::LogDebug_Trace(std::string_view sModul, LogArgs args) noe
   try {
     if (!config_.state.dataRoot.empty() && firstTrace_ && traceInfoMessage_) ShowTraceNotice();
     if (!CanTrace()) return;
-    QueueTraceLine(TraceLine(sModul, GetStringFromParamArray(args)));
+    QueueTraceLine(TraceLine(sModul, args));
   } catch (...) {
     // The step is missing from the trace, and that is all.
   }
@@ -59,7 +63,7 @@ void clsErrorHandling::TraceHideNextSteps(std::int16_t Steps) noexcept {
   });
 }
 
-std::string clsErrorHandling::TraceLine(std::string_view step, const std::string& args) {
+const std::string& clsErrorHandling::TraceLine(std::string_view step, LogArgs args) {
   // The same step again and again, as from a timer, is told apart by a number.
   if (step == lastStep_) {
     if (repeatCount_ < std::numeric_limits<std::int16_t>::max()) ++repeatCount_;
@@ -67,12 +71,12 @@ std::string clsErrorHandling::TraceLine(std::string_view step, const std::string
     lastStep_ = step;
     repeatCount_ = 1;
   }
-  const LocalTime now = clock_.Now();
-  std::string line = GetFormatedDateByString(now, "/", true);
-  line.append("  ").append(GetFormatedTime(now)).append("  ").append(diagnostics_.tag).append(" v");
-  line.append(std::to_string(kVersionMajor)).append(".").append(std::to_string(kVersionMinor));
-  line.append("  ").append(step).append(repeatCount_ < 10 ? " 0" : " ").append(std::to_string(repeatCount_));
-  return line.append(args);
+  traceLine_.clear();
+  AppendStamp(traceLine_, clock_.Now());
+  traceLine_.append(diagnostics_.tag).append(" v"sv).append(kVersion).append("  "sv).append(step);
+  AppendPadded(traceLine_ += ' ', repeatCount_, 2);
+  AppendParamArray(traceLine_, args);
+  return traceLine_;
 }
 
 void clsErrorHandling::QueueTraceLine(const std::string& line) {
@@ -97,6 +101,7 @@ void clsErrorHandling::WriteTrace() noexcept {
       // Lines leave the queue when they are in the file. A few at a time keeps a vain attempt cheap, however many wait.
       const std::int32_t count = std::min(oTraceQueue_->Count(), kLinesTogether);
       fileSystem_.Append(FullPath(kTraceLog), OldestTraceLines(count));
+      if (count == oTraceQueue_->Count()) return oTraceQueue_->Clear();
       for (std::int32_t line = 0; line < count; ++line) oTraceQueue_->RemoveFirst();
     }
   } catch (...) {
@@ -106,8 +111,9 @@ void clsErrorHandling::WriteTrace() noexcept {
 
 std::string clsErrorHandling::OldestTraceLines(std::int32_t count) const {
   std::string bytes;
+  bytes.reserve(static_cast<std::size_t>(count) * kTypicalLine);
   for (std::int32_t line = 1; line <= count; ++line) {
-    bytes.append(oTraceQueue_->Queue_GetByIndex(line)).append(kCrLf);
+    bytes.append(std::get<std::string>(oTraceQueue_->GetCollection().At(line)->second)).append(kCrLf);
   }
   return bytes;
 }
@@ -145,7 +151,8 @@ void clsErrorHandling::LogDebug_Temp(std::string_view sMsg, LogArgs args) noexce
 void clsErrorHandling::WriteDebug(bool enabled, std::string_view message, LogArgs args) noexcept {
   if (!enabled) return;
   try {
-    std::string line = std::string(message) + GetStringFromParamArray(args);
+    std::string line(message);
+    AppendParamArray(line, args);
     files_.FileWrite_Log(FullPath(kDebugLog), line);
   } catch (...) {
     // A line less.

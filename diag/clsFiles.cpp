@@ -57,8 +57,10 @@ void clsFiles::FileWrite_Log(const std::string& sFile, std::string& sLine, std::
     if (diagnostics_.tag.empty()) diagnostics_.tag = "NON";
     // From the look at the size to the last byte: a line that another program adds in between would be lost.
     const std::unique_ptr<FileLock> lock = files_.Lock(sFile);
-    sLine = Stamped(sLine);
-    const std::uint64_t sizeKB = fileTests_.FileExist(sFile) ? files_.Length(sFile) / kKB : 0;
+    std::string stamp;
+    AppendStamp(stamp, clock_.Now());
+    sLine.insert(0, stamp);
+    const std::uint64_t sizeKB = fileTests_.FileLength(sFile).value_or(0) / kKB;
     if (!lock || MaxSizeKB < 1 || std::cmp_greater_equal(MaxSizeKB, sizeKB)) {
       MakeFile(sFile, sLine, true);
       return;
@@ -67,16 +69,8 @@ void clsFiles::FileWrite_Log(const std::string& sFile, std::string& sLine, std::
     const std::string old = ReadBytes(sFile);
     std::string bytes = old.substr(StartOfNewest(old, static_cast<std::size_t>(MaxSizeKB - MaxSizeKB / 4)));
     bytes += codePage_.ToBytes(sLine);
-    MakeFileOf(sFile, bytes, false);
+    MakeFileOf(sFile, std::move(bytes), false);
   });
-}
-
-std::string clsFiles::Stamped(const std::string& line) const {
-  const LocalTime now = clock_.Now();
-  std::string stamped = GetFormatedDateByString(now, "/", true) + "  ";
-  stamped += GetFormatedTime(now);
-  stamped += "  ";
-  return stamped += line;
 }
 
 std::string clsFiles::fOpenFileToStream(const std::string& sFile, std::int32_t& iAnzahlZeilen) {
@@ -119,16 +113,12 @@ bool clsFiles::MakeFile(const std::string& sFile, const std::string& sText, bool
   return MakeFileOf(sFile, codePage_.ToBytes(sText), bAppend);
 }
 
-bool clsFiles::MakeFileOf(const std::string& file, std::string_view bytes, bool append) {
+bool clsFiles::MakeFileOf(const std::string& file, std::string bytes, bool append) {
   // The error log knows this procedure under an older name.
   constexpr ProcedureName name{"clsFiles.MakeFile", "clsFiles_MakeFile"};
   return Procedure(diagnostics_, name, {file, append}, false, [&](bool& written) {
-    const std::string line = std::string(bytes).append(kCrLf);
-    if (append) {
-      files_.Append(file, line);
-    } else {
-      files_.Replace(file, line);
-    }
+    bytes += kCrLf;
+    append ? files_.Append(file, bytes) : files_.Replace(file, bytes);
     written = true;
   });
 }
@@ -181,7 +171,7 @@ std::string clsFiles::TrimCR(std::string_view Text) {
 }
 
 std::string clsFiles::ReadBytes(const std::string& file) const {
-  return fileTests_.FileExist(file) && files_.Length(file) > 0 ? files_.Read(file) : std::string{};
+  return fileTests_.FileLength(file).value_or(0) > 0 ? files_.Read(file) : std::string{};
 }
 
 }  // namespace fonklav

@@ -52,10 +52,9 @@ class clsFiles {
 
  private:
   [[nodiscard]] std::string ReadBytes(const std::string& file) const;
-  [[nodiscard]] std::string Stamped(const std::string& line) const;
   /// MakeFile for what is bytes of the file already: a line alone, or the kept lines of a log and the new one behind
   /// them.
-  bool MakeFileOf(const std::string& file, std::string_view bytes, bool append);
+  bool MakeFileOf(const std::string& file, std::string bytes, bool append);
 
   Diagnostics& diagnostics_;
   const modAPI_Files& fileTests_;

@@ -138,10 +138,11 @@ bool CvbTAPILine::GetLineDevCaps() {
     const auto device = static_cast<std::uint32_t>(currentLineId_);
     const std::uint32_t version = AtIndex(apiVersions_, currentLineId_);
     if (!Succeeded(services_.telephony.lineGetDevCaps(hLineApp_, device, version, 0, buffer))) return;
-    const LINEDEVCAPS caps = StructReader(buffer).Read<LINEDEVCAPS>().value();
-    caps_.lineName = GetTAPIStructString(buffer, caps.dwLineNameOffset, caps.dwLineNameSize);
-    caps_.providerInfo = GetTAPIStructString(buffer, caps.dwProviderInfoOffset, caps.dwProviderInfoSize);
-    caps_.switchInfo = GetTAPIStructString(buffer, caps.dwSwitchInfoOffset, caps.dwSwitchInfoSize);
+    const auto read = StructReader(buffer).Read<LINEDEVCAPS>();
+    const LINEDEVCAPS& caps = read.value();
+    GetTAPIStructString(buffer, caps.dwLineNameOffset, caps.dwLineNameSize, caps_.lineName);
+    GetTAPIStructString(buffer, caps.dwProviderInfoOffset, caps.dwProviderInfoSize, caps_.providerInfo);
+    GetTAPIStructString(buffer, caps.dwSwitchInfoOffset, caps.dwSwitchInfoSize, caps_.switchInfo);
     caps_.permanentLineId = Signed(caps.dwPermanentLineID);
     caps_.stringFormat = Signed(caps.dwStringFormat);
     caps_.numAddresses = Signed(caps.dwNumAddresses);
@@ -156,10 +157,10 @@ bool CvbTAPILine::GetLineDevCaps() {
   });
 }
 
-std::string CvbTAPILine::GetTAPIStructString(std::span<const std::byte> structure, std::uint32_t offset,
-                                             std::uint32_t size) const {
-  return Procedure(services_.diagnostics, "CvbTAPILine.GetTAPIStructString", {offset, size}, std::string{},
-                   [&](std::string& text) {
+void CvbTAPILine::GetTAPIStructString(std::span<const std::byte> structure, std::uint32_t offset, std::uint32_t size,
+                                      std::string& text) const {
+  text.clear();
+  Procedure(services_.diagnostics, "CvbTAPILine.GetTAPIStructString", {offset, size}, [&] {
     if (Signed(size) < 1 || offset == 0) return;
     const std::string_view bytes = StructReader(structure).Bytes(offset, size);
     text = services_.codePage.ToText(bytes.substr(0, bytes.find('\0')));
@@ -189,10 +190,9 @@ void CvbTAPILine::TakeAccessCodes(std::span<const std::byte> translateCaps, cons
         reader.Read<LINELOCATIONENTRY>(header.dwLocationListOffset + index * sizeof(LINELOCATIONENTRY)).value();
     // No stop at a match: where two entries carry the current number, the later one counts. That is deliberate.
     if (Signed(entry.dwPermanentLocationID) != current) continue;
-    outsideLocalAccess_ =
-        GetTAPIStructString(translateCaps, entry.dwLocalAccessCodeOffset, entry.dwLocalAccessCodeSize);
-    outsideLongDistanceAccess_ =
-        GetTAPIStructString(translateCaps, entry.dwLongDistanceAccessCodeOffset, entry.dwLongDistanceAccessCodeSize);
+    GetTAPIStructString(translateCaps, entry.dwLocalAccessCodeOffset, entry.dwLocalAccessCodeSize, outsideLocalAccess_);
+    GetTAPIStructString(translateCaps, entry.dwLongDistanceAccessCodeOffset, entry.dwLongDistanceAccessCodeSize,
+                        outsideLongDistanceAccess_);
   }
 }
 

@@ -191,8 +191,8 @@ class CvbTAPILine : public std::enable_shared_from_this<CvbTAPILine> {
   [[nodiscard]] bool GetLineDevCaps();
   [[nodiscard]] std::int16_t ReadLocations();
   void TakeAccessCodes(std::span<const std::byte> translateCaps, const LINETRANSLATECAPS& header);
-  [[nodiscard]] std::string GetTAPIStructString(std::span<const std::byte> structure, std::uint32_t offset,
-                                                std::uint32_t size) const;
+  void GetTAPIStructString(std::span<const std::byte> structure, std::uint32_t offset, std::uint32_t size,
+                           std::string& text) const;
   [[nodiscard]] bool TakeLocationCode(std::string_view buffer, std::string& code) const;
   [[nodiscard]] std::int32_t ExtensionWord(const char* name, std::uint32_t LINEEXTENSIONID::*word) const;
   [[nodiscard]] bool GetlineTranslateAddress(const std::string& number, std::string& dialable,

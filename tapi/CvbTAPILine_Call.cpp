@@ -45,9 +45,9 @@ bool CvbTAPILine::MakeCallAsynch(const std::string& phonenumber) {
       accepted = Accepted(services_.telephony.lineMakeCall(hLine_, *hCall_, nullptr, 0), makeCallRequestId_);
       return;
     }
-    DebugTapi(services_.diagnostics, "MakeCallAsynch - Number: " + phonenumber);
+    DebugTapi(services_.diagnostics, "MakeCallAsynch - Number: ", phonenumber);
     const std::string dialable = TransformPhoneNumber(phonenumber);
-    DebugTapi(services_.diagnostics, "MakeCallAsynch - To API: " + dialable);
+    DebugTapi(services_.diagnostics, "MakeCallAsynch - To API: ", dialable);
     // Translating may have let messages in, and with them the end of this line or of its owner's interest.
     if (hLine_ == 0 || events_ == nullptr) return;
     const std::string address = services_.codePage.ToBytes(dialable);

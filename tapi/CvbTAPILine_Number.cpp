@@ -31,24 +31,26 @@ bool TakeString(const StructReader& reader, const CodePage& codePage, std::uint3
 }  // namespace
 
 std::string FoldBlanks(std::string_view number) {
-  std::string folded = ReplaceAll(TrimBlanks(number), "/", " ");
-  for (int pass = 0; pass < 2; ++pass) folded = ReplaceAll(folded, "  ", " ");
+  std::string folded;
+  folded.reserve(number.size());
+  int run = 0;
+  for (const char c : TrimBlanks(number)) {
+    const bool blank = c == ' ' || c == '/';
+    run = blank ? run + 1 : 0;
+    if (!blank || run % 4 == 1) folded += blank ? ' ' : c;
+  }
   return folded;
 }
 
 std::string BracketAreaCode(std::string_view number) {
-  std::string spaced = ReplaceAll(ReplaceAll(number, "(", " "), ")", " ");
   std::string bracketed = "+";
-  std::size_t start = 0;
-  int blanks = 0;
-  for (std::size_t position = 0; position + 1 < spaced.size() && blanks < 2; ++position) {
-    if (spaced[position] != ' ') continue;
-    bracketed.append(spaced, start, position - start);
-    bracketed += blanks == 0 ? '(' : ')';
-    ++blanks;
-    start = position + 1;
-    if (blanks == 2) bracketed.append(spaced, start);
+  for (const char bracket : {'(', ')'}) {
+    const auto blank = number.find_first_of(" ()");
+    if (blank >= number.size() - 1) return bracketed;
+    (bracketed += number.substr(0, blank)) += bracket;
+    number.remove_prefix(blank + 1);
   }
+  for (const char c : number) bracketed += c == '(' || c == ')' ? ' ' : c;
   return bracketed;
 }
 
@@ -58,7 +60,8 @@ std::string CvbTAPILine::TransformPhoneNumber(const std::string& number) {
     if (number.empty()) return;
     std::string prepared = FoldBlanks(number);
     if (prepared.starts_with('+')) {
-      prepared = BracketAreaCode(prepared.substr(std::min(prepared.find_first_not_of('+'), prepared.size())));
+      prepared = BracketAreaCode(
+          std::string_view(prepared).substr(std::min(prepared.find_first_not_of('+'), prepared.size())));
       // The canonical form: it tells the dialing rules country and area, and they put in front what is dialed from
       // here.
     } else if (std::cmp_less_equal(CharacterCount(prepared), internalNrLength_)) {

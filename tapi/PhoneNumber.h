@@ -5,8 +5,8 @@
 
 namespace fonklav {
 
-/// Blanks at the ends go, "/" counts as a blank, and short runs of blanks become one. Two passes only: a run of more
-/// than four keeps some.
+/// Blanks at the ends go, "/" counts as a blank, and of each run of blanks every fourth stays, from the first on: up to
+/// four become one. That a longer run keeps some is deliberate.
 [[nodiscard]] std::string FoldBlanks(std::string_view number);
 
 /// "49 30 1234567" becomes "+49(30)1234567". Deliberately simple: the first two blanks become the brackets whatever

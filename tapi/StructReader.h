@@ -28,8 +28,8 @@ class StructReader {
   [[nodiscard]] std::optional<Structure> Read(std::uint64_t offset = 0) const {
     const auto bytes = Bytes(offset, sizeof(Structure));
     if (bytes.size() != sizeof(Structure)) return std::nullopt;
-    Structure structure;
-    std::memcpy(&structure, bytes.data(), sizeof(Structure));
+    std::optional<Structure> structure(std::in_place);
+    std::memcpy(&*structure, bytes.data(), sizeof(Structure));
     return structure;
   }
 

@@ -1,29 +1,38 @@
 #include "util/DateTime.h"
 
 #include <array>
-#include <cstdio>
 
 namespace fonklav {
-namespace {
 
-std::string Padded(int number, int width) {
-  std::array<char, 16> text{};
-  std::snprintf(text.data(), text.size(), "%0*d", width, number);
-  return text.data();
+using namespace std::string_view_literals;
+
+void AppendPadded(std::string& text, int number, std::size_t width) {
+  std::array<char, 12> digits{};
+  std::size_t start = digits.size();
+  for (auto rest = static_cast<unsigned>(number); rest > 0 || digits.size() - start < width; rest /= 10) {
+    digits.at(--start) = static_cast<char>('0' + rest % 10);
+  }
+  text.append(digits.data() + start, digits.size() - start);
 }
 
-}  // namespace
-
 std::string GetFormatedDateByString(const LocalTime& time, std::string_view separator, bool yearFirst) {
-  const std::string between(separator);
-  const std::string year = Padded(time.year, 4);
-  const std::string month = Padded(time.month, 2);
-  const std::string day = Padded(time.day, 2);
-  return yearFirst ? year + between + month + between + day : day + between + month + between + year;
+  std::string text;
+  AppendPadded(text, yearFirst ? time.year : time.day, yearFirst ? 4 : 2);
+  AppendPadded(text.append(separator), time.month, 2);
+  AppendPadded(text.append(separator), yearFirst ? time.day : time.year, yearFirst ? 2 : 4);
+  return text;
 }
 
 std::string GetFormatedTime(const LocalTime& time) {
-  return Padded(time.hour, 2) + ":" + Padded(time.minute, 2) + ":" + Padded(time.second, 2);
+  std::string text;
+  AppendPadded(text, time.hour, 2);
+  AppendPadded(text += ':', time.minute, 2);
+  AppendPadded(text += ':', time.second, 2);
+  return text;
+}
+
+void AppendStamp(std::string& text, const LocalTime& time) {
+  text.append(GetFormatedDateByString(time, "/", true)).append("  "sv).append(GetFormatedTime(time)).append("  "sv);
 }
 
 }  // namespace fonklav

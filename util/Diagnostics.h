@@ -28,11 +28,12 @@ struct Diagnostics {
   std::unique_ptr<ProcedureLog> log;  ///< empty until start-up has resolved the folders
 };
 
-/// Writes one line "TAPI ", tag, blank, `text` to the telephony debug log, if there is a log and its switch is on.
-inline void DebugTapi(const Diagnostics& diagnostics, std::string_view text) {
-  if (!diagnostics.log) return;
+/// Writes one line "TAPI ", tag, blank, `text`, `detail` to the telephony debug log, if there is a log and its switch
+/// is on.
+inline void DebugTapi(const Diagnostics& diagnostics, std::string_view text, std::string_view detail = {}) {
+  if (!diagnostics.log || !diagnostics.log->DebugsTAPI()) return;
   std::string line = "TAPI " + diagnostics.tag + " ";
-  line += text;
+  line.append(text).append(detail);
   diagnostics.log->LogDebug_TAPI(line, {});
 }
 

@@ -1,53 +1,48 @@
 #include "util/KeyedItems.h"
 
 #include <algorithm>
-#include <utility>
-
-#include "util/CaseFold.h"
 
 namespace fonklav {
 
 bool KeyedItems::Add(std::string key, Value value) {
-  std::string folded = FoldCase(key);
-  if (itemOfKey_.contains(folded)) return false;
-  items_.push_back(std::make_unique<Filed>(Filed{{std::move(key), std::move(value)}, last_ + 1}));
+  const auto [place, added] = items_.try_emplace(std::move(key), std::move(value));
+  if (!added) return false;
   try {
-    itemOfKey_.emplace(std::move(folded), items_.back().get());
+    order_.push_back(&*place);
   } catch (...) {
-    items_.pop_back();
+    items_.erase(place);
     throw;
   }
-  ++last_;
   return true;
 }
 
 const KeyedItems::Item* KeyedItems::At(std::int64_t position) const {
   if (position < 1 || std::cmp_greater(position, Count())) return nullptr;
-  return &items_[static_cast<std::size_t>(position - 1)]->item;
+  return order_[static_cast<std::size_t>(position - 1)];
 }
 
-const KeyedItems::Item* KeyedItems::Find(std::string_view key) const {
-  const auto found = itemOfKey_.find(FoldCase(key));
-  return found == itemOfKey_.end() ? nullptr : &found->second->item;
+const KeyedItems::Item* KeyedItems::Find(const std::string& key) const {
+  const auto found = items_.find(key);
+  return found == items_.end() ? nullptr : &*found;
 }
 
-std::optional<KeyedItems::Item> KeyedItems::TakeAt(std::int64_t position) {
+std::optional<KeyedItems::Value> KeyedItems::TakeAt(std::int64_t position) {
   if (At(position) == nullptr) return std::nullopt;
-  return TakeOut(items_.begin() + static_cast<std::ptrdiff_t>(position - 1));
+  return TakeOut(order_.begin() + static_cast<std::ptrdiff_t>(position - 1));
 }
 
-std::optional<KeyedItems::Item> KeyedItems::Take(std::string_view key) {
-  const auto found = itemOfKey_.find(FoldCase(key));
-  if (found == itemOfKey_.end()) return std::nullopt;
-  return TakeOut(
-      std::ranges::lower_bound(items_, found->second->number, {}, [](const auto& filed) { return filed->number; }));
+std::optional<KeyedItems::Value> KeyedItems::Take(const std::string& key) {
+  const Item* const item = Find(key);
+  if (item == nullptr) return std::nullopt;
+  return TakeOut(std::ranges::find(order_, item));
 }
 
-KeyedItems::Item KeyedItems::TakeOut(const Place& place) {
-  itemOfKey_.erase(FoldCase((*place)->item.key));
-  Item item = std::move((*place)->item);
-  items_.erase(place);
-  return item;
+KeyedItems::Value KeyedItems::TakeOut(std::deque<Item*>::const_iterator place) {
+  const auto item = items_.find((*place)->first);
+  Value value = std::move(item->second);
+  items_.erase(item);
+  order_.erase(place);
+  return value;
 }
 
 }  // namespace fonklav

@@ -3,12 +3,15 @@
 #include <cstddef>
 #include <cstdint>
 #include <deque>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
-#include <string_view>
 #include <unordered_map>
+#include <utility>
 #include <variant>
+
+#include "util/CaseFold.h"
 
 namespace fonklav {
 
@@ -31,33 +34,36 @@ class KeyedObject {
 class KeyedItems {
  public:
   using Value = std::variant<std::string, std::shared_ptr<KeyedObject>>;
-  struct Item {
-    std::string key;
-    Value value;
-  };
+  using Item = std::pair<const std::string, Value>;  ///< an item under its key
 
   /// Adds an item at the end; false when the key is taken.
   bool Add(std::string key, Value value);
   /// The item at a position or under a key; null when there is none. Valid until it is taken.
   [[nodiscard]] const Item* At(std::int64_t position) const;
-  [[nodiscard]] const Item* Find(std::string_view key) const;
-  /// Removes an item and gives it out; nothing when there is none.
-  std::optional<Item> TakeAt(std::int64_t position);
-  std::optional<Item> Take(std::string_view key);
-  [[nodiscard]] std::size_t Count() const noexcept { return items_.size(); }
+  [[nodiscard]] const Item* Find(const std::string& key) const;
+  /// Removes an item and gives its value out; nothing when there is none.
+  std::optional<Value> TakeAt(std::int64_t position);
+  std::optional<Value> Take(const std::string& key);
+  void Clear() noexcept {
+    order_.clear();
+    items_.clear();
+  }
+  [[nodiscard]] std::size_t Count() const noexcept { return order_.size(); }
 
  private:
-  struct Filed {
-    Item item;
-    std::uint64_t number;  ///< counts up, so that an item finds its place among the others
+  struct HashIgnoringCase {
+    std::size_t operator()(const std::string& key) const { return std::hash<std::string>{}(FoldCase(key)); }
   };
-  using Place = std::deque<std::unique_ptr<Filed>>::iterator;
+  struct SameIgnoringCase {
+    bool operator()(const std::string& left, const std::string& right) const {
+      return left == right || EqualsIgnoringCase(left, right);
+    }
+  };
 
-  Item TakeOut(const Place& place);
+  Value TakeOut(std::deque<Item*>::const_iterator place);
 
-  std::deque<std::unique_ptr<Filed>> items_;                 ///< in the order in which they came
-  std::unordered_map<std::string, const Filed*> itemOfKey_;  ///< by folded key
-  std::uint64_t last_{0};
+  std::unordered_map<std::string, Value, HashIgnoringCase, SameIgnoringCase> items_;
+  std::deque<Item*> order_;  ///< in which they came; a map's items stay where they are
 };
 
 }  // namespace fonklav

@@ -18,6 +18,9 @@ class ProcedureLog {
   /// One step of the procedure trace. Call it only while the trace switch is on.
   virtual void LogDebug_Trace(std::string_view step, LogArgs args) noexcept = 0;
 
+  /// Whether the telephony debug log is written: a line for it need not be put together otherwise.
+  [[nodiscard]] virtual bool DebugsTAPI() const noexcept = 0;
+
   /// One line of the telephony debug log; nothing while that log's switch is off.
   virtual void LogDebug_TAPI(std::string_view message, LogArgs args) noexcept = 0;
 

@@ -28,12 +28,12 @@ void Raise(const std::function<void()>& event) {
 }
 
 const std::string* TextOf(const KeyedItems::Item* item) {
-  return item == nullptr ? nullptr : std::get_if<std::string>(&item->value);
+  return item == nullptr ? nullptr : std::get_if<std::string>(&item->second);
 }
 
 clsCollection::Object ObjectOf(const KeyedItems::Item* item) {
   if (item == nullptr) return nullptr;
-  const auto* object = std::get_if<clsCollection::Object>(&item->value);
+  const auto* object = std::get_if<clsCollection::Object>(&item->second);
   return object == nullptr ? nullptr : *object;
 }
 
@@ -45,12 +45,12 @@ clsCollection clsCollection::Clone() const {
   return copy;
 }
 
-bool clsCollection::Queue_Add(const std::string& newItem) {
+bool clsCollection::Queue_Add(std::string newItem) {
   if (Count() >= kMostQueued) {
     Raise(QueueFull);
     return false;
   }
-  const bool stored = Store("Key" + std::to_string(++keyCounter_), newItem);
+  const bool stored = Store("Key" + std::to_string(++keyCounter_), std::move(newItem));
   while (limit_ != 0 && Count() > limit_ && RemoveFirst()) {
   }
   Raise(notice_ != 0 && Count() <= notice_ ? QueueTimerStart : QueueAdded);
@@ -119,8 +119,8 @@ void clsCollection::ChangeKey(const std::string& oldKey, const std::string& newK
   Suppressed(false, [&] {
     // Keys compare without regard to case, so an item may be given its own key in another spelling.
     if (items_.Find(newKey) != nullptr && !EqualsIgnoringCase(oldKey, newKey)) return false;
-    auto item = items_.Take(oldKey);
-    return item && items_.Add(newKey, std::move(item->value));
+    auto value = items_.Take(oldKey);
+    return value && items_.Add(newKey, std::move(*value));
   });
 }
 

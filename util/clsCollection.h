@@ -32,7 +32,7 @@ class clsCollection {
   /// to be done at once. 0 raises QueueAdded each time.
   void Queue_InfoDealy(std::int16_t limit) { notice_ = limit; }
   /// Queues one text. False when it could not be kept; a queue of 10000 takes no more and raises QueueFull.
-  bool Queue_Add(const std::string& newItem);
+  bool Queue_Add(std::string newItem);
   /// Removes the oldest item and gives it out; empty when there is none.
   std::string Queue_ReadLast();
   /// The oldest item; empty when there is none.
@@ -70,7 +70,7 @@ class clsCollection {
   [[nodiscard]] Object GetItemByIndex(std::int32_t index) const;
   [[nodiscard]] std::int32_t Count() const noexcept { return static_cast<std::int32_t>(items_.Count()); }
   /// Forgets all items, without an event.
-  void Clear() { items_ = KeyedItems{}; }
+  void Clear() { items_.Clear(); }
 
  private:
   bool Store(std::string key, Value value);

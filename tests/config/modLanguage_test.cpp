@@ -60,8 +60,7 @@ TEST(Language, TranslatorsSeeWhatIsMissing) {
   EXPECT_EQ(system.Text("Missing", "Fehlt"), "?Fehlt?");
   EXPECT_EQ(system.Text("LANGUAGE", "?"), "English");
   EXPECT_EQ(system.Text("CountryId", "?"), "44");
-  const std::string head =
-      "\\log\\language.log: FVT v" + std::to_string(kVersionMajor) + "." + std::to_string(kVersionMinor);
+  const std::string head = "\\log\\language.log: FVT v" + std::string(kVersion);
   EXPECT_THAT(system.log->lines, ElementsAre(head + " | Empty | Leer", head + " | Missing | Fehlt"));
   system.config.language.LanguageInit("99");
   EXPECT_EQ(system.Text("Call", "Wählen"), "Wählen") << "without a file there is nothing to check";

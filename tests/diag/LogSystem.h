@@ -37,7 +37,7 @@ struct LogSystem : FakeSystem {
   std::vector<std::string> Trace() { return Lines(kTraceLog); }
   std::vector<std::string> Debug() { return Lines(kDebugLog); }
 
-  static std::string Version() { return std::to_string(kVersionMajor) + "." + std::to_string(kVersionMinor); }
+  static std::string Version() { return std::string(kVersion); }
   /// What stands in front of an entry, from the date to the blank behind the version.
   static std::string Head() { return std::string(kStamp) + "FVT v" + Version() + " "; }
 

@@ -138,7 +138,7 @@ TEST(DebugLog, IsNeverTrimmed) {
   LogSystem system;
   system.File(LogSystem::kDebugLog) = std::string(3'000'000, 'x') + "\r\n";
   system.Log().LogDebug_Temp("Call");
-  EXPECT_EQ(system.files.Length(LogSystem::kDebugLog), 3'000'002 + 22 + 4 + 2U);
+  EXPECT_EQ(system.File(LogSystem::kDebugLog).size(), 3'000'002 + 22 + 4 + 2U);
 }
 
 }  // namespace

@@ -20,6 +20,7 @@ class RecordingLog : public ProcedureLog {
       if (const auto* number = std::get_if<std::int64_t>(&arg.Get())) numbers.push_back(*number);
     }
   }
+  [[nodiscard]] bool DebugsTAPI() const noexcept override { return true; }
   void LogDebug_TAPI(std::string_view message, LogArgs) noexcept override { telephony.emplace_back(message); }
   void ErrorLogNew(std::string_view module, LogArgs) noexcept override {
     const PendingError& error = diagnostics_.pending;

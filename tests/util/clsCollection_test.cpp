@@ -165,7 +165,7 @@ TEST(Objects, AreFiledUnderAnotherKey) {
   book.collection.ChangeKey("b", "B");
   book.collection.ChangeKey("nobody", "d");
   EXPECT_THAT(book.Texts(), ElementsAre("c", "a", "b"));
-  EXPECT_EQ(book.collection.GetCollection().At(3)->key, "B");
+  EXPECT_EQ(book.collection.GetCollection().At(3)->first, "B");
 }
 
 TEST(KeyedItems, AgreeWithAPlainListUnderRandomUse) {
@@ -189,13 +189,13 @@ TEST(KeyedItems, AgreeWithAPlainListUnderRandomUse) {
         break;
       case 3:
         if (model.empty()) break;
-        ASSERT_EQ(items.Take(model[place])->key, model[place]);
+        ASSERT_EQ(std::get<std::string>(items.Take(model[place]).value()), "v" + model[place]);
         model.erase(model.begin() + static_cast<std::ptrdiff_t>(place));
         break;
       default:
         if (model.empty()) break;
-        ASSERT_EQ(items.At(static_cast<std::int64_t>(place) + 1)->key, model[place]);
-        ASSERT_EQ(items.Find(model[place])->key, model[place]);
+        ASSERT_EQ(items.At(static_cast<std::int64_t>(place) + 1)->first, model[place]);
+        ASSERT_EQ(items.Find(model[place])->first, model[place]);
     }
     ASSERT_EQ(items.Count(), model.size());
     ASSERT_EQ(items.At(static_cast<std::int64_t>(model.size()) + 1), nullptr);

@@ -1,0 +1,152 @@
+#include "bench/CheapPorts.h"
+#include "bench/Measure.h"
+#include "config/Configuration.h"
+#include "diag/clsErrorHandling.h"
+#include "tapi/StructReader.h"
+#include "util/Procedure.h"
+
+// The dial, the logs and what grows with the number of lines.
+namespace fonklav::bench {
+namespace {
+
+/// From the command's arrival until the call is asked for and the handler has returned. The status box is emptied after
+/// each call, or gathers these and 1000 calls before them.
+void Dial(benchmark::State& state, const char* switches, bool gather) {
+  CheapDialer dialer(switches);
+  const auto end = [&] {
+    dialer.HangUp();
+    if (!gather) dialer.program.Input().Click(ControlId::cmdLogClear);
+  };
+  for (int call = 0; call < (gather ? 1000 : 1); ++call) {
+    dialer.Dial();
+    end();
+  }
+  Measure(
+      state, 1, [&] { dialer.Dial(); }, end);
+}
+
+/// What the simulator does in a dial.
+void SimulatorsPart(benchmark::State& state) {
+  CheapDialer dialer("");
+  CheapTelephony& sim = dialer.telephony;
+  std::array<std::byte, 1064> output{};
+  HLINE line = 0;
+  HCALL call = 0;
+  const auto part = [&] {
+    sim.LineSimulator::lineOpen(sim.registration, 0, line, 0x00020000, 0, 1, LINECALLPRIVILEGE_NONE, 4);
+    SetTotalSize(output);
+    sim.LineSimulator::lineTranslateAddress(sim.registration, 0, 0x00020000, "00301234567", 0, 0, output);
+    if (sim.LineSimulator::lineMakeCall(line, call, "00301234567", 0) <= 0) throw std::runtime_error("no call");
+  };
+  Measure(state, 1, part, [&] {
+    sim.LineSimulator::lineClose(line);
+    sim.ForgetCalls();
+  });
+}
+
+/// The logs as a program has them, on no disk or on a real file.
+template <typename Disk = NoDisk>
+struct Logs : CheapSystem<Disk> {
+  explicit Logs(const std::string& switches) : CheapSystem<Disk>(switches) {
+    Check(config.declareAll.Init("FVT", false));
+  }
+  ~Logs() { diagnostics.log.reset(); }
+  void Steps(int count) {
+    for (int step = 0; step < count; ++step) TraceEntry(diagnostics, "fMain.cmdWahl_Click", {"0301234567", step, true});
+  }
+  void Flush() { static_cast<clsErrorHandling&>(*diagnostics.log).oTraceQueue_QueueAdded(); }
+
+  Diagnostics diagnostics;
+  Configuration config{diagnostics, this->CheapPorts(), [this]() -> std::unique_ptr<ProcedureLog> {
+                         return std::make_unique<clsErrorHandling>(diagnostics, config, this->CheapPorts());
+                       }};
+};
+
+constexpr std::string_view kLine = "2026/03/07  09:05:31  TAPI FVT DDE Execute - cmd|call|0301234567\r\n";
+
+void LogLine(benchmark::State& state, std::int32_t limitKB) {
+  Logs<OneFile> logs("");
+  clsFiles files(logs.diagnostics, logs.config.files, logs.disk, logs.codePage, logs.clock);
+  const std::string path = "C:\\ProgramData\\Rufmon\\log\\debug.log";
+  std::string line;
+  Measure(state, 200, [&] { files.FileWrite_Log(path, line = "TAPI FVT DDE Execute - cmd|call|0301234567", limitKB); });
+}
+
+/// Open, look at the size, write, close; above a limit read, write what stays and put it in the place of the old file.
+void RawLine(benchmark::State& state, std::int64_t limitKB) {
+  OneFile disk;
+  Measure(state, 200, [&] {
+    if (OneFile::Put(OneFile::kPath, O_APPEND, kLine) / 1024 <= limitKB) return;
+    disk.Replace({}, std::string_view(disk.Read({})).substr(static_cast<std::size_t>(limitKB) * 256));
+  });
+}
+
+/// Fifty steps wait; the one behind them would write.
+void TracedStep(benchmark::State& state) {
+  Logs<> logs("TraceMode=1\r\n");
+  logs.Flush();
+  Measure(
+      state, 50, [&] { logs.Steps(1); }, [&] { logs.Flush(); });
+}
+
+/// The lines wait because the disk is full, and then it is not.
+void TraceBatch(benchmark::State& state) {
+  Logs<OneFile> logs("TraceMode=1\r\n");
+  const auto wait = [&] {
+    logs.disk.full = true;
+    logs.Steps(51);
+    logs.disk.full = false;
+  };
+  logs.Flush();
+  wait();
+  Measure(
+      state, 1, [&] { logs.Flush(); }, wait);
+}
+
+void RawBatch(benchmark::State& state) {
+  OneFile disk;
+  const std::string lines(51 * 81, 'x');
+  Measure(state, 1, [&] { disk.Append({}, lines); });
+}
+
+void DebugLineOff(benchmark::State& state) {
+  Logs<> logs("");
+  const std::string text = "cmd|call|0301234567";
+  Measure(state, 1000, [&] { DebugTapi(logs.diagnostics, "DDE Execute - ", text); });
+}
+
+void EmptyCall(benchmark::State& state) {
+  std::unique_ptr<FormView> view = std::make_unique<CheapView>();
+  benchmark::DoNotOptimize(view);
+  Measure(state, 1000, [&] { view->FormChanged(); });
+}
+
+/// SetLine and, in it, RefreshTAPIList: the user ticks the first line and the last in turn.
+void SetLine(benchmark::State& state) {
+  CheapDialer dialer("", state.range(0));
+  std::size_t entry = 0;
+  const auto tick = [&] { dialer.program.Input().TickEntry(entry, true); };
+  Measure(state, 1, tick, [&] {
+    dialer.telephony.ForgetCalls();
+    entry = dialer.program.Controls().lstTAPI.Count() - 1 - entry;
+  });
+}
+
+using State = benchmark::State;
+const Registered kAll[]{{"Dial/first", [](State& state) { Dial(state, "", false); }},
+                        {"Dial/after1000", [](State& state) { Dial(state, "", true); }},
+                        {"Dial/logged", [](State& state) { Dial(state, "TraceMode=1\r\nLogTAPI=1\r\n", false); }},
+                        {"LogLine/unlimited", [](State& state) { LogLine(state, 0); }},
+                        {"LogLine/limited", [](State& state) { LogLine(state, 50); }},
+                        {"RawLine/unlimited", [](State& state) { RawLine(state, INT32_MAX); }},
+                        {"RawLine/limited", [](State& state) { RawLine(state, 50); }},
+                        {"SimulatorsPart", SimulatorsPart},
+                        {"TracedStep", TracedStep},
+                        {"TraceBatch", TraceBatch},
+                        {"RawBatch", RawBatch},
+                        {"DebugLineOff", DebugLineOff},
+                        {"EmptyCall", EmptyCall},
+                        {"SetLine", SetLine, {10, 100, 1000}}};
+
+}  // namespace
+}  // namespace fonklav::bench
