@@ -3,6 +3,7 @@
 #include "config/Configuration.h"
 #include "diag/clsErrorHandling.h"
 #include "tapi/StructReader.h"
+#include "tests/fakes/RecordingLog.h"
 #include "util/Procedure.h"
 
 // The dial, the logs and what grows with the number of lines.
@@ -116,9 +117,14 @@ void DebugLineOff(benchmark::State& state) {
 }
 
 void EmptyCall(benchmark::State& state) {
-  std::unique_ptr<FormView> view = std::make_unique<CheapView>();
-  benchmark::DoNotOptimize(view);
-  Measure(state, 1000, [&] { view->FormChanged(); });
+  struct Silent : test::RecordingLog {
+    using RecordingLog::RecordingLog;
+    void LogDebug_TAPI(std::string_view, LogArgs) noexcept override {}
+  };
+  Diagnostics diagnostics;
+  std::unique_ptr<ProcedureLog> log = std::make_unique<Silent>(diagnostics);
+  benchmark::DoNotOptimize(log);
+  Measure(state, 1000, [&] { log->LogDebug_TAPI("cmd|call|0301234567", {}); });
 }
 
 /// SetLine and, in it, RefreshTAPIList: the user ticks the first line and the last in turn.

@@ -28,48 +28,40 @@ void cStringBuilder::ChunkSize(std::int32_t iChunkSize, int line) {
 
 std::u16string cStringBuilder::ToString() const {
   return Procedure(diagnostics_, "cStringBuilder.ToString", {}, std::u16string{},
-                   [&](std::u16string& text) { text.assign(buffer_, 0, static_cast<std::size_t>(length_)); });
+                   [&](std::u16string& text) { text = text_; });
 }
 
 void cStringBuilder::Append(std::u16string_view sThis) {
   Procedure(diagnostics_, "cStringBuilder.Append", {sThis.size()}, [&] {
     Grow(sThis.size());
-    Put(sThis);
+    text_ += sThis;
   });
 }
 
 void cStringBuilder::AppendLine(std::u16string_view sThis) {
   Procedure(diagnostics_, "cStringBuilder.AppendLine", {sThis.size()}, [&] {
     Grow(sThis.size() + kLineEnd.size());
-    Put(sThis);
-    Put(kLineEnd);
+    text_.append(sThis).append(kLineEnd);
   });
 }
 
 void cStringBuilder::Insert(std::int32_t iIndex, std::u16string_view sThis, int line) {
   TraceEntry(diagnostics_, "cStringBuilder.Insert", {iIndex, sThis.size()});
-  if (iIndex < 0 || iIndex > length_) throw RunTimeError(ErrorNumber::SubscriptOutOfRange, line);
+  if (iIndex < 0 || iIndex > Length()) throw RunTimeError(ErrorNumber::SubscriptOutOfRange, line);
   try {
     Grow(sThis.size());
   } catch (...) {
     // The range error above is the caller's; want of memory ends in the log, as it does in Append.
     return HandleFault(diagnostics_, "cStringBuilder.Insert", {iIndex, sThis.size()});
   }
-  const auto at = buffer_.begin() + iIndex;
-  const auto end = buffer_.begin() + length_;
-  std::move_backward(at, end, end + static_cast<std::ptrdiff_t>(sThis.size()));
-  std::ranges::copy(sThis, at);
-  length_ += static_cast<std::int32_t>(sThis.size());
+  text_.insert(static_cast<std::size_t>(iIndex), sThis);
 }
 
 void cStringBuilder::Remove(std::int32_t iIndex, std::int32_t lLen, int line) {
   TraceEntry(diagnostics_, "cStringBuilder.Remove", {iIndex, lLen});
-  const bool inside =
-      iIndex >= 0 && lLen >= 0 && iIndex <= length_ && EndOf(iIndex, lLen) <= static_cast<std::uint32_t>(length_);
+  const bool inside = iIndex >= 0 && lLen >= 0 && iIndex <= Length() && EndOf(iIndex, lLen) <= text_.size();
   if (!inside) throw RunTimeError(ErrorNumber::SubscriptOutOfRange, line);
-  const auto end = buffer_.begin() + length_;
-  std::fill(std::move(buffer_.begin() + iIndex + lLen, end, buffer_.begin() + iIndex), end, u' ');
-  length_ -= lLen;
+  text_.erase(static_cast<std::size_t>(iIndex), static_cast<std::size_t>(lLen));
 }
 
 std::int32_t cStringBuilder::Find(std::u16string_view sToFind, std::int32_t lStartIndex, TextCompare compare) const {
@@ -78,51 +70,45 @@ std::int32_t cStringBuilder::Find(std::u16string_view sToFind, std::int32_t lSta
     const std::size_t start = whole ? 0 : static_cast<std::size_t>(lStartIndex) - 1;
     const std::size_t found = Position(sToFind, start, whole ? TextCompare::Binary : compare);
     // Not "<=": a match at the last character of the content counts as none.
-    if (found + 1 < static_cast<std::size_t>(length_)) position = static_cast<std::int32_t>(found + 1);
+    if (found + 1 < text_.size()) position = static_cast<std::int32_t>(found + 1);
   });
 }
 
 std::size_t cStringBuilder::Position(std::u16string_view toFind, std::size_t start, TextCompare compare) const {
-  if (start >= buffer_.size()) return buffer_.size();
+  std::u16string padded = text_;
+  padded.resize(std::min(capacity_, text_.size() + toFind.size()), u' ');
+  if (start >= padded.size()) return padded.size();
   const auto equal = [compare](char16_t left, char16_t right) {
     return compare == TextCompare::Text ? FoldCase(left) == FoldCase(right) : left == right;
   };
-  const auto begin = buffer_.begin() + static_cast<std::ptrdiff_t>(start);
-  return static_cast<std::size_t>(std::search(begin, buffer_.end(), toFind.begin(), toFind.end(), equal) -
-                                  buffer_.begin());
+  const auto begin = padded.begin() + static_cast<std::ptrdiff_t>(start);
+  return static_cast<std::size_t>(std::search(begin, padded.end(), toFind.begin(), toFind.end(), equal) -
+                                  padded.begin());
 }
 
 void cStringBuilder::HeapMinimize() {
   Procedure(diagnostics_, "cStringBuilder.HeapMinimize", {}, [&] {
-    const std::int32_t free = Capacity() - length_;
+    const std::int32_t free = Capacity() - Length();
     if (free <= chunkSize_) return;
     // Whole chunks go, and some room, up to one chunk, stays.
-    const std::int32_t surplus = (free - 1) / chunkSize_ * chunkSize_;
-    buffer_.resize(buffer_.size() - static_cast<std::size_t>(surplus));
-    buffer_.shrink_to_fit();
+    capacity_ -= static_cast<std::size_t>((free - 1) / chunkSize_ * chunkSize_);
+    text_.shrink_to_fit();
+    text_.reserve(capacity_);
   });
 }
 
 void cStringBuilder::Clear() {
-  Procedure(diagnostics_, "cStringBuilder.Clear", {}, [&] {
-    std::fill(buffer_.begin(), buffer_.begin() + length_, u' ');
-    length_ = 0;
-  });
+  Procedure(diagnostics_, "cStringBuilder.Clear", {}, [&] { text_.clear(); });
 }
 
 void cStringBuilder::Grow(std::size_t more, int line) {
-  const std::size_t needed = static_cast<std::size_t>(length_) + more;
-  if (needed <= buffer_.size()) return;
+  const std::size_t needed = text_.size() + more;
+  if (needed <= capacity_) return;
   const auto chunk = static_cast<std::size_t>(chunkSize_);
-  const std::size_t chunks = (needed - buffer_.size() + chunk - 1) / chunk;
-  const std::size_t grown = buffer_.size() + chunks * chunk;
+  const std::size_t grown = capacity_ + (needed - capacity_ + chunk - 1) / chunk * chunk;
   if (more > kMostCharacters || grown > kMostCharacters) throw RunTimeError(ErrorNumber::OutOfMemory, line);
-  buffer_.resize(grown, u' ');
-}
-
-void cStringBuilder::Put(std::u16string_view text) {
-  std::ranges::copy(text, buffer_.begin() + length_);
-  length_ += static_cast<std::int32_t>(text.size());
+  text_.reserve(grown);
+  capacity_ = grown;
 }
 
 }  // namespace fonklav

@@ -20,9 +20,9 @@ class cStringBuilder {
  public:
   explicit cStringBuilder(Diagnostics& diagnostics) : diagnostics_(diagnostics) {}
 
-  [[nodiscard]] std::int32_t Length() const noexcept { return length_; }
+  [[nodiscard]] std::int32_t Length() const noexcept { return static_cast<std::int32_t>(text_.size()); }
   /// Characters reserved, the content included.
-  [[nodiscard]] std::int32_t Capacity() const noexcept { return static_cast<std::int32_t>(buffer_.size()); }
+  [[nodiscard]] std::int32_t Capacity() const noexcept { return static_cast<std::int32_t>(capacity_); }
   [[nodiscard]] std::int32_t ChunkSize() const noexcept { return chunkSize_; }
   /// The step by which the reserve grows from now on. Throws RunTimeError 380 for less than one character.
   void ChunkSize(std::int32_t iChunkSize, int line = __builtin_LINE());
@@ -47,12 +47,12 @@ class cStringBuilder {
 
  private:
   void Grow(std::size_t more, int line = __builtin_LINE());
-  void Put(std::u16string_view text);
+  /// Where a text begins that may reach into the blank reserve; none is behind everything.
   [[nodiscard]] std::size_t Position(std::u16string_view toFind, std::size_t start, TextCompare compare) const;
 
   Diagnostics& diagnostics_;
-  std::u16string buffer_;  ///< the content and, behind it, blanks
-  std::int32_t length_{0};
+  std::u16string text_;
+  std::size_t capacity_{0};  ///< whole chunks; the string itself may have reserved more
   std::int32_t chunkSize_{8192};
 };
 
