@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <array>
+#include <iterator>
 #include <utility>
 
 #include "platform/Ports.h"
@@ -31,26 +32,27 @@ bool TakeString(const StructReader& reader, const CodePage& codePage, std::uint3
 }  // namespace
 
 std::string FoldBlanks(std::string_view number) {
-  std::string folded;
-  folded.reserve(number.size());
-  int run = 0;
-  for (const char c : TrimBlanks(number)) {
-    const bool blank = c == ' ' || c == '/';
-    run = blank ? run + 1 : 0;
-    if (!blank || run % 4 == 1) folded += blank ? ' ' : c;
-  }
+  std::string folded(TrimBlanks(number));
+  std::ranges::replace(folded, '/', ' ');
+  std::size_t run = 0;
+  std::erase_if(folded, [&run](char c) {
+    run = c == ' ' ? run + 1 : 0;
+    return run > 0 && run % 4 != 1;
+  });
   return folded;
 }
 
 std::string BracketAreaCode(std::string_view number) {
+  constexpr std::string_view blanks = " ()";
   std::string bracketed = "+";
   for (const char bracket : {'(', ')'}) {
-    const auto blank = number.find_first_of(" ()");
+    const auto blank = number.find_first_of(blanks);
     if (blank >= number.size() - 1) return bracketed;
-    (bracketed += number.substr(0, blank)) += bracket;
+    bracketed.append(number.substr(0, blank)) += bracket;
     number.remove_prefix(blank + 1);
   }
-  for (const char c : number) bracketed += c == '(' || c == ')' ? ' ' : c;
+  const auto isBlank = [&](char c) { return blanks.find(c) != std::string_view::npos; };
+  std::ranges::replace_copy_if(number, std::back_inserter(bracketed), isBlank, ' ');
   return bracketed;
 }
 
