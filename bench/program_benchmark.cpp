@@ -77,7 +77,7 @@ void LogLine(benchmark::State& state, std::int32_t limitKB) {
 void RawLine(benchmark::State& state, std::int64_t limitKB) {
   OneFile disk;
   Measure(state, 200, [&] {
-    if (OneFile::Put(OneFile::kPath, O_APPEND, kLine) / 1024 <= limitKB) return;
+    if (OneFile::Put(OneFile::kPath, O_APPEND, kLine, true) / 1024 <= limitKB) return;
     disk.Replace({}, std::string_view(disk.Read({})).substr(static_cast<std::size_t>(limitKB) * 256));
   });
 }

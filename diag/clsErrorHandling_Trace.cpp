@@ -72,9 +72,9 @@ const std::string& clsErrorHandling::TraceLine(std::string_view step, LogArgs ar
     repeatCount_ = 1;
   }
   traceLine_.clear();
-  AppendStamp(traceLine_, clock_.Now());
+  PutStamp(traceLine_, clock_.Now());
   traceLine_.append(diagnostics_.tag).append(" v"sv).append(kVersion).append("  "sv).append(step);
-  AppendPadded(traceLine_ += ' ', repeatCount_, 2);
+  traceLine_.append(repeatCount_ < 10 ? " 0"sv : " "sv).append(std::to_string(repeatCount_));
   AppendParamArray(traceLine_, args);
   return traceLine_;
 }

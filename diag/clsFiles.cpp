@@ -57,9 +57,7 @@ void clsFiles::FileWrite_Log(const std::string& sFile, std::string& sLine, std::
     if (diagnostics_.tag.empty()) diagnostics_.tag = "NON";
     // From the look at the size to the last byte: a line that another program adds in between would be lost.
     const std::unique_ptr<FileLock> lock = files_.Lock(sFile);
-    std::string stamp;
-    AppendStamp(stamp, clock_.Now());
-    sLine.insert(0, stamp);
+    PutStamp(sLine, clock_.Now());
     const std::uint64_t sizeKB = fileTests_.FileLength(sFile).value_or(0) / kKB;
     if (!lock || MaxSizeKB < 1 || std::cmp_greater_equal(MaxSizeKB, sizeKB)) {
       MakeFile(sFile, sLine, true);

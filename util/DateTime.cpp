@@ -1,38 +1,41 @@
 #include "util/DateTime.h"
 
-#include <array>
-
 namespace fonklav {
+namespace {
 
-using namespace std::string_view_literals;
-
-void AppendPadded(std::string& text, int number, std::size_t width) {
-  std::array<char, 12> digits{};
-  std::size_t start = digits.size();
-  for (auto rest = static_cast<unsigned>(number); rest > 0 || digits.size() - start < width; rest /= 10) {
-    digits.at(--start) = static_cast<char>('0' + rest % 10);
+/// Adds a number to the `width` zeros that stand at a place.
+void PutDigits(char* place, std::size_t width, int number) {
+  for (auto rest = static_cast<unsigned>(number); width > 0; rest /= 10) {
+    place[--width] = static_cast<char>('0' + rest % 10);
   }
-  text.append(digits.data() + start, digits.size() - start);
+}
+
+}  // namespace
+
+void PutStamp(std::string& line, const LocalTime& time) {
+  char* const stamp = line.insert(0, "0000/00/00  00:00:00  ").data();
+  PutDigits(stamp, 4, time.year);
+  PutDigits(stamp + 5, 2, time.month);
+  PutDigits(stamp + 8, 2, time.day);
+  PutDigits(stamp + 12, 2, time.hour);
+  PutDigits(stamp + 15, 2, time.minute);
+  PutDigits(stamp + 18, 2, time.second);
 }
 
 std::string GetFormatedDateByString(const LocalTime& time, std::string_view separator, bool yearFirst) {
-  std::string text;
-  AppendPadded(text, yearFirst ? time.year : time.day, yearFirst ? 4 : 2);
-  AppendPadded(text.append(separator), time.month, 2);
-  AppendPadded(text.append(separator), yearFirst ? time.day : time.year, yearFirst ? 2 : 4);
-  return text;
+  std::string stamp;
+  PutStamp(stamp, time);
+  const std::string year = stamp.substr(0, 4);
+  const std::string day = stamp.substr(8, 2);
+  std::string date = yearFirst ? year : day;
+  date.append(separator).append(stamp, 5, 2).append(separator);
+  return date += yearFirst ? day : year;
 }
 
 std::string GetFormatedTime(const LocalTime& time) {
-  std::string text;
-  AppendPadded(text, time.hour, 2);
-  AppendPadded(text += ':', time.minute, 2);
-  AppendPadded(text += ':', time.second, 2);
-  return text;
-}
-
-void AppendStamp(std::string& text, const LocalTime& time) {
-  text.append(GetFormatedDateByString(time, "/", true)).append("  "sv).append(GetFormatedTime(time)).append("  "sv);
+  std::string stamp;
+  PutStamp(stamp, time);
+  return stamp.substr(12, 8);
 }
 
 }  // namespace fonklav

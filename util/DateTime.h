@@ -1,12 +1,11 @@
 #pragma once
 
-#include <cstddef>
 #include <string>
 #include <string_view>
 
 namespace fonklav {
 
-/// A local date and time of day as a wall clock shows them.
+/// A local date and time of day as a wall clock shows them. Years are written with four digits, all else with two.
 struct LocalTime {
   int year{1601};
   int month{1};
@@ -16,16 +15,13 @@ struct LocalTime {
   int second{0};
 };
 
-/// Adds a number in decimal, zeros in front up to `width` digits.
-void AppendPadded(std::string& text, int number, std::size_t width);
-
 /// The date with the separator between its fields, year first ("2015/03/07") or day first ("07/03/2015").
 [[nodiscard]] std::string GetFormatedDateByString(const LocalTime& time, std::string_view separator, bool yearFirst);
 
 /// The time of day on a 24-hour clock, "09:05:31".
 [[nodiscard]] std::string GetFormatedTime(const LocalTime& time);
 
-/// Adds what every line of a log begins with: "2015/03/07  09:05:31  ".
-void AppendStamp(std::string& text, const LocalTime& time);
+/// Puts in front of a line what every line of a log begins with: "2015/03/07  09:05:31  ".
+void PutStamp(std::string& line, const LocalTime& time);
 
 }  // namespace fonklav
