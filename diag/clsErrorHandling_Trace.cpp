@@ -76,7 +76,7 @@ const std::string& clsErrorHandling::TraceLine(std::string_view step, LogArgs ar
   traceLine_.append(diagnostics_.tag).append(" v"sv).append(kVersion).append("  "sv).append(step);
   traceLine_.append(repeatCount_ < 10 ? " 0"sv : " "sv).append(std::to_string(repeatCount_));
   AppendParamArray(traceLine_, args);
-  return traceLine_;
+  return traceLine_ += kCrLf;
 }
 
 void clsErrorHandling::QueueTraceLine(const std::string& line) {
@@ -113,7 +113,7 @@ std::string clsErrorHandling::OldestTraceLines(std::int32_t count) const {
   std::string bytes;
   bytes.reserve(static_cast<std::size_t>(count) * kTypicalLine);
   for (std::int32_t line = 1; line <= count; ++line) {
-    bytes.append(std::get<std::string>(oTraceQueue_->GetCollection().At(line)->second)).append(kCrLf);
+    bytes.append(std::get<std::string>(oTraceQueue_->GetCollection().At(line)->second));
   }
   return bytes;
 }

@@ -43,15 +43,14 @@ std::string FoldBlanks(std::string_view number) {
 }
 
 std::string BracketAreaCode(std::string_view number) {
-  constexpr std::string_view blanks = " ()";
+  const auto isBlank = [](char c) { return c == ' ' || c == '(' || c == ')'; };
   std::string bracketed = "+";
   for (const char bracket : {'(', ')'}) {
-    const auto blank = number.find_first_of(blanks);
-    if (blank >= number.size() - 1) return bracketed;
+    const auto blank = static_cast<std::size_t>(std::ranges::find_if(number, isBlank) - number.begin());
+    if (blank + 1 >= number.size()) return bracketed;
     bracketed.append(number.substr(0, blank)) += bracket;
     number.remove_prefix(blank + 1);
   }
-  const auto isBlank = [&](char c) { return blanks.find(c) != std::string_view::npos; };
   std::ranges::replace_copy_if(number, std::back_inserter(bracketed), isBlank, ' ');
   return bracketed;
 }
