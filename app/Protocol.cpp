@@ -56,8 +56,7 @@ CommandMessage ParseCommand(std::string_view value) {
 
 void Reports::DDEexecute(std::string_view message, std::string_view tag) {
   Procedure(diagnostics_, "DDEexecute", {message, tag}, [&] {
-    const std::string bytes = codePage_.ToBytes(message) + codePage_.ToBytes(tag);
-    if (!link_.Send(bytes)) linkOpen_ = false;
+    if (!link_.Send(codePage_.ToBytes(message) + codePage_.ToBytes(tag))) linkOpen_ = false;
   });
 }
 

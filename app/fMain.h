@@ -139,9 +139,7 @@ class fMain final : public FormInput, private LineEvents, private LinkEvents {
   [[nodiscard]] LinePointer Line(int line = __builtin_LINE()) const;
   [[nodiscard]] bool LineIsOpen() const { return tapiline_ && tapiline_->IsOpen(); }
   void ReleaseLine();
-  void DebugLine(std::string_view text, std::string_view detail = {}) const {
-    DebugTapi(services_.diagnostics, text, detail);
-  }
+  void DebugLine(std::string_view text, std::string_view of = {}) const { DebugTapi(services_.diagnostics, text, of); }
 
   FormServices services_;
   FormControls& controls_;

@@ -4,7 +4,6 @@
 #include "app/Protocol.h"
 #include "bench/CheapPorts.h"
 #include "bench/Measure.h"
-#include "tapi/PhoneNumber.h"
 #include "tapi/StructReader.h"
 #include "tapi/mTAPIFunctions.h"
 #include "tests/tapi/TapiSystem.h"
@@ -109,8 +108,8 @@ void Enumerate(benchmark::State& state) {
 void NumberPrepared(benchmark::State& state) {
   const std::string number = "+49 30 1234567";
   Measure(state, 1000, [&] {
-    const std::string folded = FoldBlanks(number);
-    benchmark::DoNotOptimize(BracketAreaCode(std::string_view(folded).substr(1)));
+    const std::string folded = CvbTAPILine::FoldBlanks(number);
+    benchmark::DoNotOptimize(CvbTAPILine::BracketAreaCode(std::string_view(folded).substr(1)));
   });
 }
 

@@ -11,60 +11,39 @@ namespace {
 constexpr std::string_view kLineBreak = "<CR>";
 constexpr const char* kFailed = "ERROR in GetStringFromParamArray";  // in place of arguments that could not be rendered
 
-/// Adds one value that is not an array; an array within an array is like an object, which adds nothing.
-struct Element {
-  std::string& line;
-
-  void operator()(std::string_view text) const { line.append("S:"sv).append(text); }
-  void operator()(const std::string* text) const { (*this)(std::string_view(*text)); }
-  void operator()(bool flag) const { line += flag ? "B:1"sv : "B:0"sv; }
-  void operator()(std::int64_t number) const { line.append("N:"sv).append(std::to_string(number)); }
-  void operator()(double number) const { line.append("N:"sv).append(ShortestText(number)); }
-  template <typename Other>
-  void operator()(const Other&) const {}
-};
-
-/// Adds values, those of an array one by one.
+/// Adds values to a line, those of an array one by one; an array within an array is like an object.
 struct Gatherer {
   std::string& line;
   std::size_t start;  ///< of the first value
+  bool within{false};
 
-  void operator()(std::span<const std::string> texts) const {
-    for (const std::string& text : texts) (*this)(&text);
-  }
-  void operator()(std::span<const LogArg> values) const {
-    for (const LogArg& value : values) std::visit([&](const auto& single) { Join(single); }, value.Get());
-  }
-  template <typename Single>
-  void operator()(const Single& value) const {
-    Join(value);
+  void operator()(std::string_view text) const { Next().append("S:"sv).append(text); }
+  void operator()(const std::string* text) const { (*this)(std::string_view(*text)); }
+  void operator()(bool flag) const { Next().append(flag ? "B:1"sv : "B:0"sv); }
+  void operator()(std::int64_t number) const { Next().append("N:"sv).append(std::to_string(number)); }
+  void operator()(double number) const { Next().append("N:"sv).append(ShortestText(number)); }
+  void operator()(LogArg::Nothing) const { Next(); }
+  template <typename Value>
+  void operator()(std::span<const Value> values) const {
+    if (within) return static_cast<void>(Next());
+    for (const LogArg value : values) std::visit(Gatherer{line, start, true}, value.Get());
   }
 
  private:
   // A value that adds nothing still takes its separator, but not at the front.
-  template <typename Single>
-  void Join(const Single& value) const {
-    if (line.size() > start) line += ", "sv;
-    Element{line}(value);
-  }
+  std::string& Next() const { return line.size() > start ? line.append(", "sv) : line; }
 };
-
-void Append(std::string& line, LogArgs args) {
-  line += '(';
-  const std::size_t start = line.size();
-  for (const LogArg& argument : args) std::visit(Gatherer{line, start}, argument.Get());
-  if (line.size() == start) return line.pop_back();
-  if (line.find(kCrLf, start) != std::string::npos)
-    line.replace(start, line.npos, ReplaceAll(line.substr(start), kCrLf, kLineBreak));
-  line += ')';
-}
 
 }  // namespace
 
 void AppendParamArray(std::string& line, LogArgs args) {
   const std::size_t before = line.size();
   try {
-    Append(line, args);
+    line += '(';
+    for (const LogArg& argument : args) std::visit(Gatherer{line, before + 1}, argument.Get());
+    line.size() > before + 1 ? line.push_back(')') : line.pop_back();
+    if (line.find(kCrLf, before) == std::string::npos) return;
+    line.replace(before, line.npos, ReplaceAll(line.substr(before), kCrLf, kLineBreak));
   } catch (...) {
     line.resize(before);
     line += kFailed;

@@ -99,7 +99,6 @@ class clsErrorHandling final : public ProcedureLog {
   [[nodiscard]] bool CanTrace();
   void Trace_Flush();
   void ShowTraceNotice();
-  void DeleteTraceFile();
   [[nodiscard]] const std::string& TraceLine(std::string_view step, LogArgs args);
   void QueueTraceLine(const std::string& line);
   void WriteTrace() noexcept;

@@ -21,7 +21,6 @@ constexpr std::string_view kDebugLog = "\\log\\debug.log";
 constexpr std::string_view kSpecsFile = "\\Rufmonspec.ini";
 constexpr std::int16_t kQuietLines = 50;     ///< so many lines wait without being written
 constexpr std::int32_t kLinesTogether = 51;  ///< so many lines are one write
-constexpr std::size_t kTypicalLine = 128;
 
 }  // namespace
 
@@ -38,7 +37,7 @@ void clsErrorHandling::LogDebug_Trace(std::string_view sModul, LogArgs args) noe
 
 void clsErrorHandling::ShowTraceNotice() {
   firstTrace_ = false;
-  DeleteTraceFile();
+  config_.files.FileDelete(FullPath(kTraceLog));
   const MessageTexts& texts = Messages();
   std::string prompt = texts.tracingIsActive + std::string(kCrLf);
   prompt.append(texts.seeFile).append(": ").append(kSpecsFile).append(" ([Debug] - TraceMode=1)");
@@ -46,8 +45,6 @@ void clsErrorHandling::ShowTraceNotice() {
   prompt.append(texts.seeFile).append(": ").append(FullPath(kTraceLog));
   config_.messages.MsgBoxForward(prompt, kMessageBoxInformation, "Rufmon - Tracing");
 }
-
-void clsErrorHandling::DeleteTraceFile() { config_.files.FileDelete(FullPath(kTraceLog)); }
 
 bool clsErrorHandling::CanTrace() {
   // Lowered by the step that asks, so the step that brings it to 0 is traced again.
@@ -111,7 +108,7 @@ void clsErrorHandling::WriteTrace() noexcept {
 
 std::string clsErrorHandling::OldestTraceLines(std::int32_t count) const {
   std::string bytes;
-  bytes.reserve(static_cast<std::size_t>(count) * kTypicalLine);
+  bytes.reserve(static_cast<std::size_t>(count) * 128);  // most lines are shorter
   for (std::int32_t line = 1; line <= count; ++line) {
     bytes.append(std::get<std::string>(oTraceQueue_->GetCollection().At(line)->second));
   }

@@ -14,7 +14,7 @@ namespace fonklav {
 /// FILE_ATTRIBUTE_DIRECTORY, of the attributes that the platform gives.
 inline constexpr std::uint32_t kFileAttributeDirectory = 0x10;
 
-/// What the platform knows of a file without opening it.
+/// What the platform knows of a file without a share in it.
 struct FileAttributes {
   std::uint32_t flags;
   std::uint64_t length;  ///< in bytes
@@ -53,8 +53,7 @@ class FileSystem {
   FileSystem& operator=(const FileSystem&) = delete;
   virtual ~FileSystem() = default;
 
-  /// GetFileAttributesExA of a path in bytes of the code page; nothing when they cannot be read. They need no share in
-  /// the file: one that somebody shares with nobody has them, too.
+  /// GetFileAttributesExA of a path in bytes of the code page; nothing when they cannot be read.
   [[nodiscard]] virtual std::optional<FileAttributes> GetAttributesA(const std::string& pathBytes) const = 0;
   /// GetFileAttributesExW of a path in UTF-8; nothing when they cannot be read.
   [[nodiscard]] virtual std::optional<FileAttributes> GetAttributesW(const std::string& path) const = 0;

@@ -156,6 +156,12 @@ class CvbTAPILine : public std::enable_shared_from_this<CvbTAPILine> {
 
   /// The dialable form of a number by the location's dialing rules, empty when it cannot be translated.
   [[nodiscard]] std::string TransformPhoneNumber(const std::string& number);
+  /// Its first step: blanks at the ends go, "/" counts as a blank, and of each run of blanks every fourth stays, from
+  /// the first on: up to four become one. That a longer run keeps some is deliberate.
+  [[nodiscard]] static std::string FoldBlanks(std::string_view number);
+  /// Its second: "49 30 1234567" becomes "+49(30)1234567". Deliberately simple: the first two blanks become the
+  /// brackets whatever stands between them, and without a second blank the rest of the number is lost.
+  [[nodiscard]] static std::string BracketAreaCode(std::string_view number);
 
   /// True from Create on, and again when a call has ended; false while one is connected or being cleared.
   [[nodiscard]] bool Idle() const { return idle_; }

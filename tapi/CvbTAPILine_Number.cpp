@@ -7,7 +7,6 @@
 #include "platform/Telephony.h"
 #include "tapi/CvbTAPILine.h"
 #include "tapi/Numbers.h"
-#include "tapi/PhoneNumber.h"
 #include "tapi/StructReader.h"
 #include "util/Procedure.h"
 #include "util/Text.h"
@@ -31,7 +30,7 @@ bool TakeString(const StructReader& reader, const CodePage& codePage, std::uint3
 
 }  // namespace
 
-std::string FoldBlanks(std::string_view number) {
+std::string CvbTAPILine::FoldBlanks(std::string_view number) {
   std::string folded(TrimBlanks(number));
   std::ranges::replace(folded, '/', ' ');
   std::size_t run = 0;
@@ -42,7 +41,7 @@ std::string FoldBlanks(std::string_view number) {
   return folded;
 }
 
-std::string BracketAreaCode(std::string_view number) {
+std::string CvbTAPILine::BracketAreaCode(std::string_view number) {
   const auto isBlank = [](char c) { return c == ' ' || c == '(' || c == ')'; };
   std::string bracketed = "+";
   for (const char bracket : {'(', ')'}) {

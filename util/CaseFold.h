@@ -26,7 +26,7 @@ namespace fonklav {
 
 /// Whether two texts are the same but for the case of their letters.
 [[nodiscard]] inline bool EqualsIgnoringCase(std::string_view left, std::string_view right) {
-  return FoldCase(left) == FoldCase(right);
+  return left == right || FoldCase(left) == FoldCase(right);
 }
 
 }  // namespace fonklav

@@ -1,25 +1,17 @@
 #include "util/DateTime.h"
 
 namespace fonklav {
-namespace {
-
-/// Adds a number to the `width` zeros that stand at a place.
-void PutDigits(char* place, std::size_t width, int number) {
-  for (auto rest = static_cast<unsigned>(number); width > 0; rest /= 10) {
-    place[--width] = static_cast<char>('0' + rest % 10);
-  }
-}
-
-}  // namespace
 
 void PutStamp(std::string& line, const LocalTime& time) {
-  char* const stamp = line.insert(0, "0000/00/00  00:00:00  ").data();
-  PutDigits(stamp, 4, time.year);
-  PutDigits(stamp + 5, 2, time.month);
-  PutDigits(stamp + 8, 2, time.day);
-  PutDigits(stamp + 12, 2, time.hour);
-  PutDigits(stamp + 15, 2, time.minute);
-  PutDigits(stamp + 18, 2, time.second);
+  struct Field {
+    int number;
+    std::size_t last;  ///< place of its last digit
+  };
+  line.insert(0, "0000/00/00  00:00:00  ");
+  for (auto [number, place] : {Field{time.year % 10000, 3}, Field{time.month, 6}, Field{time.day, 9},
+                               Field{time.hour, 13}, Field{time.minute, 16}, Field{time.second, 19}}) {
+    for (; number > 0; number /= 10) line[place--] = static_cast<char>('0' + number % 10);
+  }
 }
 
 std::string GetFormatedDateByString(const LocalTime& time, std::string_view separator, bool yearFirst) {

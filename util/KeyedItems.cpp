@@ -26,23 +26,21 @@ const KeyedItems::Item* KeyedItems::Find(const std::string& key) const {
   return found == items_.end() ? nullptr : &*found;
 }
 
-std::optional<KeyedItems::Value> KeyedItems::TakeAt(std::int64_t position) {
-  if (At(position) == nullptr) return std::nullopt;
+KeyedItems::Taken KeyedItems::TakeAt(std::int64_t position) {
+  if (At(position) == nullptr) return {};
   return TakeOut(order_.begin() + static_cast<std::ptrdiff_t>(position - 1));
 }
 
-std::optional<KeyedItems::Value> KeyedItems::Take(const std::string& key) {
+KeyedItems::Taken KeyedItems::Take(const std::string& key) {
   const Item* const item = Find(key);
-  if (item == nullptr) return std::nullopt;
+  if (item == nullptr) return {};
   return TakeOut(std::ranges::find(order_, item));
 }
 
-KeyedItems::Value KeyedItems::TakeOut(std::deque<Item*>::const_iterator place) {
-  const auto item = items_.find((*place)->first);
-  Value value = std::move(item->second);
-  items_.erase(item);
+KeyedItems::Taken KeyedItems::TakeOut(std::deque<Item*>::const_iterator place) {
+  Taken item = items_.extract((*place)->first);
   order_.erase(place);
-  return value;
+  return item;
 }
 
 }  // namespace fonklav

@@ -5,8 +5,8 @@
 #include <deque>
 #include <functional>
 #include <memory>
-#include <optional>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <utility>
 #include <variant>
@@ -35,15 +35,23 @@ class KeyedItems {
  public:
   using Value = std::variant<std::string, std::shared_ptr<KeyedObject>>;
   using Item = std::pair<const std::string, Value>;  ///< an item under its key
+  struct HashIgnoringCase {
+    std::size_t operator()(const std::string& key) const { return std::hash<std::string>{}(FoldCase(key)); }
+  };
+  struct SameIgnoringCase {
+    bool operator()(std::string_view left, std::string_view right) const { return EqualsIgnoringCase(left, right); }
+  };
+  using Map = std::unordered_map<std::string, Value, HashIgnoringCase, SameIgnoringCase>;
+  using Taken = Map::node_type;  ///< an item that was removed, or empty
 
   /// Adds an item at the end; false when the key is taken.
   bool Add(std::string key, Value value);
   /// The item at a position or under a key; null when there is none. Valid until it is taken.
   [[nodiscard]] const Item* At(std::int64_t position) const;
   [[nodiscard]] const Item* Find(const std::string& key) const;
-  /// Removes an item and gives its value out; nothing when there is none.
-  std::optional<Value> TakeAt(std::int64_t position);
-  std::optional<Value> Take(const std::string& key);
+  /// Removes an item and gives it out; empty when there is none.
+  Taken TakeAt(std::int64_t position);
+  Taken Take(const std::string& key);
   void Clear() noexcept {
     order_.clear();
     items_.clear();
@@ -51,18 +59,9 @@ class KeyedItems {
   [[nodiscard]] std::size_t Count() const noexcept { return order_.size(); }
 
  private:
-  struct HashIgnoringCase {
-    std::size_t operator()(const std::string& key) const { return std::hash<std::string>{}(FoldCase(key)); }
-  };
-  struct SameIgnoringCase {
-    bool operator()(const std::string& left, const std::string& right) const {
-      return left == right || EqualsIgnoringCase(left, right);
-    }
-  };
+  Taken TakeOut(std::deque<Item*>::const_iterator place);
 
-  Value TakeOut(std::deque<Item*>::const_iterator place);
-
-  std::unordered_map<std::string, Value, HashIgnoringCase, SameIgnoringCase> items_;
+  Map items_;
   std::deque<Item*> order_;  ///< in which they came; a map's items stay where they are
 };
 

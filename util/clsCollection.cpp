@@ -102,11 +102,11 @@ std::string clsCollection::ItemByKeyValue(const std::string& key, const std::str
 }
 
 bool clsCollection::RemoveByKeyName(const std::string& key) {
-  return Suppressed(false, [&] { return items_.Take(key).has_value(); });
+  return Suppressed(false, [&] { return !items_.Take(key).empty(); });
 }
 
 bool clsCollection::RemoveByIndex(std::int16_t index) {
-  return Suppressed(false, [&] { return items_.TakeAt(index).has_value(); });
+  return Suppressed(false, [&] { return !items_.TakeAt(index).empty(); });
 }
 
 bool clsCollection::RemoveFirst() { return RemoveByIndex(1); }
@@ -119,8 +119,8 @@ void clsCollection::ChangeKey(const std::string& oldKey, const std::string& newK
   Suppressed(false, [&] {
     // Keys compare without regard to case, so an item may be given its own key in another spelling.
     if (items_.Find(newKey) != nullptr && !EqualsIgnoringCase(oldKey, newKey)) return false;
-    auto value = items_.Take(oldKey);
-    return value && items_.Add(newKey, std::move(*value));
+    auto item = items_.Take(oldKey);
+    return !item.empty() && items_.Add(newKey, std::move(item.mapped()));
   });
 }
 

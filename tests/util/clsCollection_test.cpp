@@ -184,12 +184,12 @@ TEST(KeyedItems, AgreeWithAPlainListUnderRandomUse) {
         break;
       }
       case 2:
-        ASSERT_EQ(items.TakeAt(static_cast<std::int64_t>(place) + 1).has_value(), !model.empty());
+        ASSERT_EQ(items.TakeAt(static_cast<std::int64_t>(place) + 1).empty(), model.empty());
         if (!model.empty()) model.erase(model.begin() + static_cast<std::ptrdiff_t>(place));
         break;
       case 3:
         if (model.empty()) break;
-        ASSERT_EQ(std::get<std::string>(items.Take(model[place]).value()), "v" + model[place]);
+        ASSERT_EQ(std::get<std::string>(items.Take(model[place]).mapped()), "v" + model[place]);
         model.erase(model.begin() + static_cast<std::ptrdiff_t>(place));
         break;
       default:
