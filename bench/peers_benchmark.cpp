@@ -66,9 +66,9 @@ const Registered kAll[]{{"{fmt}", FmtTracedStep},
                         {"spdlog/off", [](benchmark::State& state) { Spdlog(state, spdlog::level::debug); }},
                         {"Abseil", AbslDispatch},
                         {"libphonenumber", Libphonenumber},
-                        {"Add/Boost", Add<Boost>, {10000}},
-                        {"Find/Boost", Find<Boost>, {10000}},
-                        {"RemoveOldest/Boost", RemoveOldest<Boost>, {10000}}};
+                        {"Boost/Add", Add<Boost>, {10000}},
+                        {"Boost/Find", Find<Boost>, {10000}},
+                        {"Boost/RemoveOldest", RemoveOldest<Boost>, {10000}}};
 
 }  // namespace
 }  // namespace fonklav::bench

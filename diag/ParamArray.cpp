@@ -43,7 +43,7 @@ void AppendParamArray(std::string& line, LogArgs args) {
     for (const LogArg& argument : args) std::visit(Gatherer{line, before + 1}, argument.Get());
     line.size() > before + 1 ? line.push_back(')') : line.pop_back();
     if (line.find(kCrLf, before) == std::string::npos) return;
-    line.replace(before, line.npos, ReplaceAll(line.substr(before), kCrLf, kLineBreak));
+    line.replace(before, std::string::npos, ReplaceAll(line.substr(before), kCrLf, kLineBreak));
   } catch (...) {
     line.resize(before);
     line += kFailed;

@@ -24,3 +24,5 @@ packages_windows=(cmake ninja-build python3 g++-mingw-w64-x86-64-posix g++-mingw
   wine wine64 fonts-wine fonts-liberation xvfb xauth xdotool imagemagick nsis)
 # What the portable core is built and checked with.
 packages_native=(g++ clang clang-format clang-tidy libclang-rt-dev llvm libgtest-dev libgmock-dev libbenchmark-dev git)
+# What the benchmarks are held against.
+packages_peers=(libspdlog-dev libboost-dev libabsl-dev libfmt-dev libphonenumber-dev)

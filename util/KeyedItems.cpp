@@ -4,7 +4,7 @@
 
 namespace fonklav {
 
-bool KeyedItems::Add(std::string key, Value value) {
+bool KeyedItems::Add(std::string key, Value&& value) {
   const auto [place, added] = items_.try_emplace(std::move(key), std::move(value));
   if (!added) return false;
   try {
@@ -37,7 +37,7 @@ KeyedItems::Taken KeyedItems::Take(const std::string& key) {
   return TakeOut(std::ranges::find(order_, item));
 }
 
-KeyedItems::Taken KeyedItems::TakeOut(std::deque<Item*>::const_iterator place) {
+KeyedItems::Taken KeyedItems::TakeOut(const std::deque<Item*>::const_iterator& place) {
   Taken item = items_.extract((*place)->first);
   order_.erase(place);
   return item;

@@ -45,7 +45,7 @@ class KeyedItems {
   using Taken = Map::node_type;  ///< an item that was removed, or empty
 
   /// Adds an item at the end; false when the key is taken.
-  bool Add(std::string key, Value value);
+  bool Add(std::string key, Value&& value);
   /// The item at a position or under a key; null when there is none. Valid until it is taken.
   [[nodiscard]] const Item* At(std::int64_t position) const;
   [[nodiscard]] const Item* Find(const std::string& key) const;
@@ -59,7 +59,7 @@ class KeyedItems {
   [[nodiscard]] std::size_t Count() const noexcept { return order_.size(); }
 
  private:
-  Taken TakeOut(std::deque<Item*>::const_iterator place);
+  Taken TakeOut(const std::deque<Item*>::const_iterator& place);
 
   Map items_;
   std::deque<Item*> order_;  ///< in which they came; a map's items stay where they are
