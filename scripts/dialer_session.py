@@ -49,6 +49,11 @@ class Item:
         """The text without the mark of the access key."""
         return self.text.replace("&", "")
 
+    @property
+    def middle(self):
+        """Where a person clicks it."""
+        return self.left + self.width // 2, self.top + self.height // 2
+
 
 class Session:
     """One dialer and one stand-in. Everything that belongs to the session lies in its folder: the program as it was
@@ -147,6 +152,11 @@ class Session:
         with self._arrived:
             return [line.text for line in self.lines if line.who == DIALER]
 
+    def said(self, text):
+        """How often the stand-in has said this."""
+        with self._arrived:
+            return [line.text for line in self.lines].count(text)
+
     def wait_for_reports(self, count, seconds=10):
         """Waits until that many reports have come; whether they have."""
         with self._arrived:
@@ -216,12 +226,12 @@ class Session:
 
     def wait_for_control(self, caption, seconds=5):
         """Waits until the dialer shows a control with this caption."""
-        wait_until(f"control {caption!r}", lambda: any(item.caption == caption for item in self.windows()), seconds)
+        wait_until(f"control {caption!r}", lambda: any(caption in (item.caption, item.text) for item in self.windows()), seconds)
 
     def press(self, items, caption):
         """Clicks the button of this caption with the mouse."""
         button = next(item for item in items if item.kind == "control" and item.caption == caption)
-        self.click(button.left + button.width // 2, button.top + button.height // 2)
+        self.click(*button.middle)
 
     def click(self, x, y):
         """A real click at a place of the screen."""

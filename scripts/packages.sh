@@ -20,7 +20,7 @@ need_packages() {
 }
 
 # What the Windows programs are built with, and what shows them.
-packages_windows=(cmake ninja-build python3 g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix librsvg2-bin
+packages_windows=(cmake ninja-build python3 googletest g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix librsvg2-bin
   wine wine64 fonts-wine fonts-liberation xvfb xauth xdotool imagemagick nsis)
 # What the portable core is built and checked with.
 packages_native=(g++ clang clang-format clang-tidy libclang-rt-dev llvm libgtest-dev libgmock-dev libbenchmark-dev git)

@@ -16,9 +16,9 @@ MAY_INCLUDE = {
     "app": {"util", "platform", "config", "diag", "tapi"},
     "platform/win32": {"util", "platform"},
     "window": {"util", "platform", "config", "diag", "tapi", "app", "platform/win32"},
-    "sim": {"util", "platform"},
+    "sim": {"util", "platform", "platform/win32"},
 }
-WINDOWS_FOLDERS = ("platform/win32/", "window/", "sim/tapi32/", "sim/suite/")
+WINDOWS_FOLDERS = ("platform/win32/", "window/", "sim/tapi32/", "sim/suite/", "sim/check/")
 GENERATED = {"Version.h"}
 
 

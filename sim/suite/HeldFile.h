@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "platform/FileSystem.h"
+#include "platform/win32/WideText.h"
 
 namespace fonklav::suite {
 
@@ -27,9 +28,10 @@ constexpr DWORD kAppend = FILE_APPEND_DATA | SYNCHRONIZE;
 /// The lock that dialers take while they write a file, as soon as it is free. It is given back by ReleaseMutex, or with
 /// the end of this program.
 inline HeldFile LockOf(const std::string& path) {
-  // The paths of tests are plain enough to be the same text in the code page and in UTF-8.
-  const std::string name = FileLockName(path);
-  HeldFile lock(CreateMutexExA(nullptr, name.c_str(), 0, SYNCHRONIZE | MUTEX_MODIFY_STATE));
+  std::string full(MAX_PATH, '\0');
+  full.resize(GetFullPathNameA(path.c_str(), MAX_PATH, full.data(), nullptr));
+  const std::wstring name = Wide(FileLockName(Utf8(WideFrom(CP_ACP, full))));
+  HeldFile lock(CreateMutexExW(nullptr, name.c_str(), 0, SYNCHRONIZE | MUTEX_MODIFY_STATE));
   if (lock) WaitForSingleObject(lock.get(), INFINITE);
   return lock;
 }

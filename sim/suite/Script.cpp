@@ -20,11 +20,12 @@ constexpr std::string_view kDialerToSuite = "dialer -> suite ";
 constexpr std::size_t kLongCommand = 200;
 constexpr UINT kPingLimitMs = 5000;
 
+}  // namespace
+
 std::chrono::milliseconds Milliseconds(const std::string& text) {
   return std::chrono::milliseconds(std::strtol(text.c_str(), nullptr, 10));
 }
 
-/// The text with control characters and backslashes written as \xNN, so that it stays one line whatever a program says.
 std::string OneLine(std::string_view text) {
   constexpr std::string_view digits = "0123456789abcdef";
   std::string line;
@@ -36,11 +37,12 @@ std::string OneLine(std::string_view text) {
   return line;
 }
 
-}  // namespace
-
 Script::Script(std::string dialer, Speech speech) : dialerPath_(std::move(dialer)) {
   const Server::Listener listener{[this](const std::string& bytes) { OnReport(bytes); },
-                                  [this](std::string_view what) { Print(kSuite, what); }};
+                                  [this](std::string_view what) {
+    events_.emplace_back(what);
+    Print(kSuite, what);
+                                  }};
   if (speech == Speech::Library) {
     server_ = std::make_unique<DdeServer>(listener);
   } else {
@@ -80,10 +82,12 @@ bool Script::Run(const std::string& line) {
   const std::string name = line.substr(0, blank);
   if (name == "exit") return false;
   if (name.empty() || name.front() == '#') return true;
-  for (const Entry& entry : Commands()) {
-    if (entry.name != name) continue;
-    (this->*entry.command)(blank == std::string::npos ? std::string() : line.substr(blank + 1));
-    return true;
+  for (const auto* commands : {&Commands(), &CheckCommands()}) {
+    for (const Entry& entry : *commands) {
+      if (entry.name != name) continue;
+      entry.command(*this, blank == std::string::npos ? std::string() : line.substr(blank + 1));
+      return true;
+    }
   }
   Fail("unknown command " + name);
   return true;
@@ -104,7 +108,7 @@ void Script::Pump() {
 
 void Script::Start(const std::string& arguments) {
   Print(kSuite, "starts the dialer: " + arguments);
-  dialerEnded_ = false;
+  dialerEnded_ = answered_ = false;
   dialer_.Start(dialerPath_, arguments);
 }
 
@@ -132,8 +136,8 @@ void Script::Ping(const std::string& millisecondsAndPrefix) {
     if (SendMessageTimeoutA(window, WM_NULL, 0, 0, SMTO_NORMAL, kPingLimitMs, nullptr) == 0) Fail("the window hangs");
     longest = std::max(longest, std::chrono::steady_clock::now() - asked);
   });
-  const auto milliseconds = std::chrono::ceil<std::chrono::milliseconds>(longest).count();
-  Print(kSuite, "the window has answered within ms: " + std::to_string(milliseconds));
+  longestPing_ = std::chrono::ceil<std::chrono::milliseconds>(longest);
+  Print(kSuite, "the window has answered within ms: " + std::to_string(longestPing_.count()));
 }
 
 void Script::WaitFor(const std::string& millisecondsAndPrefix, const std::function<void()>& meanwhile) {
@@ -256,7 +260,7 @@ bool Script::PumpUntil(std::chrono::milliseconds limit, const std::function<bool
 }
 
 void Script::Fail(const std::string& why) {
-  Print(kSuite, "FAILED: " + why);
+  Print(kSuite, "FAILED " + why);
   ok_ = false;
 }
 

@@ -17,6 +17,11 @@
 
 namespace fonklav::suite {
 
+std::chrono::milliseconds Milliseconds(const std::string& text);
+
+/// The text with control characters and backslashes written as \xNN, so that it stays one line whatever a program says.
+std::string OneLine(std::string_view text);
+
 /// Runs the main program's part of a conversation, one command a line, and prints what is said on either side.
 class Script {
  public:
@@ -40,12 +45,13 @@ class Script {
   using UniqueCover = std::unique_ptr<std::remove_pointer_t<HWND>, WindowCloser>;
 
   /// A command gets the rest of its line.
-  using Command = void (Script::*)(const std::string& rest);
+  using Command = std::function<void(Script&, const std::string& rest)>;
   struct Entry {
     std::string_view name;
     Command command;
   };
   static const std::vector<Entry>& Commands();
+  static const std::vector<Entry>& CheckCommands();
 
   void Start(const std::string& arguments);
   void Send(const std::string& value);
@@ -71,8 +77,21 @@ class Script {
   void Cover(const std::string&);
   void Tell(const std::string& messageAndParameter);
 
+  void Expect(const std::string& report);
+  void Settle();
+  void Started(const std::string& possible);
+  void WaitForEvent(const std::string& prefix);
+  void Found(const std::string& fileAndPattern);
+  void GivenBack(const std::string& log);
+  void Has(const std::string& controlAndPattern);
+  void Click(const std::string& place);
+  void Keys(const std::string& names);
+  void Dials(const std::string& count);
+
   /// Pumps until a report begins so or the time is over, and does something else with every look at the reports.
   void WaitFor(const std::string& millisecondsAndPrefix, const std::function<void()>& meanwhile);
+  /// Pumps until `met`, for as long as a person would wait.
+  void Until(const std::string& what, const std::function<bool()>& met);
   void OnReport(const std::string& bytes);
   /// Pumps until `met` or the time is over; says whether it was met.
   bool PumpUntil(std::chrono::milliseconds limit, const std::function<bool()>& met);
@@ -86,7 +105,13 @@ class Script {
   DialerProcess dialer_;
   bool dialerEnded_{false};
   std::vector<std::string> reports_;
-  std::size_t waitedFor_{0};  ///< reports before this one have been waited for already
+  std::size_t waitedFor_{0};         ///< reports before this one have been waited for already
+  std::size_t compared_{0};          ///< reports before this one were as expected
+  std::vector<std::string> events_;  ///< what has happened on the link
+  std::ptrdiff_t heardOf_{0};        ///< events before this one have been waited for already
+  std::chrono::milliseconds longestPing_{};
+  std::string box_;       ///< the text of a message box that is answered wherever it appears
+  bool answered_{false};  ///< it was
   bool clearWhenAcknowledged_{false};
   bool clearNow_{false};
   bool ok_{true};

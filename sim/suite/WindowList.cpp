@@ -5,10 +5,13 @@
 #include <oleacc.h>
 
 #include <algorithm>
+#include <map>
 #include <memory>
 #include <optional>
 
 #include "sim/suite/HeldFile.h"
+#include "sim/suite/Script.h"
+#include "util/Text.h"
 
 namespace fonklav::suite {
 
@@ -20,7 +23,7 @@ struct Releaser {
 
 struct Search {
   DWORD processId;
-  std::vector<std::string>& lines;
+  std::vector<HWND>& windows;
 };
 
 std::string ClassOf(HWND window) {
@@ -67,10 +70,8 @@ std::string Describe(std::string_view kind, HWND window) {
   return line + '|' + TicksOf(window) + '|' + TextOf(window);
 }
 
-BOOL CALLBACK AddControl(HWND window, LPARAM lines) {
-  if (IsWindowVisible(window) != FALSE) {
-    reinterpret_cast<std::vector<std::string>*>(lines)->push_back(Describe("control", window));
-  }
+BOOL CALLBACK AddControl(HWND window, LPARAM windows) {
+  if (IsWindowVisible(window) != FALSE) reinterpret_cast<std::vector<HWND>*>(windows)->push_back(window);
   return TRUE;
 }
 
@@ -79,8 +80,8 @@ BOOL CALLBACK AddWindow(HWND window, LPARAM data) {
   DWORD owner = 0;
   GetWindowThreadProcessId(window, &owner);
   if (owner == search.processId && IsWindowVisible(window) != FALSE) {
-    search.lines.push_back(Describe("window", window));
-    EnumChildWindows(window, &AddControl, reinterpret_cast<LPARAM>(&search.lines));
+    search.windows.push_back(window);
+    EnumChildWindows(window, &AddControl, reinterpret_cast<LPARAM>(&search.windows));
   }
   return TRUE;
 }
@@ -112,6 +113,14 @@ BOOL CALLBACK AddReading(HWND window, LPARAM data) {
   const LRESULT entries = kind == WC_LISTVIEWA ? SendMessageA(window, LVM_GETITEMCOUNT, 0, 0) : 0;
   for (LONG entry = 1; entry <= entries; ++entry) lines.push_back(Reading(*object, "entry", entry));
   return TRUE;
+}
+
+/// Each visible window of a process and, after it, its visible controls.
+std::vector<HWND> ShownBy(DWORD processId) {
+  std::vector<HWND> windows;
+  Search search{processId, windows};
+  EnumWindows(&AddWindow, reinterpret_cast<LPARAM>(&search));
+  return windows;
 }
 
 /// The middle of the part of the frame that the window says to have somewhere on a straight way; empty when it is not
@@ -187,8 +196,9 @@ void AddEntries(HWND list, std::vector<std::string>& lines) {
 
 std::vector<std::string> WindowList(DWORD processId) {
   std::vector<std::string> lines;
-  Search search{processId, lines};
-  EnumWindows(&AddWindow, reinterpret_cast<LPARAM>(&search));
+  for (const HWND window : ShownBy(processId)) {
+    lines.push_back(Describe(GetAncestor(window, GA_ROOT) == window ? "window" : "control", window));
+  }
   return lines;
 }
 
@@ -196,6 +206,19 @@ std::vector<std::string> ReadingList(HWND dialog) {
   std::vector<std::string> lines;
   EnumChildWindows(dialog, &AddReading, reinterpret_cast<LPARAM>(&lines));
   return lines;
+}
+
+std::string ContentOf(HWND window) { return TicksOf(window) + TextOf(window); }
+
+HWND FindShown(DWORD processId, const std::string& what) {
+  std::map<std::string, int> seen;
+  for (const HWND window : ShownBy(processId)) {
+    const std::string text = OneLine(TextOf(window));
+    const std::string kind = ClassOf(window);
+    const bool named = text == what || ReplaceAll(text, "&", "") == what;
+    if (named || kind + ' ' + std::to_string(seen[kind]++) == what) return window;
+  }
+  return nullptr;
 }
 
 HWND DialogOf(DWORD processId, bool shown) {

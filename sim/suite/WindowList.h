@@ -13,6 +13,13 @@ namespace fonklav::suite {
 /// "focus" or nothing, the ticked entries of a list, the text.
 [[nodiscard]] std::vector<std::string> WindowList(DWORD processId);
 
+/// A visible window or control of a process: by its text as one line, with or without the marks of access keys, or by
+/// its class and its place in tab order ("Edit 1"); null when there is none.
+[[nodiscard]] HWND FindShown(DWORD processId, const std::string& what);
+
+/// The ticked entries of a list; the text of anything else.
+[[nodiscard]] std::string ContentOf(HWND window);
+
 /// A dialog of a process, `shown` or not; null when it has none.
 [[nodiscard]] HWND DialogOf(DWORD processId, bool shown);
 

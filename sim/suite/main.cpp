@@ -1,6 +1,7 @@
 #include <fcntl.h>
 #include <io.h>
 #include <objbase.h>
+#include <windows.h>
 
 #include <cstdio>
 #include <cstring>
@@ -20,6 +21,7 @@ int main(int argc, char** argv) {
     return 2;
   }
   try {
+    SetProcessDPIAware();  // where a person aims at is said in pixels of the screen
     // Reports are bytes of the code page and leave as such; so do the line ends.
     _setmode(_fileno(stdout), _O_BINARY);
     CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);  // for what a screen reader asks; the end of the process ends it

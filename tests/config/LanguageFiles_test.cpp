@@ -1,4 +1,3 @@
-#include <filesystem>
 #include <fstream>
 #include <set>
 #include <sstream>
@@ -19,8 +18,7 @@ using namespace testing;
 constexpr const char* kCodes[] = {"49", "44", "33", "39", "31"};
 
 std::string Shipped(const std::string& code) {
-  const auto root = std::filesystem::path(__FILE__).parent_path().parent_path().parent_path();
-  std::ifstream file(root / "lang" / ("language_" + code + ".ini"), std::ios::binary);
+  std::ifstream file(FONKLAV_ROOT "/lang/language_" + code + ".ini", std::ios::binary);
   std::stringstream bytes;
   bytes << file.rdbuf();
   return bytes.str();

@@ -4,7 +4,7 @@ from itertools import product
 
 from conversations import ANSWERED, CALL, CAPTION, DIAL, DIALED, IDLE, SETTINGS, STARTED, WHOLE_CALL
 from dialer_session import wait_until
-from stories import CALL_UP, FAR_END_HANGS_UP, calls, case, converse, dialer, equal, expect_clean_end, run
+from stories import CALL_UP, FAR_END_HANGS_UP, calls, case, converse, dialer, equal, expect_clean_end, found, run
 
 NO_SERVER = "Init DDE - ERROR=No foreign application responded to a DDE initiate"
 WM_CLOSE = 0x10
@@ -63,10 +63,9 @@ def peer(misbehaviour, story, seen, closing):
             session.wait("link to the item established", seconds=15, who="suite")
             converse(session, story)
             for what in seen:
-                equal([line.text for line in session.lines].count(what), 1, what)
+                equal(session.said(what), 1, what)
             if PINGED[1] in story:
                 took = session.wait("the window has answered within ms: ", who="suite").text.split(": ")[1]
-                print(f"the longest time without an answer: {took} ms")
                 assert int(took) <= LONGEST_MS, f"{took} ms without an answer"
             converse(session, [*session.expected, "> settings", "cmd|quitt"])
             session.window(CAPTION)
@@ -162,7 +161,7 @@ def too_late(name):
         session.wait("is asked", who="suite")
         session.wait("conversation open", seconds=15, who="suite")
         session.wait("conversation closed", who="suite")
-        equal([line.split("FVT ")[1] for line in session.read("log/debug.log") if "DDE" in line],
+        equal(found(session, "log/debug.log", "FVT (.*DDE.*)"),
               ["Init DDE", NO_SERVER])
         equal(session.reports(), [])
         session.window(CAPTION)
@@ -190,7 +189,7 @@ def flags(name):
         good = ["1e3", " 2 ", "0E5", "-1", "1d-2", "True", "FALSE", "1,5"]
         bad = ["1e", "e1", "1 e2", " True", "0x1", ""]
         converse(session, [*STARTED, *(part for flag in good + bad for part in (f"> debug|{flag}", "cmd|quitt"))])
-        equal([line.split("Params")[1] for line in session.read("log/error.log")],
+        equal(found(session, "log/error.log", "Params(.*)"),
               [f"(S:debug|{flag})" for flag in bad])
 
 

@@ -7,8 +7,7 @@ import time
 from pathlib import Path
 
 from conversations import SETTINGS, STARTED, WHOLE_CALL
-from dialer_session import windows_path
-from stories import FAR_END_HANGS_UP, case, converse, dialer, equal, expect_reports, run
+from stories import FAR_END_HANGS_UP, case, converse, dialer, equal, expect_reports, found, run
 
 STAMP = r"\d{4}/\d\d/\d\d  \d\d:\d\d:\d\d  "
 PAGE = (Path(__file__).parents[2] / "docs/logs.md").read_text(encoding="utf-8")
@@ -24,10 +23,9 @@ CALL_STEPS = ["DDE Execute - cmd|call|0301234567", "MakeCallAsynch - Number: 030
               "TAPIDisconnected", "TAPIDropCallResult -  Call Dropped", "TAPIIdle"]
 
 
-def ordered(wanted, lines):
-    """Which of the wanted texts do not end a line behind the one before."""
-    rest = iter(lines)
-    return [text for text in wanted if not any(line.endswith(text) for line in rest)]
+def expect_steps(session, log, steps):
+    """Each of these ends a line of the log, once and in this order."""
+    equal(found(session, log, f"(?:^|  |FVT )({'|'.join(map(re.escape, steps))})$"), steps)
 
 
 @case("every-switch-on")
@@ -40,18 +38,17 @@ def every_switch(name):
         session.do("terminate")
         session.wait_for_end(seconds=5)
         for log, form in FORMS.items():
-            lines = session.read(log)
             shown = re.findall(f"^    ({STAMP}.*)", PAGE.split(f"### {log[4:]}")[1].split("###")[0], re.M)
-            assert lines and shown, f"{log} is empty, or its page shows no line of it"
-            equal([line for line in lines + shown if not re.fullmatch(form, line)], [], log)
-        equal(ordered(["Start - Param=/run", "Init DDE", "DDE LinkOpen", *CALL_STEPS, "DDE LinkClose",
-                       "FormFonklav_QueryUnload - Param=1", "FormFonklav_Unload"], session.read("log/debug.log")), [])
-        trace = session.read("log/trace.log")
-        steps = [line.split("  ")[3] for line in trace]
-        equal(ordered(["fMain.Form_Load 01", "fMain.cmdWahl_Click 01", "CvbTAPILine.MakeCallAsynch 01(S:0301234567)",
-                       "fMain.tapiline_Idle 01", "fMain.Form_Unload 01"], steps), [])
-        assert any("  !ERROR! 01(S:" in line and "Type mismatch" in line for line in trace)
-        equal([line.split(" Params")[1] for line in session.read("log/error.log")], ["(S:debug|maybe#[9]tab)"])
+            assert shown and all(re.fullmatch(form, line) for line in shown), f"{log} is shown otherwise on its page"
+            equal(found(session, log, f"^(?!{form}$)(.*)"), [], log)
+        expect_steps(session, "log/debug.log", [
+            "Start - Param=/run", "Init DDE", "DDE LinkOpen", *CALL_STEPS, "DDE LinkClose",
+            "FormFonklav_QueryUnload - Param=1", "FormFonklav_Unload"])
+        expect_steps(session, "log/trace.log", [
+            "fMain.Form_Load 01", "fMain.cmdWahl_Click 01", "CvbTAPILine.MakeCallAsynch 01(S:0301234567)",
+            "fMain.tapiline_Idle 01", "fMain.Form_Unload 01"])
+        equal(found(session, "log/trace.log", r"  !ERROR! 01\(S:.*(Type mismatch)"), ["Type mismatch"])
+        equal(found(session, "log/error.log", " Params(.*)"), ["(S:debug|maybe#[9]tab)"])
 
 
 def blocked(prepare):
@@ -71,12 +68,12 @@ def blocked(prepare):
 
 
 def no_folder(session):
-    (session.folder / "log").rmdir()
+    session.do("remove log")
 
 
 def folders_in_place(session):
     for log in FORMS:
-        (session.folder / log).mkdir()
+        session.do(f"make-folder {log}")
 
 
 case("no-folder-for-logs")(blocked(no_folder))
@@ -89,18 +86,19 @@ def held(name):
     with dialer(name, FAR_END_HANGS_UP) as session:
         session.write("Rufmonspec.ini", "[Debug]\n" + ALL_ON)
         for log in FORMS:
-            session.do(f"hold {windows_path(session.folder / log)}")
+            session.do(f"hold {log}")
         session.start(SETTINGS)
         converse(session, [*STARTED, *WHOLE_CALL])
-        equal([log for log in FORMS if session.read(log)], [])
+        for log in FORMS:
+            equal(session.read(log), [])
         equal(session.windows(), [])
         session.do("release")
         session.send("debug|0")
         session.wait("cmd|quitt")
         session.do("terminate")
         session.wait_for_end(seconds=5)
-        assert any("fMain.Form_Load 01" in line for line in session.read("log/trace.log")), "traced lines were lost"
-        assert any("DDE LinkClose" in line for line in session.read("log/debug.log")), "the log has not recovered"
+        equal(found(session, "log/trace.log", "(fMain.Form_Load 01)"), ["fMain.Form_Load 01"])
+        equal(found(session, "log/debug.log", "(DDE LinkClose)"), ["DDE LinkClose"])
 
 
 @case("two-programs-append-to-one-log")
@@ -111,8 +109,7 @@ def two_writers(name):
         session.write("Rufmonspec.ini", "[Debug]\nLogTAPI=1\n")
         session.start(SETTINGS)
         expect_reports(session, STARTED)
-        before = len(session.read("log/debug.log"))
-        log = windows_path(session.folder / "log/debug.log")
+        log = "log/debug.log"
         for number in range(300):
             session.do(f"set frob {number}")
             session.do(f"knock {log}")
@@ -120,12 +117,10 @@ def two_writers(name):
                 session.do(f"append {log} the other program, line {number}{part}")
         session.send("debug|0")
         session.wait("cmd|quitt", seconds=30)
-        lines = session.read("log/debug.log")[before:]
-        equal([line for line in lines if line.startswith("the other")],
+        equal(found(session, "log/debug.log", "^(the other.*)"),
               [f"the other program, line {number}{part}" for number in range(300) for part in "abc"])
-        ours = [line for line in lines if not line.startswith("the other")]
-        equal([line.split("Execute - ")[1] for line in ours], [f"frob {number}" for number in range(300)] + ["debug|0"])
-        equal([line for line in ours if not re.fullmatch(FORMS["log/debug.log"], line)], [])
+        equal(found(session, "log/debug.log", "Execute - (frob.*)"), [f"frob {number}" for number in range(300)])
+        equal(found(session, "log/debug.log", f"^(?!the other|{FORMS['log/debug.log']}$)(.*)"), [])
 
 
 @case("the-lock-of-a-log-is-kept")
@@ -133,14 +128,14 @@ def locked(name):
     """A dialer that hangs within a log costs the others one wait, not one a line, and none of their lines."""
     with dialer(name) as session:
         session.write("Rufmonspec.ini", "[Debug]\nLogTAPI=1\n")
-        session.do(f"lock {windows_path(session.folder / 'log/debug.log')}")
+        session.do("lock log/debug.log")
         session.start(SETTINGS)
         expect_reports(session, STARTED)
         for number in range(100):
             session.do(f"set frob {number}")
         session.send("debug|0")
         session.wait("cmd|quitt", seconds=5)
-        equal(ordered([f"frob {number}" for number in range(100)], session.read("log/debug.log")), [])
+        equal(found(session, "log/debug.log", "(frob.*)"), [f"frob {number}" for number in range(100)])
 
 
 @case("two-dialers-cut-one-error-log")

@@ -19,7 +19,7 @@ std::string ErrorOf(const std::string& text) {
 }
 
 TEST(Scenario, EveryOneThatIsShippedIsUnderstood) {
-  const auto folder = std::filesystem::path(__FILE__).parent_path() / "../../sim/scenarios";
+  const auto folder = std::filesystem::path(FONKLAV_ROOT) / "sim/scenarios";
   std::size_t count = 0;
   for (const auto& entry : std::filesystem::directory_iterator(folder)) {
     EXPECT_NO_THROW(static_cast<void>(Scenario::Load(entry.path().string()))) << entry.path();

@@ -1,0 +1,61 @@
+@echo off
+rem check.cmd [STORIES]: runs the check as the user who starts it, with all stories or those of such names, and writes
+rem report.txt.
+cd /d "%~dp0"
+chcp 1252 >nul
+set stories=%~1
+if "%stories%"=="" set stories=*
+set FONKLAV_SIM_SCENARIO=scenario.txt
+set FONKLAV_SIM_LOG=sim.log
+set /a passed=0, failed=0
+if exist work rmdir /s /q work
+mkdir work
+probe.exe > report.txt
+set result=%errorlevel%
+type report.txt
+if not %result%==0 goto end
+unit-tests.exe --gtest_brief=1 > work\unit-tests.txt 2>&1
+call :verdict %errorlevel% "unit tests" work\unit-tests.txt
+for /d %%s in (stories\product\%stories%) do call :story product %%~nxs
+for /d %%s in (stories\line\%stories%) do call :story line %%~nxs
+type stories\left-out.txt >> report.txt
+echo %passed% passed, %failed% failed >> report.txt
+type steps.txt >> report.txt
+echo %passed% passed, %failed% failed
+type steps.txt
+set result=%failed%
+:end
+pause
+exit /b %result%
+
+:story
+set failures=0
+set folder=work\%1\%2
+mkdir %folder%\data %folder%\log %folder%\base
+copy %1\* %folder% >nul
+set script=..\..\..\stories\%1\%2
+cd %folder%
+echo [Paths]> Rufmonpaths.ini
+echo ProgramData=%cd%>> Rufmonpaths.ini
+set speech=
+if exist %script%\messages set speech=--messages
+call :part 1
+call :part 2
+taskkill /f /im FonklavTAPI.exe >nul 2>nul
+cd ..\..\..
+call :verdict %failures% "%1: %2" %folder%\conversation.txt
+exit /b
+
+:part
+..\..\..\suite.exe %speech% FonklavTAPI.exe < %script%\%1.txt >> conversation.txt 2>&1
+if not %errorlevel%==0 set failures=1
+exit /b
+
+:verdict
+set word=PASS
+if not %1==0 set word=FAIL
+if %1==0 (set /a passed+=1) else (set /a failed+=1)
+echo %word%  %~2
+echo %word%  %~2 >> report.txt
+for %%w in (PASSED FAILED found fact) do find " %%w " < %3 >> report.txt
+exit /b

@@ -1,0 +1,27 @@
+#!/usr/bin/env python3
+"""The Windows check, unpacked and started as its user does: all its parts, and the stories of a dialer's end."""
+import os
+import shutil
+import subprocess
+from pathlib import Path
+
+from stories import equal
+from wine_env import WineEnv
+
+BUILD = Path(os.environ["FONKLAV_BUILD"])
+FOLDER = BUILD / "e2e/für später"
+
+shutil.rmtree(FOLDER, ignore_errors=True)
+shutil.unpack_archive(next(BUILD.glob("*-windows-check.zip")), FOLDER)
+KIT = next(FOLDER.iterdir())
+subprocess.run(["wine", "cmd", "/c", "check.cmd", "end.*"], cwd=KIT, stdin=subprocess.DEVNULL, check=False,
+               env=WineEnv(BUILD / "wine").environ(WINEDLLOVERRIDES="mscoree,mshtml=;tapi32=b"))
+REPORT = (KIT / "report.txt").read_text(encoding="cp1252")
+TOLD = [f"{kind}: {story.name}" for kind in ("product", "line")
+        for story in sorted((KIT / "stories" / kind).glob("end.*"))]
+assert len(TOLD) > 8 and "cmd|call" not in "".join(
+    part.read_text(encoding="cp1252") for part in (KIT / "stories/product").glob("*/*.txt"))
+VERDICTS = [line[6:].strip() for line in REPORT.splitlines() if line.startswith(("PASS", "FAIL"))]
+equal(VERDICTS, ["unit tests", *TOLD], REPORT)
+for part in ("which is Wine", "lineInitializeEx: result 0", "[  PASSED  ]", "LEFT OUT", " 0 failed", "12. "):
+    assert part in REPORT, f"{part!r} is not in the report:\n{REPORT}"
