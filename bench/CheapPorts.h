@@ -29,12 +29,13 @@ struct CheapDde : test::FakeDdeTransport {
 
 /// Every file is there, empty, and takes everything.
 struct NoDisk : FileSystem {
-  using Facts = std::optional<FileAttributes>;
-  [[nodiscard]] Facts GetAttributesA(const std::string&) const override { return FileAttributes{0x20, 0}; }
+  using Facts = std::optional<std::uint32_t>;
+  [[nodiscard]] Facts GetAttributesA(const std::string&) const override { return 0x20; }
   [[nodiscard]] Facts GetAttributesW(const std::string& path) const override { return GetAttributesA(path); }
   bool DeleteA(const std::string&) override { return true; }
   [[nodiscard]] std::unique_ptr<FileLock> Lock(const std::string&) override { return std::make_unique<FileLock>(); }
   [[nodiscard]] std::string Read(const std::string&) const override { return {}; }
+  [[nodiscard]] std::uint64_t Length(const std::string&) const override { return 0; }
   void Write(const std::string&, std::string_view) override {}
   void Append(const std::string&, std::string_view) override {}
   void Replace(const std::string&, std::string_view) override {}
@@ -43,13 +44,14 @@ struct NoDisk : FileSystem {
 /// One real file, whatever name is asked for, by the calls that the Windows adapter makes; or a full disk.
 struct OneFile : NoDisk {
   OneFile() { Put(kPath, O_TRUNC, {}); }
-  [[nodiscard]] Facts GetAttributesA(const std::string&) const override {
+  [[nodiscard]] Facts GetAttributesA(const std::string& path) const override { return Length(path), 0x20; }
+  [[nodiscard]] std::uint64_t Length(const std::string&) const override {
     struct stat status {};
     Check(stat(kPath, &status) == 0);
-    return FileAttributes{0x20, static_cast<std::uint64_t>(status.st_size)};
+    return static_cast<std::uint64_t>(status.st_size);
   }
   [[nodiscard]] std::string Read(const std::string& path) const override {
-    std::string bytes(GetAttributesA(path)->length, '\0');
+    std::string bytes(Length(path), '\0');
     const int file = open(kPath, O_RDONLY);
     Check(read(file, bytes.data(), bytes.size()) >= 0);
     close(file);

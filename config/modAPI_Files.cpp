@@ -4,11 +4,11 @@
 
 namespace fonklav {
 
-std::optional<std::uint64_t> modAPI_Files::FileLength(const std::string& path) const {
-  return Procedure(diagnostics_, "FileExist", {path}, std::optional<std::uint64_t>{}, [&](auto& length) {
+bool modAPI_Files::FileExist(const std::string& path) const {
+  return Procedure(diagnostics_, "FileExist", {path}, false, [&](bool& exists) {
     const auto attributes =
         state_.wideAttributes ? files_.GetAttributesW(path) : files_.GetAttributesA(codePage_.ToBytes(path));
-    if (attributes && (attributes->flags & kFileAttributeDirectory) == 0) length = attributes->length;
+    exists = attributes && (*attributes & kFileAttributeDirectory) == 0;
   });
 }
 

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <cstdint>
-#include <optional>
 #include <string>
 
 #include "config/ConfigState.h"
@@ -18,9 +16,7 @@ class modAPI_Files {
       : diagnostics_(diagnostics), state_(state), files_(files), codePage_(codePage) {}
 
   /// Whether there is a file of that name; a folder is none.
-  [[nodiscard]] bool FileExist(const std::string& path) const { return FileLength(path).has_value(); }
-  /// How many bytes it has; nothing when there is none. The logs know this as FileExist, too.
-  [[nodiscard]] std::optional<std::uint64_t> FileLength(const std::string& path) const;
+  [[nodiscard]] bool FileExist(const std::string& path) const;
   /// Deletes a file; true for a file that is not there. False when the system refuses.
   bool FileDelete(const std::string& path);
 

@@ -58,7 +58,8 @@ void clsFiles::FileWrite_Log(const std::string& sFile, std::string& sLine, std::
     // From the look at the size to the last byte: a line that another program adds in between would be lost.
     const std::unique_ptr<FileLock> lock = files_.Lock(sFile);
     PutStamp(sLine, clock_.Now());
-    const std::uint64_t sizeKB = fileTests_.FileLength(sFile).value_or(0) / kKB;
+    const bool exists = fileTests_.FileExist(sFile);
+    const std::uint64_t sizeKB = exists && MaxSizeKB > 0 ? files_.Length(sFile) / kKB : 0;
     if (!lock || MaxSizeKB < 1 || std::cmp_greater_equal(MaxSizeKB, sizeKB)) {
       MakeFile(sFile, sLine, true);
       return;
@@ -169,7 +170,7 @@ std::string clsFiles::TrimCR(std::string_view Text) {
 }
 
 std::string clsFiles::ReadBytes(const std::string& file) const {
-  return fileTests_.FileLength(file).value_or(0) > 0 ? files_.Read(file) : std::string{};
+  return fileTests_.FileExist(file) && files_.Length(file) > 0 ? files_.Read(file) : std::string{};
 }
 
 }  // namespace fonklav

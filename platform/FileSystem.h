@@ -14,12 +14,6 @@ namespace fonklav {
 /// FILE_ATTRIBUTE_DIRECTORY, of the attributes that the platform gives.
 inline constexpr std::uint32_t kFileAttributeDirectory = 0x10;
 
-/// What the platform knows of a file without a share in it.
-struct FileAttributes {
-  std::uint32_t flags;
-  std::uint64_t length;  ///< in bytes
-};
-
 /// The name of the mutex that is a file's lock, for a full path in UTF-8. It is the same for every program of ours, in
 /// whatever case the path is spelled. A mutex name holds no backslash and at most 260 characters
 /// (https://learn.microsoft.com/windows/win32/api/synchapi/nf-synchapi-createmutexw), so a long path counts by its end:
@@ -53,10 +47,10 @@ class FileSystem {
   FileSystem& operator=(const FileSystem&) = delete;
   virtual ~FileSystem() = default;
 
-  /// GetFileAttributesExA of a path in bytes of the code page; nothing when they cannot be read.
-  [[nodiscard]] virtual std::optional<FileAttributes> GetAttributesA(const std::string& pathBytes) const = 0;
-  /// GetFileAttributesExW of a path in UTF-8; nothing when they cannot be read.
-  [[nodiscard]] virtual std::optional<FileAttributes> GetAttributesW(const std::string& path) const = 0;
+  /// GetFileAttributesA of a path in bytes of the code page; nothing when they cannot be read.
+  [[nodiscard]] virtual std::optional<std::uint32_t> GetAttributesA(const std::string& pathBytes) const = 0;
+  /// GetFileAttributesW of a path in UTF-8; nothing when they cannot be read.
+  [[nodiscard]] virtual std::optional<std::uint32_t> GetAttributesW(const std::string& path) const = 0;
   /// DeleteFileA of a path in bytes of the code page; whether the platform reported success.
   virtual bool DeleteA(const std::string& pathBytes) = 0;
 
@@ -67,6 +61,8 @@ class FileSystem {
   [[nodiscard]] virtual std::unique_ptr<FileLock> Lock(const std::string& path) = 0;
   /// The whole file. Other programs may read and write it meanwhile.
   [[nodiscard]] virtual std::string Read(const std::string& path) const = 0;
+  /// Length in bytes, 0 for a file that is missing. Does not throw.
+  [[nodiscard]] virtual std::uint64_t Length(const std::string& path) const = 0;
   /// Creates or empties the file and writes `bytes`.
   virtual void Write(const std::string& path, std::string_view bytes) = 0;
   /// Adds `bytes` at the end, under the lock, in one operation that no other program's append can split; creates the

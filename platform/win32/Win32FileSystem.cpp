@@ -11,12 +11,9 @@
 namespace fonklav {
 namespace {
 
-/// By one of the two functions that read attributes.
-template <typename Function, typename Character>
-std::optional<FileAttributes> AttributesBy(Function* function, const Character* path) {
-  WIN32_FILE_ATTRIBUTE_DATA data{};
-  if (function(path, GetFileExInfoStandard, &data) == FALSE) return std::nullopt;
-  return FileAttributes{data.dwFileAttributes, (std::uint64_t{data.nFileSizeHigh} << 32U) | data.nFileSizeLow};
+std::optional<std::uint32_t> AttributesOrNothing(DWORD attributes) {
+  if (attributes == INVALID_FILE_ATTRIBUTES) return std::nullopt;
+  return attributes;
 }
 
 /// The run-time error that stands for what a file function of Windows answers.
@@ -106,12 +103,12 @@ void WriteBeside(const std::wstring& path, std::string_view bytes) {
 
 }  // namespace
 
-std::optional<FileAttributes> Win32FileSystem::GetAttributesA(const std::string& pathBytes) const {
-  return AttributesBy(GetFileAttributesExA, pathBytes.c_str());
+std::optional<std::uint32_t> Win32FileSystem::GetAttributesA(const std::string& pathBytes) const {
+  return AttributesOrNothing(GetFileAttributesA(pathBytes.c_str()));
 }
 
-std::optional<FileAttributes> Win32FileSystem::GetAttributesW(const std::string& path) const {
-  return AttributesBy(GetFileAttributesExW, Wide(path).c_str());
+std::optional<std::uint32_t> Win32FileSystem::GetAttributesW(const std::string& path) const {
+  return AttributesOrNothing(GetFileAttributesW(Wide(path).c_str()));
 }
 
 bool Win32FileSystem::DeleteA(const std::string& pathBytes) { return DeleteFileA(pathBytes.c_str()) != FALSE; }
@@ -129,6 +126,13 @@ std::string Win32FileSystem::Read(const std::string& path) const {
     if (count == 0) return bytes;
     bytes.append(part.data(), count);
   }
+}
+
+std::uint64_t Win32FileSystem::Length(const std::string& path) const {
+  // By the attributes, which need no share in the file: one that somebody shares with nobody has a length, too.
+  WIN32_FILE_ATTRIBUTE_DATA data{};
+  if (GetFileAttributesExW(Wide(path).c_str(), GetFileExInfoStandard, &data) == FALSE) return 0;
+  return (std::uint64_t{data.nFileSizeHigh} << 32U) | data.nFileSizeLow;
 }
 
 void Win32FileSystem::Write(const std::string& path, std::string_view bytes) {

@@ -13,12 +13,13 @@ namespace fonklav {
 /// any more until it has been found free again. So a log that is kept for long does not hold up each step of a call.
 class Win32FileSystem final : public FileSystem {
  public:
-  [[nodiscard]] std::optional<FileAttributes> GetAttributesA(const std::string& pathBytes) const override;
-  [[nodiscard]] std::optional<FileAttributes> GetAttributesW(const std::string& path) const override;
+  [[nodiscard]] std::optional<std::uint32_t> GetAttributesA(const std::string& pathBytes) const override;
+  [[nodiscard]] std::optional<std::uint32_t> GetAttributesW(const std::string& path) const override;
   bool DeleteA(const std::string& pathBytes) override;
 
   [[nodiscard]] std::unique_ptr<FileLock> Lock(const std::string& path) override;
   [[nodiscard]] std::string Read(const std::string& path) const override;
+  [[nodiscard]] std::uint64_t Length(const std::string& path) const override;
   void Write(const std::string& path, std::string_view bytes) override;
   void Append(const std::string& path, std::string_view bytes) override;
   void Replace(const std::string& path, std::string_view bytes) override;

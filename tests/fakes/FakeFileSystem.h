@@ -18,17 +18,15 @@ namespace fonklav::test {
 /// can also kill the program in the middle of a change: from then on nothing reaches the disk any more.
 class FakeFileSystem : public FileSystem, public CanFail {
  public:
-  [[nodiscard]] std::optional<FileAttributes> GetAttributesA(const std::string& path) const override {
+  [[nodiscard]] std::optional<std::uint32_t> GetAttributesA(const std::string& path) const override {
     ++attributeReads;
     if (Due()) return std::nullopt;
-    LetOthersWrite(path);
-    if (folders.contains(Key(path))) return FileAttributes{kFileAttributeDirectory, 0};
-    const auto found = files.find(Key(path));
-    if (found == files.end()) return std::nullopt;
-    const auto own = attributes.find(Key(path));
-    return FileAttributes{own == attributes.end() ? 0x20U : own->second, found->second.size()};
+    if (folders.contains(Key(path))) return kFileAttributeDirectory;
+    if (const auto own = attributes.find(Key(path)); own != attributes.end()) return own->second;
+    if (files.contains(Key(path))) return 0x20;
+    return std::nullopt;
   }
-  [[nodiscard]] std::optional<FileAttributes> GetAttributesW(const std::string& path) const override {
+  [[nodiscard]] std::optional<std::uint32_t> GetAttributesW(const std::string& path) const override {
     ++wideReads;
     return GetAttributesA(path);
   }
@@ -46,6 +44,11 @@ class FakeFileSystem : public FileSystem, public CanFail {
     const auto found = files.find(Key(path));
     if (found == files.end()) throw RunTimeError(ErrorNumber::FileNotFound);
     return found->second;
+  }
+  [[nodiscard]] std::uint64_t Length(const std::string& path) const override {
+    LetOthersWrite(path);
+    const auto found = files.find(Key(path));
+    return found == files.end() ? 0 : found->second.size();
   }
   void Write(const std::string& path, std::string_view bytes) override {
     CheckOpen(path);
