@@ -110,13 +110,11 @@ TEST(Closing, HidesWhileLinkedAndEndsOtherwiseAndWithTheSession) {
       dialer.Switch("LogTAPI=1\r\n");
       dialer.dde.serverRunning = linked;
       dialer.Start("/sett");
-      const std::size_t before = dialer.Steps().size();
+      dialer.File("C:\\ProgramData\\Rufmon\\log\\debug.log").clear();
       dialer.Input().CloseRequested(static_cast<UnloadMode>(mode));
-      std::vector<std::string> steps = dialer.Steps();
-      steps.erase(steps.begin(), steps.begin() + static_cast<std::ptrdiff_t>(before));
       const bool hidden = linked && mode < 2;
-      EXPECT_THAT(steps, ElementsAre("FormFonklav_QueryUnload - Param=" + std::to_string(mode),
-                                     hidden ? "FormFonklav_QueryUnload - Cancel" : "FormFonklav_Unload"));
+      EXPECT_THAT(dialer.Steps(), ElementsAre("FormFonklav_QueryUnload - Param=" + std::to_string(mode),
+                                              hidden ? "FormFonklav_QueryUnload - Cancel" : "FormFonklav_Unload"));
       EXPECT_EQ(dialer.Controls().form.Visible(), !hidden) << "the window goes with the program, not before";
       EXPECT_EQ(dialer.view.unloads, hidden ? 0 : 1);
       EXPECT_EQ(dialer.sim.Registrations(), hidden ? 1U : 0U);

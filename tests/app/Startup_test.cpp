@@ -125,6 +125,8 @@ TEST(Startup, MissingAreaCodesAreShownOnceAndAskTelephonyForNothing) {
   dialer.Command("unload");
   EXPECT_THAT(dialer.boxes.shown, ElementsAre(FieldsAre(HasSubstr("Telefon und Modem"), 48, _)));
   EXPECT_EQ(dialer.sim.CountOf("lineInitializeEx"), 0U);
+  dialer.dde.Sink().OnTerminate();
+  EXPECT_EQ(dialer.view.unloads, 1) << "without a report that could fail, the flag alone tells";
 }
 
 TEST(LostLine, LeavesNothingThatLooksLikeOne) {
