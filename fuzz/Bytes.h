@@ -18,6 +18,7 @@ class Bytes {
   explicit Bytes(std::span<const std::uint8_t> data) : data_(data) {}
 
   [[nodiscard]] bool Empty() const { return data_.empty(); }
+  [[nodiscard]] std::span<const std::uint8_t> Rest() const { return data_; }
   /// A number below `bound`, which is at most 256.
   std::size_t Below(std::size_t bound) {
     std::uint8_t byte = 0;
@@ -49,6 +50,9 @@ class Bytes {
  private:
   std::span<const std::uint8_t> data_;
 };
+
+/// One input through the target: each has its own.
+void Fuzz(Bytes bytes);
 
 /// Ends the process where an invariant does not hold: that is how a fuzzer learns of a finding.
 inline void Require(bool holds, std::string_view what) {

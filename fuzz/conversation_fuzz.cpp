@@ -116,9 +116,7 @@ class Talk : private LinkEvents, private FakeDdeTransport {
 };
 
 }  // namespace
-}  // namespace fonklav::test
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  fonklav::test::Talk(fonklav::test::Bytes({data, size})).Run();
-  return 0;
-}
+void Fuzz(Bytes bytes) { Talk(bytes).Run(); }
+
+}  // namespace fonklav::test

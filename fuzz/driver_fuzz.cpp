@@ -1,5 +1,3 @@
-#include <memory>
-
 #include "fuzz/Bytes.h"
 #include "tapi/mTAPIFunctions.h"
 #include "tests/tapi/TapiSystem.h"
@@ -65,19 +63,14 @@ void CheckTexts(const CvbTAPILine& line) {
   Require(CharacterCount(line.AreaCode()) < 8 && CharacterCount(line.Country()) < 8, "a code and its NUL in 8 bytes");
 }
 
-void Run(Bytes bytes) {
-  Diagnostics diagnostics;
-  diagnostics.handlersArmed = true;
-  diagnostics.log = std::make_unique<RecordingLog>(diagnostics);
+}  // namespace
+
+void Fuzz(Bytes bytes) {
   GarbageTelephony telephony(bytes);
-  FakeCodePage codePage;
-  FakeIconPainter icons;
-  FakeMessageLoop loop;
-  mTAPIvb callback(diagnostics, loop);
-  RecordedEvents events;
+  TapiSystem system("", Stage::Made, &telephony);
   LineState lines;
-  mTAPIFunctions functions(diagnostics, lines);
-  const auto line = CvbTAPILine::Make({diagnostics, telephony, icons, codePage, callback, "fuzz"}, events);
+  mTAPIFunctions functions(system.diagnostics, lines);
+  const auto& line = system.line;
   static_cast<void>(line->CheckAreaCodes());
   static_cast<void>(line->Create());
   if (line->numLines() <= 8) functions.GetTAPIInterfaces(*line);
@@ -89,15 +82,9 @@ void Run(Bytes bytes) {
     const std::uintptr_t instance = bytes.Below(4);
     const std::uint32_t kind = bytes.Flag() ? LINE_CALLSTATE : static_cast<std::uint32_t>(bytes.Below(16));
     const std::uint32_t first = bytes.Flag() ? 1U << bytes.Below(16) : static_cast<std::uint32_t>(bytes.Below(8));
-    callback.LineCallBackProc(bytes.Number(), kind, instance, first, bytes.Number(), 0);
+    system.callback.LineCallBackProc(bytes.Number(), kind, instance, first, bytes.Number(), 0);
   }
   Require(telephony.OpenLines() <= 1 && telephony.LiveCalls() <= 1, "one line and one call");
 }
 
-}  // namespace
 }  // namespace fonklav::test
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  fonklav::test::Run(fonklav::test::Bytes({data, size}));
-  return 0;
-}

@@ -83,12 +83,9 @@ void PickLines(Helper& helper, const std::string& old, std::int16_t count, bool 
 }
 
 }  // namespace
-}  // namespace fonklav::test
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  using namespace fonklav::test;
+void Fuzz(Bytes bytes) {
   static Helper helper;
-  Bytes bytes({data, size});
   const auto limit = static_cast<std::int32_t>(bytes.Below(4));
   const std::size_t repeated = bytes.Below(8) == 0 ? 1 + bytes.Below(256) : 1;
   const auto count = static_cast<std::int16_t>(static_cast<int>(bytes.Below(8)) - 1);
@@ -101,5 +98,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   WriteLog(helper, old, added, limit);
   Count(helper, piece);
   PickLines(helper, piece, count, fromLast, comments);
-  return 0;
 }
+
+}  // namespace fonklav::test

@@ -12,35 +12,12 @@
 namespace fonklav::test {
 namespace {
 
-constexpr const char* kScenario =
-    "device name=A\ndevice name=B version=0x00020000\nlocation local=9\ncall reply after=5\n"
-    "call state DIALING after=10\ncall state CONNECTED after=20\ndrop reply after=5\ndrop state IDLE after=10\n";
 constexpr std::array kStarts{"/run", "/sett", "0301234567"};
-constexpr std::array kCommands{"cmd|call|0301234567",
-                               "cmd|call|+49 30 1234567",
-                               "cmd|call|110",
-                               "cmd|hangup",
-                               "unload",
-                               "settings",
-                               "debug|1",
-                               "cmd|x",
-                               "y|z",
-                               ""};
+const std::vector<std::string> kCommands = Split(
+    "cmd|call|0301234567,cmd|call|+49 30 1234567,cmd|call|110,cmd|hangup,unload,settings,debug|1,cmd|x,y|z,", ",");
 constexpr std::array kTexts{"0301234567", "+49 (30) 1/2", "*#", "abc", "9", ""};
 constexpr std::array kButtons{ControlId::cmdWahl, ControlId::cmdHangUp, ControlId::cmdLogClear, ControlId::cmdSave,
                               ControlId::cmdExit, ControlId::cmdInfo0,  ControlId::cmdInfo1};
-constexpr std::array kRefused{"lineInitializeEx",
-                              "lineNegotiateAPIVersion",
-                              "lineGetDevCaps",
-                              "lineGetTranslateCaps",
-                              "tapiGetLocationInfo",
-                              "lineOpen",
-                              "lineClose",
-                              "lineMakeCall",
-                              "lineDrop",
-                              "lineDeallocateCall",
-                              "lineTranslateAddress",
-                              "lineShutdown"};
 constexpr std::array kStructures{"devcaps", "translatecaps", "translateoutput"};
 constexpr std::array kStates{LINECALLSTATE_IDLE, LINECALLSTATE_DIALING, LINECALLSTATE_CONNECTED,
                              LINECALLSTATE_DISCONNECTED, std::uint32_t{2}};
@@ -59,7 +36,7 @@ struct Steps {
 class Form : public BareDialer {
  public:
   explicit Form(Bytes bytes) : BareDialer(""), bytes_(bytes) {
-    static const Scenario scenario = Scenario::Parse(kScenario);
+    static const Scenario scenario = Scenario::Parse(kTwoLinesAndACall);
     sim.Rules() = scenario;
     FailBy(faults_);
     dde.answersAtOnce = false;
@@ -188,7 +165,7 @@ class Form : public BareDialer {
       rules.locations.front().localAccess = bytes_.Text(4);
     }
   }
-  void Refuse() { sim.Rules().refusals.push_back({bytes_.OneOf(kRefused), kOperationFailed, 1, 1}); }
+  void Refuse() { sim.Rules().refusals.push_back({bytes_.OneOf(kTelephony), kOperationFailed, 1, 1}); }
   void Fail() {
     faulted_ = true;
     faults_.Arm(static_cast<long>(bytes_.Below(64)), false);
@@ -295,9 +272,7 @@ class Form : public BareDialer {
 };
 
 }  // namespace
-}  // namespace fonklav::test
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  fonklav::test::Form(fonklav::test::Bytes({data, size})).Run();
-  return 0;
-}
+void Fuzz(Bytes bytes) { Form(bytes).Run(); }
+
+}  // namespace fonklav::test

@@ -60,14 +60,9 @@ void Transform(TapiSystem& system, const std::string& number, const std::string&
 }
 
 }  // namespace
-}  // namespace fonklav::test
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  using namespace fonklav::test;
-  static TapiSystem system("device\nlocation local=0 long=1\n");
-  static const bool created = system.line->Create();
-  Require(created, "there is a line");
-  Bytes bytes({data, size});
+void Fuzz(Bytes bytes) {
+  static TapiSystem system("device\nlocation local=0 long=1\n", Stage::Created);
   static constexpr std::array kClasses{"numTAPI", "num", "date", "nobody's"};
   static constexpr std::array kAccess{"", "0", "9,", "\xC3\xA4"};
   TestKey(system, static_cast<std::int16_t>(bytes.Number()), bytes.OneOf(kClasses));
@@ -78,5 +73,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   Require(system.log->errors.empty(), system.log->errors.empty() ? "" : system.log->errors.front());
   system.log->steps.clear();
   system.log->telephony.clear();
-  return 0;
 }
+
+}  // namespace fonklav::test

@@ -5,9 +5,8 @@
 
 // A settings file that is also the language file, with any bytes in it, read through every accessor.
 namespace fonklav::test {
-namespace {
 
-void Run(Bytes bytes) {
+void Fuzz(Bytes bytes) {
   static ConfigSystem system;
   static const bool initialised = system.Init();
   Require(initialised, "the start succeeds");
@@ -50,10 +49,4 @@ void Run(Bytes bytes) {
   system.profile.asked.clear();
 }
 
-}  // namespace
 }  // namespace fonklav::test
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  fonklav::test::Run(fonklav::test::Bytes({data, size}));
-  return 0;
-}

@@ -5,21 +5,22 @@
 #include "platform/DdeValue.h"
 #include "tests/fakes/FakePorts.h"
 
+namespace fonklav::test {
+
 // Memory that another program sends as a value, and the command that its text may be.
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  using namespace fonklav;
-  using test::Require;
-  const auto value = DdeValue::Read(std::as_bytes(std::span(data, size)));
-  Require(value.has_value() == (size >= 4), "a whole head is read, and no other");
-  if (!value) return 0;
+void Fuzz(Bytes bytes) {
+  const auto data = bytes.Rest();
+  const auto value = DdeValue::Read(std::as_bytes(data));
+  Require(value.has_value() == (data.size() >= 4), "a whole head is read, and no other");
+  if (!value) return;
   Require(value->flags == data[0] + 256 * data[1] && value->format == data[2] + 256 * data[3], "the head's words");
   const std::size_t length = value->bytes.size();
-  const std::string_view rest = std::string_view(reinterpret_cast<const char*>(data), size).substr(4);
+  const std::string_view rest = std::string_view(reinterpret_cast<const char*>(data.data()), data.size()).substr(4);
   Require(rest.starts_with(value->bytes), "the bytes as they are");
-  Require(length + 4 == size || data[4 + length] == 0, "up to the first NUL or the end");
+  Require(length + 4 == data.size() || data[4 + length] == 0, "up to the first NUL or the end");
   Require(value->bytes.find('\0') == std::string::npos, "no NUL");
 
-  const test::FakeCodePage codePage;
+  const FakeCodePage codePage;
   const std::string text = codePage.ToText(value->bytes);
   Require(codePage.ToBytes(text) == value->bytes, "the text says the same");
   const CommandMessage message = ParseCommand(text);
@@ -28,5 +29,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   constexpr std::array kNames{"settings", "unload", "cmd", "debug"};
   const bool known = std::ranges::find(kNames, text.substr(0, text.find('|'))) != kNames.end();
   Require(known == (message.command != Command::Unknown), "the first field names the command");
-  return 0;
 }
+
+}  // namespace fonklav::test

@@ -8,8 +8,20 @@
 #include "app/Program.h"
 #include "tests/fakes/FakeSystem.h"
 #include "tests/fakes/FakeView.h"
+#include "util/Text.h"
 
 namespace fonklav::test {
+
+/// What the program calls while it works.
+inline const std::vector<std::string> kTelephony = Split(
+    "lineInitializeEx lineNegotiateAPIVersion lineGetDevCaps lineGetTranslateCaps tapiGetLocationInfo lineOpen "
+    "lineClose lineMakeCall lineDrop lineDeallocateCall lineTranslateAddress lineShutdown",
+    " ");
+
+/// Two lines; a call on them is taken after 20 ms and stays up until somebody hangs up.
+inline constexpr const char* kTwoLinesAndACall =
+    "device name=A\ndevice name=B version=0x00020000\nlocation local=9\ncall reply after=5\n"
+    "call state DIALING after=10\ncall state CONNECTED after=20\ndrop reply after=5\ndrop state IDLE after=10\n";
 
 /// A whole dialer on simulated telephony, with a main program at the other end of the link.
 class BareDialer : public FakeSystem {

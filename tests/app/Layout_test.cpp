@@ -8,6 +8,7 @@
 #include <cmath>
 #include <map>
 #include <string>
+#include <tuple>
 
 #include "util/Text.h"
 
@@ -23,8 +24,6 @@ constexpr int kTwipsPerPixel = 15;
 constexpr int kLeastWidth = static_cast<int>(kFormWidth) - 16 * kTwipsPerPixel;
 constexpr int kLeastCollapsed = static_cast<int>(kFormHeightCollapsed) - 39 * kTwipsPerPixel;
 constexpr int kLeastExpanded = static_cast<int>(kFormHeightExpanded) - 39 * kTwipsPerPixel;
-
-bool IsPanel(ControlId id) { return id == frmInfo0 || id == frmInfo1; }
 
 bool Overlap(const PixelRect& a, const PixelRect& b) {
   return a.left < b.right && b.left < a.right && a.top < b.bottom && b.top < a.bottom;
@@ -54,6 +53,7 @@ bool Collide(const LayoutRow& one, const LayoutRow& other, const Surplus& surplu
 }
 
 TEST(Layout, IsTidyWhicheverPanelIsOpen) {
+  EXPECT_EQ(PlaceOf(LayoutOf(frmInfo0), kNormalDpi), PlaceOf(LayoutOf(frmInfo1), kNormalDpi));
   for (const auto& [height, panel] :
        {std::pair{kFormHeightCollapsed, frmInfo0}, {kFormHeightExpanded, frmInfo0}, {kFormHeightExpanded, frmInfo1}}) {
     const std::vector<LayoutRow> shown = ShownRows(height, panel);
@@ -77,34 +77,18 @@ TEST(Layout, IsTidyWhicheverPanelIsOpen) {
   }
 }
 
-TEST(Layout, RowsStandInTabOrder) {
-  for (std::size_t index = 0; index < kControlCount; ++index) {
-    EXPECT_EQ(Layout().at(index).id, static_cast<ControlId>(index));
-    // A frame comes before what it holds: it is drawn first and names the box behind it.
-    EXPECT_LE(Layout().at(index).frame, Layout().at(index).id);
-  }
-}
-
-TEST(Layout, ListAndBoxesHaveALabelAndNothingElseHas) {
+TEST(Layout, RowsStandInTabOrderAndListAndBoxesHaveALabel) {
   const std::map<ControlId, ControlId> labels{
       {lstTAPI, Frame2},   {txtSettVW, labTAPIConfig1}, {txtLineInfo, frmInfo0},
       {txtNumber, Label1}, {txtTestStatus, frmInfo1},
   };
-  for (const LayoutRow& row : Layout()) {
+  for (std::size_t index = 0; index < kControlCount; ++index) {
+    const LayoutRow& row = Layout().at(index);
+    EXPECT_EQ(row.id, static_cast<ControlId>(index));
+    // A frame comes before what it holds: it is drawn first and names the box behind it.
+    EXPECT_LE(row.frame, row.id);
     const auto label = labels.find(row.id);
-    EXPECT_EQ(LabelOf(row.id), label == labels.end() ? std::nullopt : std::optional(label->second))
-        << static_cast<int>(row.id);
-  }
-}
-
-TEST(Layout, ThePanelsShareOnePlaceBelowTheRest) {
-  const LayoutRow& info = LayoutOf(frmInfo0);
-  const LayoutRow& test = LayoutOf(frmInfo1);
-  EXPECT_EQ(PlaceOf(info, kNormalDpi), PlaceOf(test, kNormalDpi));
-  for (const LayoutRow& row : Layout()) {
-    if (!IsPanel(row.id) && !IsPanel(row.frame) && row.frame == row.id) {
-      EXPECT_LE(row.top + row.height, info.top) << static_cast<int>(row.id);
-    }
+    EXPECT_EQ(LabelOf(row.id), label == labels.end() ? std::nullopt : std::optional(label->second)) << index;
   }
 }
 
@@ -121,23 +105,16 @@ TEST(Layout, TextsHaveRoom) {
   }
 }
 
-TEST(WindowGeometry, NoHeightReadsBackHigherThanItWas) {
+TEST(WindowGeometry, PixelsSurviveTheWayThroughTwipsAndNoHeightReadsBackHigherThanItWas) {
   for (const unsigned dpi : {96U, 120U, 144U, 168U, 192U, 240U, 288U}) {
+    for (int pixels = -2000; pixels < 4000; ++pixels) {
+      ASSERT_EQ(PositionToPixels(ToTwips(pixels, dpi), dpi), pixels) << dpi;
+      ASSERT_TRUE(pixels < 0 || LengthToPixels(ToTwips(pixels, dpi), dpi) == pixels) << dpi << " " << pixels;
+    }
     for (const float twips : {kFormHeightCollapsed, kFormHeightExpanded, kFormWidth}) {
       const int pixels = LengthToPixels(twips, dpi);
       EXPECT_LE(ToTwips(pixels, dpi), twips) << dpi;
       EXPECT_GT(ToTwips(pixels + 1, dpi), twips) << dpi;
-    }
-  }
-}
-
-TEST(WindowGeometry, PixelsSurviveTheWayThroughTwips) {
-  for (const unsigned dpi : {96U, 120U, 144U, 168U, 192U}) {
-    for (int pixels = -2000; pixels < 4000; ++pixels) {
-      ASSERT_EQ(PositionToPixels(ToTwips(pixels, dpi), dpi), pixels) << dpi;
-    }
-    for (int pixels = 0; pixels < 4000; ++pixels) {
-      ASSERT_EQ(LengthToPixels(ToTwips(pixels, dpi), dpi), pixels) << dpi;
     }
   }
 }
@@ -149,30 +126,24 @@ TEST(WindowGeometry, AnyStoredNumberIsAPosition) {
   EXPECT_EQ(PositionToPixels(NAN, 96), 0);
 }
 
-struct PlaceRow {
-  const char* story;
-  PixelRect stored;
-  PixelRect shown;
-};
-
 TEST(WindowGeometry, AWindowThatNobodyCouldReachIsShownOnTheNearestScreen) {
   // Two screens side by side, the second one higher up, each with a task bar of 40 pixels at its lower end.
   constexpr std::array<PixelRect, 2> screens{{{0, 0, 1600, 860}, {1600, -300, 2880, 684}}};
   constexpr int title = 30;
-  constexpr std::array rows{
-      PlaceRow{"on the first screen", {40, 40, 512, 269}, {40, 40, 512, 269}},
-      PlaceRow{"half over the left edge", {-200, 40, 272, 269}, {-200, 40, 272, 269}},
-      PlaceRow{"its lower part below the screen", {40, 850, 512, 1079}, {40, 850, 512, 1079}},
-      PlaceRow{"only its title bar's end in sight", {-471, -29, 1, 200}, {-471, -29, 1, 200}},
-      PlaceRow{"title bar above the screen", {40, -30, 512, 199}, {40, 0, 512, 229}},
-      PlaceRow{"title bar under the task bar", {40, 860, 512, 1089}, {40, 631, 512, 860}},
-      PlaceRow{"far left", {-5000, 100, -4528, 329}, {0, 100, 472, 329}},
-      PlaceRow{"right of the second screen", {2880, 0, 3352, 229}, {2408, 0, 2880, 229}},
-      PlaceRow{"in the corner above the first", {100, -200, 572, 29}, {100, 0, 572, 229}},
-      PlaceRow{"above the second", {2000, -900, 2472, -671}, {2000, -300, 2472, -71}},
-  };
-  for (const PlaceRow& row : rows) EXPECT_EQ(Reachable(row.stored, title, screens), row.shown) << row.story;
-  EXPECT_EQ(Reachable(rows[6].stored, title, {}), rows[6].stored) << "without a screen nothing is moved";
+  const std::tuple<const char*, PixelRect, PixelRect> rows[] = {
+      {"on the first screen", {40, 40, 512, 269}, {40, 40, 512, 269}},
+      {"half over the left edge", {-200, 40, 272, 269}, {-200, 40, 272, 269}},
+      {"its lower part below the screen", {40, 850, 512, 1079}, {40, 850, 512, 1079}},
+      {"only its title bar's end in sight", {-471, -29, 1, 200}, {-471, -29, 1, 200}},
+      {"title bar above the screen", {40, -30, 512, 199}, {40, 0, 512, 229}},
+      {"title bar under the task bar", {40, 860, 512, 1089}, {40, 631, 512, 860}},
+      {"far left", {-5000, 100, -4528, 329}, {0, 100, 472, 329}},
+      {"right of the second screen", {2880, 0, 3352, 229}, {2408, 0, 2880, 229}},
+      {"in the corner above the first", {100, -200, 572, 29}, {100, 0, 572, 229}},
+      {"above the second", {2000, -900, 2472, -671}, {2000, -300, 2472, -71}}};
+  for (const auto& [story, stored, shown] : rows) EXPECT_EQ(Reachable(stored, title, screens), shown) << story;
+  constexpr PixelRect away{-5000, 100, -4528, 329};
+  EXPECT_EQ(Reachable(away, title, {}), away) << "without a screen nothing is moved";
   EXPECT_EQ(Reachable({9000, 9000, 9900, 9900}, title, std::array{PixelRect{0, 0, 640, 480}}),
             (PixelRect{0, 0, 900, 900}))
       << "a window larger than the screen keeps its title bar in sight";

@@ -7,6 +7,17 @@ namespace {
 
 using namespace testing;
 
+/// Whatever is out is answered, and the call ends.
+void AnswerAll(Dialer& dialer) {
+  for (std::uintptr_t instance = 1; instance < 8; ++instance) {
+    for (std::uintptr_t request = 1; request < 8; ++request) {
+      dialer.sim.InjectMessage(0, LINE_REPLY, instance, request, 0, 0);
+    }
+    dialer.sim.InjectMessage(0, LINE_CALLSTATE, instance, LINECALLSTATE_IDLE, 0, 0);
+  }
+  dialer.sim.Advance({});
+}
+
 struct ArrivalRow {
   const char* name;
   void (*arrive)(Dialer&);
@@ -17,26 +28,9 @@ const std::vector<ArrivalRow> kArrivals{
     {"terminate", [](Dialer& dialer) { dialer.dde.Sink().OnTerminate(); }, true},
     {"sessionEnd", [](Dialer& dialer) { dialer.Input().CloseRequested(UnloadMode::SessionEnds); }, true},
     {"unload", [](Dialer& dialer) { dialer.dde.Sink().OnData("unload"); }, false},
-    {"lineMessages",
-     [](Dialer& dialer) {
-  // Whatever is out is answered, and the call ends.
-  for (std::uintptr_t instance = 1; instance < 8; ++instance) {
-    for (std::uintptr_t request = 1; request < 8; ++request) {
-      dialer.sim.InjectMessage(0, LINE_REPLY, instance, request, 0, 0);
-    }
-    dialer.sim.InjectMessage(0, LINE_CALLSTATE, instance, LINECALLSTATE_IDLE, 0, 0);
-  }
-  dialer.sim.Advance(std::chrono::milliseconds(0));
-     },
-     false},
-    };
+    {"lineMessages", AnswerAll, false}};
 
-constexpr const char* kFunctions[] = {"lineNegotiateAPIVersion", "lineInitializeEx",   "lineOpen",
-                                      "lineGetTranslateCaps",    "lineGetDevCaps",     "lineDrop",
-                                      "lineTranslateAddress",    "lineMakeCall",       "lineClose",
-                                      "tapiGetLocationInfo",     "lineDeallocateCall", "lineShutdown"};
-
-class Inside : public TestWithParam<std::tuple<const char*, ArrivalRow>> {};
+class Inside : public TestWithParam<std::tuple<std::string, ArrivalRow>> {};
 
 /// A call by command, the end of it, a report on the line, and the settings given up.
 void Work(Dialer& dialer) {
@@ -55,12 +49,9 @@ void Work(Dialer& dialer) {
 }
 
 TEST_P(Inside, NothingDeadIsTouchedAndNothingIsLost) {
-  const std::string_view function = std::get<0>(GetParam());
-  const ArrivalRow& arrival = std::get<1>(GetParam());
-  Dialer dialer(
-      "device name=L\nlocation local=9\ncall reply after=5\ncall state CONNECTED after=10\n"
-      "drop reply after=5\ndrop state IDLE after=10\n");
-  dialer.StoreLine("L");
+  const auto& [function, arrival] = GetParam();
+  Dialer dialer(kTwoLinesAndACall);
+  dialer.StoreLine("A");
   dialer.Start("/run");
   int arrivals = 0;
   dialer.sim.inside = [&](std::string_view entered) {
@@ -81,9 +72,8 @@ TEST_P(Inside, NothingDeadIsTouchedAndNothingIsLost) {
   EXPECT_EQ(dialer.sim.LiveCalls() + dialer.sim.OpenLines() + dialer.sim.Registrations(), 0U);
 }
 
-INSTANTIATE_TEST_SUITE_P(Rows, Inside, Combine(ValuesIn(kFunctions), ValuesIn(kArrivals)), [](const auto& row) {
-  return std::string(std::get<0>(row.param)) + "_" + std::get<1>(row.param).name;
-});
+INSTANTIATE_TEST_SUITE_P(Rows, Inside, Combine(ValuesIn(kTelephony), ValuesIn(kArrivals)),
+                         [](const auto& row) { return std::get<0>(row.param) + "_" + std::get<1>(row.param).name; });
 
 }  // namespace
 }  // namespace fonklav::test

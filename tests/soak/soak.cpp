@@ -1,40 +1,11 @@
-#include <malloc.h>
-
 #include <cstdlib>
 #include <iostream>
-#include <new>
 
 #include "tests/app/BareDialer.h"
+#include "tests/app/CountedMemory.h"
 
 // Dials over and over with the whole program on simulated telephony. What it holds after a tenth of the cycles it must
 // hold at the end, to the byte.
-namespace {
-
-struct Memory {
-  long blocks{0};
-  long bytes{0};
-  bool operator==(const Memory&) const = default;
-};
-Memory memory;  // NOLINT: operator new has no other way to it
-
-}  // namespace
-
-// Not inlined, or the compiler takes them for a mismatched pair.
-[[gnu::noinline]] void* operator new(std::size_t size) {
-  void* const block = std::malloc(size);
-  if (block == nullptr) throw std::bad_alloc();
-  ++memory.blocks;
-  memory.bytes += static_cast<long>(malloc_usable_size(block));
-  return block;
-}
-[[gnu::noinline]] void operator delete(void* block) noexcept {
-  if (block == nullptr) return;
-  --memory.blocks;
-  memory.bytes -= static_cast<long>(malloc_usable_size(block));
-  std::free(block);
-}
-[[gnu::noinline]] void operator delete(void* block, std::size_t /*size*/) noexcept { operator delete(block); }
-
 namespace fonklav::test {
 namespace {
 
@@ -69,9 +40,7 @@ bool Cycle(BareDialer& dialer, long number) {
 }
 
 int Soak(long cycles) {
-  BareDialer dialer(
-      "device name=A\nlocation local=9\ncall reply after=5\ncall state CONNECTED after=20\ndrop reply after=5\n"
-      "drop state IDLE after=10\n");
+  BareDialer dialer(kTwoLinesAndACall);
   dialer.StoreLine("A");
   if (!dialer.Start("/run")) return 1;
   Memory tenth;
@@ -86,7 +55,7 @@ int Soak(long cycles) {
   std::cout << "what | after a tenth | at the end\n"
             << "heap blocks | " << tenth.blocks << " | " << end.blocks << "\nheap bytes | " << tenth.bytes << " | "
             << end.bytes << '\n';
-  return tenth == end && end.blocks > 0 && dialer.ErrorLog().empty() ? 0 : 1;
+  return tenth.blocks == end.blocks && tenth.bytes == end.bytes && end.blocks > 0 && dialer.ErrorLog().empty() ? 0 : 1;
 }
 
 }  // namespace

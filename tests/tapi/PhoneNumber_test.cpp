@@ -11,55 +11,36 @@ namespace {
 
 using namespace testing;
 
-struct NumberRow {
-  const char* typed;
-  const char* translated;  ///< what lineTranslateAddress was asked for; null when it was not asked
-  const char* dialed;      ///< what lineMakeCall got
-};
-
-// The simulated translation hands everything but canonical numbers through unchanged, and refuses what begins with "+"
-// and is not canonical.
-const NumberRow kNumbers[] = {
-    // No number, no address. Short numbers are extensions: no access code, no translation.
-    {"", nullptr, "(null)"},
-    {"123", nullptr, "123"},
-    {" 12 ", nullptr, "12"},
-    {"*1", nullptr, "*1"},
-    {"1/2", nullptr, "1 2"},
-    {"   ", nullptr, ""},
-    // Everything longer gets the access code and is translated.
-    {"1234", "0,1234", "0,1234"},
-    {" 030/1234 ", "0,030 1234", "0,030 1234"},
-    {"0  30   1234", "0,0 30 1234", "0,0 30 1234"},
-    {"0    30", "0,0 30", "0,0 30"},     // four blanks fold to one,
-    {"0     30", "0,0  30", "0,0  30"},  // of five, one too many stays
-    {"(030) 1234", "0,(030) 1234", "0,(030) 1234"},
-    {"M\xC3\xBCller", "0,M\xFCller", "0,M\xFCller"},
-    {"\xC3\xA4\xC3\xB6\xC3\xBC", nullptr, "\xE4\xF6\xFC"},  // three characters, though six bytes
-    // Numbers with "+" get brackets in place of their first two blanks, and no access code.
-    {"+49 301234567", "+49(", ""},
-    {"+49301234567", "+", ""},
-    {"+", "+", ""},
-    {"+++", "+", ""},
-    {"+49 (30) 1234", "+49()30  1234", ""},
-    {"+49 30 ", "+49(", ""},
-    {"+49/30/12 34", "+49(30)12 34", ""}};
-
 TEST(DialedNumber, ReachesTelephony) {
-  for (const NumberRow& row : kNumbers) {
-    SCOPED_TRACE(row.typed);
-    TapiSystem system("device\nlocation country=49 city=89 local=\"0,\" long=\"\"\n");
-    ASSERT_TRUE(system.Open());
-    EXPECT_TRUE(system.line->MakeCallAsynch(row.typed));
-    const std::vector<std::string> translated(row.translated != nullptr ? 1 : 0, row.translated ? row.translated : "");
-    EXPECT_EQ(system.sim.TextsOf("lineTranslateAddress"), translated);
-    EXPECT_THAT(system.sim.TextsOf("lineMakeCall"), ElementsAre(row.dialed));
+  // What is typed, what lineTranslateAddress is asked for, null where it is not asked, and what lineMakeCall gets. The
+  // simulated translation hands everything but canonical numbers through unchanged, and refuses what begins with "+"
+  // and is not canonical.
+  using Row = std::tuple<const char*, const char*, const char*>;
+  for (const auto& [typed, translated, dialed] :
+       {Row{"1234", "0,1234", "0,1234"}, Row{" 030/1234 ", "0,030 1234", "0,030 1234"},
+        Row{"0  30   1234", "0,0 30 1234", "0,0 30 1234"}, Row{"(030) 1234", "0,(030) 1234", "0,(030) 1234"},
+        Row{"M\xC3\xBCller", "0,M\xFCller", "0,M\xFCller"},
+        // Four blanks fold to one; of five, one too many stays.
+        Row{"0    30", "0,0 30", "0,0 30"}, Row{"0     30", "0,0  30", "0,0  30"},
+        // Short numbers are extensions: no access code, no translation. Three characters may be six bytes. No number,
+        // no address.
+        Row{"123", nullptr, "123"}, Row{" 12 ", nullptr, "12"}, Row{"*1", nullptr, "*1"}, Row{"1/2", nullptr, "1 2"},
+        Row{"\xC3\xA4\xC3\xB6\xC3\xBC", nullptr, "\xE4\xF6\xFC"}, Row{"   ", nullptr, ""}, Row{"", nullptr, "(null)"},
+        // Numbers with "+" get brackets in place of their first two blanks, and no access code.
+        Row{"+49 301234567", "+49(", ""}, Row{"+49301234567", "+", ""}, Row{"+", "+", ""}, Row{"+++", "+", ""},
+        Row{"+49 (30) 1234", "+49()30  1234", ""}, Row{"+49 30 ", "+49(", ""},
+        Row{"+49/30/12 34", "+49(30)12 34", ""}}) {
+    SCOPED_TRACE(typed);
+    TapiSystem system("device\nlocation country=49 city=89 local=\"0,\" long=\"\"\n", Stage::Open);
+    EXPECT_TRUE(system.line->MakeCallAsynch(typed));
+    const std::vector<std::string> asked(translated != nullptr ? 1 : 0, translated != nullptr ? translated : "");
+    EXPECT_EQ(system.sim.TextsOf("lineTranslateAddress"), asked);
+    EXPECT_THAT(system.sim.TextsOf("lineMakeCall"), ElementsAre(dialed));
   }
 }
 
 TEST(DialedNumber, UpToTheInternalLengthIsAnExtension) {
-  TapiSystem system("device\nlocation local=0\n");
-  ASSERT_TRUE(system.Open());
+  TapiSystem system("device\nlocation local=0\n", Stage::Open);
   for (const int length : {0, 3, 5}) {
     system.line->InternalNrLength(static_cast<std::int16_t>(length));
     const std::string number(static_cast<std::size_t>(length), '7');
@@ -69,8 +50,7 @@ TEST(DialedNumber, UpToTheInternalLengthIsAnExtension) {
 }
 
 TEST(DialedNumber, CanonicalNumbersAreDialedAsTheLocationWantsThem) {
-  TapiSystem system("device\nlocation country=49 city=89 local=\"0,\"\ntranslate blanks=optional\n");
-  ASSERT_TRUE(system.Open());
+  TapiSystem system("device\nlocation country=49 city=89 local=\"0,\"\ntranslate blanks=optional\n", Stage::Open);
   for (const char* typed : {"+49 30 1234567", "++49 30 1234567"}) {
     system.sim.ForgetCalls();
     EXPECT_NE(system.line->TransformPhoneNumber(typed), "");
@@ -81,14 +61,14 @@ TEST(DialedNumber, CanonicalNumbersAreDialedAsTheLocationWantsThem) {
 TEST(DialedNumber, ATranslationIsReadWithinItsBuffer) {
   // The dialable string's size stands at 12 and its offset at 16, the displayable string's at 20 and 24; the strings
   // come after the 40 bytes of the fixed part.
+  using Row = std::pair<const char*, const char*>;
   for (const auto& [patch, dialable] :
-       {std::pair{"20 value=6", "01234"}, std::pair{"12 value=0", ""}, std::pair{"12 value=1", ""},
-        std::pair{"12 value=2", "0"}, std::pair{"16 value=39", ""}, std::pair{"16 value=40", "01234"},
-        std::pair{"16 value=1064", ""}, std::pair{"16 value=1059", ""}, std::pair{"16 value=0xFFFFFFFF", ""},
-        std::pair{"12 value=0x7FFFFFFF", ""}, std::pair{"12 value=0xFFFFFFFF", ""}, std::pair{"20 value=0", ""},
-        std::pair{"24 value=0xFFFFFFF0", ""}, std::pair{"24 value=1064", ""}}) {
-    TapiSystem system(std::string("device\nlocation local=0\npatch translateoutput offset=") + patch + "\n");
-    ASSERT_TRUE(system.Open());
+       {Row{"20 value=6", "01234"}, Row{"12 value=0", ""}, Row{"12 value=1", ""}, Row{"12 value=2", "0"},
+        Row{"16 value=39", ""}, Row{"16 value=40", "01234"}, Row{"16 value=1064", ""}, Row{"16 value=1059", ""},
+        Row{"16 value=0xFFFFFFFF", ""}, Row{"12 value=0x7FFFFFFF", ""}, Row{"12 value=0xFFFFFFFF", ""},
+        Row{"20 value=0", ""}, Row{"24 value=0xFFFFFFF0", ""}, Row{"24 value=1064", ""}}) {
+    TapiSystem system(std::string("device\nlocation local=0\npatch translateoutput offset=") + patch + "\n",
+                      Stage::Open);
     EXPECT_EQ(system.line->TransformPhoneNumber("1234"), dialable) << patch;
     EXPECT_EQ(system.line->LastError(), 0) << "the request itself has succeeded";
   }

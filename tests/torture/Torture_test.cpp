@@ -1,23 +1,14 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <new>
-
 #include "tests/app/BareDialer.h"
+#include "tests/app/CountedMemory.h"
 
 // Every story once for each thing in it that can fail: each call of a port, once and from then on, and each allocation
 // of memory. What may come of it is little: no crash, no leak, nothing said that is not so, one line and one call at
 // most, every line asked to close before telephony is shut down. And where the fault has passed, the next dial works.
+namespace fonklav::test {
 namespace {
-
-/// Memory that runs out when a test says so. Allocations of the test itself are not counted.
-struct Memory {
-  long allocations{0};
-  long failing{-1};
-  bool counting{false};
-};
-Memory memory;  // NOLINT: operator new has no other way to it
 
 // AddressSanitizer takes up to eighty times as long for a story as a plain build, where each one has its turn.
 #ifdef FONKLAV_SANITIZED
@@ -26,23 +17,19 @@ constexpr long kStep = 37;
 constexpr long kStep = 1;
 #endif
 
-}  // namespace
-
-// Not inlined, or the compiler takes them for a mismatched pair.
-[[gnu::noinline]] void* operator new(std::size_t size) {
-  if (memory.counting && memory.allocations++ == memory.failing) throw std::bad_alloc();
-  if (void* const block = std::malloc(size == 0 ? 1 : size)) return block;
-  throw std::bad_alloc();
+void FarEndHangsUp(BareDialer& dialer) {
+  dialer.sim.RemoteHangUp();
+  dialer.Pump(100);
 }
-[[gnu::noinline]] void operator delete(void* block) noexcept { std::free(block); }
-[[gnu::noinline]] void operator delete(void* block, std::size_t /*size*/) noexcept { std::free(block); }
-
-namespace fonklav::test {
-namespace {
-
-constexpr const char* kScenario =
-    "device name=A version=0x00020000\ndevice name=B version=0x00020000\nlocation local=9\ncall reply after=5\n"
-    "call state DIALING after=10\ncall state CONNECTED after=20\ndrop reply after=5\ndrop state IDLE after=10\n";
+void Save(BareDialer& dialer) {
+  dialer.Input().TickEntry(1, true);
+  dialer.Input().Edit(ControlId::txtSettVW, "0");
+  dialer.Input().Click(ControlId::cmdSave);
+}
+void LosePartner(BareDialer& dialer) {
+  dialer.dde.alive = false;
+  dialer.Pump(250);
+}
 
 struct Story {
   const char* name;
@@ -55,32 +42,18 @@ const std::vector<Story> kStories{
     {"start", false, false, [](BareDialer& dialer) { dialer.Start("/sett"); }},
     {"dial", true, false, [](BareDialer& dialer) { dialer.Command("cmd|call|0301234567", 100); }},
     {"hangUp", true, true, [](BareDialer& dialer) { dialer.Command("cmd|hangup", 100); }},
-    {"remoteEnd", true, true,
-     [](BareDialer& dialer) {
-  dialer.sim.RemoteHangUp();
-  dialer.Pump(100);
-     }},
-    {"save", true, false,
-     [](BareDialer& dialer) {
-  dialer.Input().TickEntry(1, true);
-  dialer.Input().Edit(ControlId::txtSettVW, "0");
-  dialer.Input().Click(ControlId::cmdSave);
-     }},
+    {"remoteEnd", true, true, FarEndHangsUp},
+    {"save", true, false, Save},
     {"cancel", true, true, [](BareDialer& dialer) { dialer.Input().Click(ControlId::cmdExit); }},
     {"deviceReport", true, false, [](BareDialer& dialer) { dialer.Input().ClickEntry(1); }},
     {"settings", true, false, [](BareDialer& dialer) { dialer.Command("settings"); }},
-    {"linkLoss", true, true,
-     [](BareDialer& dialer) {
-  dialer.dde.alive = false;
-  dialer.Pump(250);
-     }},
-    {"exit", true, true, [](BareDialer& dialer) { dialer.Input().CloseRequested(UnloadMode::SessionEnds); }},
-    };
+    {"linkLoss", true, true, LosePartner},
+    {"exit", true, true, [](BareDialer& dialer) { dialer.Input().CloseRequested(UnloadMode::SessionEnds); }}};
 
 /// A dialer whose ports fail when they are told to.
 class TorturedDialer : public BareDialer {
  public:
-  explicit TorturedDialer(const Story& story) : BareDialer(kScenario), story_(story) {
+  explicit TorturedDialer(const Story& story) : BareDialer(kTwoLinesAndACall), story_(story) {
     Switch("LogTAPI=1\r\nTraceMode=1\r\n");
     StoreLine("A");
     FailBy(faults);
@@ -155,49 +128,38 @@ class TorturedDialer : public BareDialer {
 
 class Torture : public testing::TestWithParam<Story> {};
 
-TEST_P(Torture, EachCallOfAPortFails) {
-  long calls = 0;
-  {
-    TorturedDialer counted(GetParam());
-    counted.faults.Arm(-1, false);
-    counted.Happen();
-    calls = counted.faults.Calls();
-  }
-  ASSERT_GT(calls, 5);
-  for (const bool forever : {false, true}) {
-    for (long call = 0; call < calls; call += kStep) {
-      SCOPED_TRACE(std::string(GetParam().name) + " call " + std::to_string(call) + (forever ? " and after" : ""));
-      TorturedDialer dialer(GetParam());
-      dialer.lostCloses = dialer.lostShutdowns = 1;  // the failing call may be the one that gives back
-      dialer.faults.Arm(call, forever);
-      dialer.Happen();
-      dialer.faults.Disarm();
-      dialer.ExpectTheNextDialToWork();
-      dialer.End();
-      if (HasFailure()) return;
-    }
+/// Lets the story happen while this call of a port fails, or each from it on, or this allocation; none below 0. How
+/// many there were of what fails.
+long Happen(const Story& story, long failing, bool allocation, bool forever) {
+  TorturedDialer dialer(story);
+  dialer.lostCloses = dialer.lostShutdowns = failing < 0 ? 0 : 1;  // the failing call may be the one that gives back
+  dialer.faults.Arm(allocation ? -1 : failing, forever);
+  memory.allocations = 0;
+  memory.failing = failing;
+  memory.counting = allocation;
+  dialer.Happen();
+  memory.counting = false;
+  const long calls = dialer.faults.Calls();
+  dialer.faults.Disarm();
+  dialer.ExpectTheNextDialToWork();
+  dialer.End();
+  return allocation ? memory.allocations : calls;
+}
+
+void Torment(const Story& story, bool allocation, bool forever) {
+  const long count = Happen(story, -1, allocation, forever);
+  ASSERT_GT(count, 5);
+  for (long failing = 0; failing < count && !testing::Test::HasFailure(); failing += kStep) {
+    SCOPED_TRACE(story.name + std::string(" ") + std::to_string(failing));
+    Happen(story, failing, allocation, forever);
   }
 }
 
-TEST_P(Torture, EachAllocationFails) {
-  const auto run = [&](long failing) {
-    TorturedDialer dialer(GetParam());
-    dialer.lostCloses = dialer.lostShutdowns = failing < 0 ? 0 : 1;
-    memory = {0, failing, true};
-    dialer.Happen();
-    memory.counting = false;
-    dialer.ExpectTheNextDialToWork();
-    dialer.End();
-    return memory.allocations;
-  };
-  const long allocations = run(-1);
-  ASSERT_GT(allocations, 5);
-  for (long allocation = 0; allocation < allocations; allocation += kStep) {
-    SCOPED_TRACE(std::string(GetParam().name) + " allocation " + std::to_string(allocation));
-    run(allocation);
-    if (HasFailure()) return;
-  }
-}
+TEST_P(Torture, ACallOfAPortFails) { Torment(GetParam(), false, false); }
+
+TEST_P(Torture, EachCallOfAPortFromOneOnFails) { Torment(GetParam(), false, true); }
+
+TEST_P(Torture, AnAllocationFails) { Torment(GetParam(), true, false); }
 
 INSTANTIATE_TEST_SUITE_P(Stories, Torture, testing::ValuesIn(kStories), [](const auto& row) { return row.param.name; });
 
