@@ -18,12 +18,7 @@ TEST(DateTime, StampsAreOfOneWidth) {
   EXPECT_EQ(GetFormatedTime({2015, 3, 7, 23, 59, 59}), "23:59:59");
 }
 
-struct SystemRow {
-  unsigned major;
-  unsigned minor;
-  unsigned build;
-  const char* name;
-};
+using SystemRow = std::tuple<unsigned, unsigned, unsigned, const char*>;
 
 TEST(OsDescription, NamesTheEditionAndTellsTheNt6Family) {
   const auto expect = [](bool ntFamily, bool server, std::span<const SystemRow> rows) {

@@ -63,17 +63,10 @@ TEST(StringBuilder, PositionsOutsideAreError9ForTheCaller) {
   EXPECT_TRUE(text.log->errors.empty());
 }
 
-struct FindRow {
-  const char16_t* what;
-  std::int32_t start;
-  TextCompare compare;
-  std::int32_t position;
-};
-
 TEST(StringBuilder, FindsWhatBeginsBeforeTheLastCharacter) {
   constexpr auto kBinary = TextCompare::Binary;
   constexpr auto kText = TextCompare::Text;
-  const FindRow rows[] = {
+  const std::tuple<const char16_t*, std::int32_t, TextCompare, std::int32_t> rows[] = {
       {u"abcÄabc", 0, kBinary, 1}, {u"a", 0, kBinary, 1},   {u"abc", 2, kBinary, 5}, {u"c", 4, kBinary, 0},
       {u"Ä", 1, kBinary, 4},       {u"ä", 1, kBinary, 0},   {u"ä", 1, kText, 4},     {u"ä", 0, kText, 0},
       {u"x", 0, kBinary, 0},       {u"bc ", 2, kBinary, 6}, {u" ", 0, kBinary, 0},   {u"a", 6, kBinary, 0},
@@ -81,9 +74,8 @@ TEST(StringBuilder, FindsWhatBeginsBeforeTheLastCharacter) {
   Built text;
   EXPECT_EQ(text.builder.Find(u""), 0);
   text.builder.Append(u"abcÄabc");
-  for (const FindRow& row : rows) {
-    EXPECT_EQ(text.builder.Find(row.what, row.start, row.compare), row.position)
-        << "row " << (&row - rows) << " from " << row.start;
+  for (const auto& [what, start, compare, position] : rows) {
+    EXPECT_EQ(text.builder.Find(what, start, compare), position) << testing::PrintToString(what) << " from " << start;
   }
 }
 
