@@ -7,7 +7,6 @@ namespace {
 using namespace testing;
 
 constexpr OsVersion kWindowsXp{5, 1, 2600, true, false};
-constexpr OsVersion kWindows98{4, 10, 2222, false, false};
 constexpr OsVersion kVista{6, 0, 6002, true, false};
 
 constexpr const char* kCommon = "C:\\ProgramData\\Rufmon";
@@ -22,7 +21,6 @@ TEST(SuiteFolders, AreResolved) {
       {"ProgramData=0", "C:\\Rufmon", kVista, "C:\\Rufmon", "C:\\Rufmon\\data\\"},
       {"ProgramData=0", kUnderPrograms, kVista, kCommon, kCommonData},
       {"ProgramData=0", kUnderPrograms, kWindowsXp, kUnderPrograms, "C:\\Program Files\\Rufmon\\data\\"},
-      {"ProgramData=0", kUnderPrograms, kWindows98, kUnderPrograms, "C:\\Program Files\\Rufmon\\data\\"},
       {"ProgramData=", "C:\\Rufmon", kVista, "C:\\Rufmon", "C:\\Rufmon\\data\\"},
       {"ProgramData=\\", "C:\\Rufmon", kVista, "C:\\Rufmon", "C:\\Rufmon\\data\\"},
       {"ProgramData=2", "C:\\Rufmon", kVista, kCommon, kCommonData},

@@ -96,5 +96,4 @@ def long_number(name):
         equal([len(text) for text in addresses(session, "lineTranslateAddress")], [65500 + 2])
 
 
-if __name__ == "__main__":
-    run()
+run()

@@ -182,5 +182,4 @@ def flags(name):
               [f" + 13 + Type mismatch Params(S:debug{flag})" for flag in bad])
 
 
-if __name__ == "__main__":
-    run()
+run()

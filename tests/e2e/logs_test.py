@@ -176,5 +176,4 @@ def killed(name):
     assert True in outcomes, "the log was never cut: the test has seen nothing"
 
 
-if __name__ == "__main__":
-    run()
+run()

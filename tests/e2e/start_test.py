@@ -74,5 +74,4 @@ def arguments(name):
         equal(calls(session), [])
 
 
-if __name__ == "__main__":
-    run()
+run()

@@ -370,5 +370,4 @@ def names(name):
         expect_reports(session, [*session.expected, *heard])
 
 
-if __name__ == "__main__":
-    run()
+run()

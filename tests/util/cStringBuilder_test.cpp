@@ -90,7 +90,7 @@ TEST(StringBuilder, AgreesWithAPlainStringOverAMillionOperations) {
   for (int step = 0; step < 1'000'000; ++step) {
     const std::u16string piece(random() % 24, alphabet[random() % alphabet.size()]);
     const auto at = random() % (model.size() + 1);
-    switch (random() % 8) {
+    switch (random() % 6) {
       case 0:
         builder.Append(piece);
         model += piece;
@@ -100,18 +100,16 @@ TEST(StringBuilder, AgreesWithAPlainStringOverAMillionOperations) {
         model.append(piece).append(u"\r\n");
         break;
       case 2:
-      case 3:
         builder.Insert(static_cast<std::int32_t>(at), piece);
         model.insert(at, piece);
         break;
-      case 4:
-      case 5: {
+      case 3: {
         const auto count = std::min<std::size_t>(random() % 32, model.size() - at);
         builder.Remove(static_cast<std::int32_t>(at), static_cast<std::int32_t>(count));
         model.erase(at, count);
         break;
       }
-      case 6: {
+      case 4: {
         // The model's text with blanks behind it is what the builder searches.
         const auto found = (model + std::u16string(64, u' ')).find(piece.substr(0, 3), at);
         const bool counts = found != std::u16string::npos && found + 1 < model.size();
