@@ -9,9 +9,9 @@ constexpr const char* kFile = "\\data\\sett_TAPI.ini";
 constexpr const char* kFullPath = "C:\\ProgramData\\Rufmon\\data\\sett_TAPI.ini";
 
 struct IniSystem : ConfigSystem {
-  explicit IniSystem(const std::string& section = {}) {
+  explicit IniSystem(const std::string& line = ";") {
     EXPECT_TRUE(Init());
-    File(kFullPath) = "[S]\r\n" + section;
+    File(kFullPath) = "[S]\r\n" + line + "\r\n";
   }
   modAPI_INI& ini{config.ini};
 };
@@ -28,33 +28,24 @@ TEST(Ini, NamesBecomePaths) {
   }
 }
 
-struct NumberRow {
-  const char* stored;
-  std::int32_t lower;
-  std::int32_t upper;
-  bool defaultIfOutside;
-  std::int32_t value;
-};
-
 TEST(Ini, NumbersWithinTheirBounds) {
-  for (const NumberRow& row :
-       {NumberRow{"K=-7\r\n", 0, 0, false, -7}, NumberRow{"K=0\r\n", 1, 0, false, 1},
-        NumberRow{"K=2000000\r\n", 1, 0, false, 2000000}, NumberRow{"K=-1\r\n", 0, 5, false, 0},
-        NumberRow{"K=5\r\n", 10, 1000, false, 10}, NumberRow{"K=1001\r\n", 10, 1000, false, 1000},
-        NumberRow{"K=3\r\n", 10, 5, false, 10}, NumberRow{"K=7\r\n", 10, 5, false, 5},
-        NumberRow{"K=1000\r\n", 10, 1000, true, 1000}, NumberRow{"K=11\r\n", 1, 10, true, 3},
-        NumberRow{"K=0\r\n", 1, 10, true, 3}, NumberRow{"K=1\r\n", -5, 0, true, 3},
-        NumberRow{"K=-5\r\n", -5, 0, true, -5}, NumberRow{"", 0, 0, false, 3}, NumberRow{"", 10, 20, false, 10}}) {
-    IniSystem system(row.stored);
-    EXPECT_EQ(system.ini.GetSettLng("S", "K", 3, row.lower, row.upper, row.defaultIfOutside, kFile), row.value)
-        << row.stored << row.lower << ".." << row.upper;
+  const std::tuple<const char*, std::int32_t, std::int32_t, bool, std::int32_t> rows[] = {
+      {"K=-7", 0, 0, false, -7}, {"K=0", 1, 0, false, 1},      {"K=2000000", 1, 0, false, 2000000},
+      {"K=-1", 0, 5, false, 0},  {"K=5", 10, 1000, false, 10}, {"K=1001", 10, 1000, false, 1000},
+      {"K=3", 10, 5, false, 10}, {"K=7", 10, 5, false, 5},     {"K=1000", 10, 1000, true, 1000},
+      {"K=11", 1, 10, true, 3},  {"K=0", 1, 10, true, 3},      {"K=1", -5, 0, true, 3},
+      {"K=-5", -5, 0, true, -5}, {"", 0, 0, false, 3},         {"", 10, 20, false, 10}};
+  for (const auto& [stored, lower, upper, defaultIfOutside, value] : rows) {
+    IniSystem system(stored);
+    EXPECT_EQ(system.ini.GetSettLng("S", "K", 3, lower, upper, defaultIfOutside, kFile), value)
+        << stored << lower << ".." << upper;
   }
 }
 
 TEST(Ini, BooleansAreWrittenAsOne) {
-  for (const auto& [stored, value] :
-       {std::pair{"K=1\r\n", true}, std::pair{"K=2\r\n", true}, std::pair{"K=0\r\n", false},
-        std::pair{"K=-1\r\n", false}, std::pair{"K=yes\r\n", false}, std::pair{"K=true\r\n", false}}) {
+  const std::pair<const char*, bool> rows[] = {{"K=1", true},   {"K=2", true},    {"K=0", false},
+                                               {"K=-1", false}, {"K=yes", false}, {"K=true", false}};
+  for (const auto& [stored, value] : rows) {
     IniSystem system(stored);
     EXPECT_EQ(system.ini.GetSettBool("S", "K", false, kFile), value) << stored;
     EXPECT_EQ(system.ini.GetSettBool("S", "K", true, kFile), value) << stored;
@@ -64,32 +55,23 @@ TEST(Ini, BooleansAreWrittenAsOne) {
   EXPECT_FALSE(empty.ini.GetSettBool("S", "K", false, kFile));
 }
 
-struct TextRow {
-  const char* stored;
-  bool ifEmpty;
-  bool ifNotNumeric;
-  const char* value;
-};
-
 TEST(Ini, TextsAndTheirDefault) {
-  for (const TextRow& row : {TextRow{"K=a=b\r\n", false, false, "a=b"}, TextRow{"", false, false, "def"},
-                             TextRow{"K=\r\n", false, false, ""}, TextRow{"K=\r\n", true, false, "def"},
-                             TextRow{"K=\r\n", false, true, "def"}, TextRow{"K=12a\r\n", false, true, "def"},
-                             TextRow{"K=12\r\n", false, true, "12"}, TextRow{"K=-1,5\r\n", false, true, "-1,5"}}) {
-    IniSystem system(row.stored);
-    EXPECT_EQ(system.ini.GetSettStr("s", "k", "def", kFile, row.ifEmpty, row.ifNotNumeric), row.value) << row.stored;
+  const std::tuple<const char*, bool, bool, const char*> rows[] = {
+      {"K=a=b", false, false, "a=b"},  {"", false, false, "def"},    {"K=", false, false, ""},
+      {"K=", true, false, "def"},      {"K=", false, true, "def"},   {"K=12", false, true, "12"},
+      {"K=-1,5", false, true, "-1,5"}, {"K=12a", false, true, "def"}};
+  for (const auto& [stored, ifEmpty, ifNotNumeric, value] : rows) {
+    IniSystem system(stored);
+    EXPECT_EQ(system.ini.GetSettStr("s", "k", "def", kFile, ifEmpty, ifNotNumeric), value) << stored;
   }
-}
-
-TEST(Ini, ALongValueIsCutToTheBuffer) {
-  IniSystem system("K=" + std::string(3000, 'x') + "\r\n");
-  EXPECT_EQ(system.ini.GetSettStr("S", "K", "", kFile, false, false), std::string(2047, 'x'));
+  IniSystem tooLong("K=" + std::string(3000, 'x'));
+  EXPECT_EQ(tooLong.ini.GetSettStr("S", "K", "", kFile, false, false), std::string(2047, 'x'));
 }
 
 TEST(Ini, UmlautsAreBytesOfTheCodePageInTheFile) {
   IniSystem system;
   system.ini.SetSettStr("S", "Gerät", "Büro € ☎", kFile);
-  EXPECT_EQ(system.File(kFullPath), "[S]\r\nGer\xE4t=B\xFCro \x80 ?\r\n");
+  EXPECT_EQ(system.File(kFullPath), "[S]\r\n;\r\nGer\xE4t=B\xFCro \x80 ?\r\n");
   EXPECT_EQ(system.ini.GetSettStr("S", "Gerät", "", kFile, false, false), "Büro € ?");
 }
 
@@ -98,12 +80,12 @@ TEST(Ini, WritesAreSilentAboutWhatTheyCannotDo) {
   system.ini.SetSettStr("S", "K", "1", "\\update\\x.ini");
   system.config.state.writeLocked = true;
   system.ini.SetSettStr("S", "K", "1", kFile);
-  EXPECT_EQ(system.File(kFullPath), "[S]\r\n");
+  EXPECT_EQ(system.File(kFullPath), "[S]\r\n;\r\n");
   EXPECT_TRUE(system.log->errors.empty());
 }
 
 TEST(Ini, RangeAppearsInTheTrace) {
-  IniSystem system("K=5\r\n");
+  IniSystem system("K=5");
   system.diagnostics.traceMode = true;
   EXPECT_EQ(system.ini.GetSettLng("S", "K", 1, 0, 9, false, kFile), 5);
   EXPECT_THAT(system.log->steps, ElementsAre("modAPI_INI.GetSettLng", "modAPI_INI.GetMainPath", "modAPI_INI.Range"));

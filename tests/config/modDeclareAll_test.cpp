@@ -7,67 +7,49 @@ namespace {
 using namespace testing;
 
 constexpr OsVersion kWindowsXp{5, 1, 2600, true, false};
-constexpr OsVersion kWindows98{4, 10, 2222, false, false};
 constexpr OsVersion kVista{6, 0, 6002, true, false};
-
-struct PathsRow {
-  const char* name;
-  const char* paths;  ///< of the paths file; null when there is none
-  const char* programFolder;
-  OsVersion version;
-  const char* dataRoot;
-  const char* bookFolder;
-};
 
 constexpr const char* kCommon = "C:\\ProgramData\\Rufmon";
 constexpr const char* kCommonData = "C:\\ProgramData\\Rufmon\\data\\";
 constexpr const char* kUnderPrograms = "C:\\Program Files\\Rufmon";
 
-const PathsRow kPaths[] = {
-    {"noFile", nullptr, "C:\\Rufmon", kVista, kCommon, kCommonData},
-    {"nothingSaid", "", "C:\\Rufmon", kVista, kCommon, kCommonData},
-    {"zero", "ProgramData=0", "C:\\Rufmon", kVista, "C:\\Rufmon", "C:\\Rufmon\\data\\"},
-    {"zeroProtected", "ProgramData=0", kUnderPrograms, kVista, kCommon, kCommonData},
-    {"zeroUnprotected", "ProgramData=0", kUnderPrograms, kWindowsXp, kUnderPrograms,
-     "C:\\Program Files\\Rufmon\\data\\"},
-    {"zeroOn98", "ProgramData=0", kUnderPrograms, kWindows98, kUnderPrograms, "C:\\Program Files\\Rufmon\\data\\"},
-    {"emptyIsZero", "ProgramData=", "C:\\Rufmon", kVista, "C:\\Rufmon", "C:\\Rufmon\\data\\"},
-    {"backslashIsZero", "ProgramData=\\", "C:\\Rufmon", kVista, "C:\\Rufmon", "C:\\Rufmon\\data\\"},
-    {"otherNumber", "ProgramData=2", "C:\\Rufmon", kVista, kCommon, kCommonData},
-    {"twoZeros", "ProgramData=00", "C:\\Rufmon", kVista, kCommon, kCommonData},
-    {"fraction", "ProgramData=0,5", "C:\\Rufmon", kVista, kCommon, kCommonData},
-    {"folder", "ProgramData=D:\\Daten\\", "C:\\Rufmon", kVista, "D:\\Daten", "D:\\Daten\\data\\"},
-    {"twoBackslashes", "ProgramData=D:\\Daten\\\\", "C:\\Rufmon", kVista, "D:\\Daten", "D:\\Daten\\\\data\\"},
-    {"drive", "ProgramData=D:\\", "C:\\Rufmon", kVista, "D:", "D:\\data\\"},
-    {"umlauts", "ProgramData=D:\\Gr\xF6\xDF\x65", "C:\\Rufmon", kVista, "D:\\Größe", "D:\\Größe\\data\\"},
-    {"book", "BookPath=E:\\Buch", "C:\\Rufmon", kVista, kCommon, "E:\\Buch\\"},
-    {"bookWithBackslash", "BookPath=E:\\Buch\\", "C:\\Rufmon", kVista, kCommon, "E:\\Buch\\"},
-    {"bookNumber", "BookPath=1", "C:\\Rufmon", kVista, kCommon, kCommonData},
-};
-
 TEST(SuiteFolders, AreResolved) {
-  for (const PathsRow& row : kPaths) {
-    SCOPED_TRACE(row.name);
+  // The paths file, or none; the program's folder; the system; the folders for data and for the phone book.
+  const std::tuple<const char*, const char*, OsVersion, const char*, const char*> rows[] = {
+      {nullptr, "C:\\Rufmon", kVista, kCommon, kCommonData},
+      {"", "C:\\Rufmon", kVista, kCommon, kCommonData},
+      {"ProgramData=0", "C:\\Rufmon", kVista, "C:\\Rufmon", "C:\\Rufmon\\data\\"},
+      {"ProgramData=0", kUnderPrograms, kVista, kCommon, kCommonData},
+      {"ProgramData=0", kUnderPrograms, kWindowsXp, kUnderPrograms, "C:\\Program Files\\Rufmon\\data\\"},
+      {"ProgramData=", "C:\\Rufmon", kVista, "C:\\Rufmon", "C:\\Rufmon\\data\\"},
+      {"ProgramData=\\", "C:\\Rufmon", kVista, "C:\\Rufmon", "C:\\Rufmon\\data\\"},
+      {"ProgramData=2", "C:\\Rufmon", kVista, kCommon, kCommonData},
+      {"ProgramData=00", "C:\\Rufmon", kVista, kCommon, kCommonData},
+      {"ProgramData=0,5", "C:\\Rufmon", kVista, kCommon, kCommonData},
+      {"ProgramData=D:\\Daten\\", "C:\\Rufmon", kVista, "D:\\Daten", "D:\\Daten\\data\\"},
+      {"ProgramData=D:\\Daten\\\\", "C:\\Rufmon", kVista, "D:\\Daten", "D:\\Daten\\\\data\\"},
+      {"ProgramData=D:\\", "C:\\Rufmon", kVista, "D:", "D:\\data\\"},
+      {"ProgramData=D:\\Gr\xF6\xDF\x65", "C:\\Rufmon", kVista, "D:\\Größe", "D:\\Größe\\data\\"},
+      {"BookPath=E:\\Buch", "C:\\Rufmon", kVista, kCommon, "E:\\Buch\\"},
+      {"BookPath=E:\\Buch\\", "C:\\Rufmon", kVista, kCommon, "E:\\Buch\\"},
+      {"BookPath=1", "C:\\Rufmon", kVista, kCommon, kCommonData}};
+  for (const auto& [paths, programFolder, version, dataRoot, bookFolder] : rows) {
+    SCOPED_TRACE(PrintToString(paths) + programFolder);
     ConfigSystem system;
-    system.process.programFolder = row.programFolder;
-    system.process.version = row.version;
-    const std::string file = std::string(row.programFolder) + "\\Rufmonpaths.ini";
-    if (row.paths != nullptr) system.File(file) = std::string("[Paths]\r\n") + row.paths + "\r\n";
-    system.files.folders.insert(FakeFileSystem::Key(row.programFolder));
+    system.process.programFolder = programFolder;
+    system.process.version = version;
+    const std::string file = std::string(programFolder) + "\\Rufmonpaths.ini";
+    if (paths != nullptr) system.File(file) = std::string("[Paths]\r\n") + paths + "\r\n";
+    system.files.folders.insert(FakeFileSystem::Key(programFolder));
     EXPECT_TRUE(system.Init());
-    EXPECT_EQ(system.config.state.dataRoot, row.dataRoot);
-    EXPECT_EQ(system.config.state.bookFolder, row.bookFolder);
-    EXPECT_EQ(system.config.state.commonDataFolder, kCommon);
+    const ConfigState& state = system.config.state;
+    EXPECT_EQ(state.dataRoot, dataRoot);
+    EXPECT_EQ(state.bookFolder, bookFolder);
+    EXPECT_EQ(state.commonDataFolder, kCommon);
+    EXPECT_FALSE(system.diagnostics.traceMode || state.debug.logTAPI || state.logMode.mail || state.logMode.exports);
     EXPECT_EQ(system.diagnostics.tag, "FVT");
     EXPECT_NE(system.log, nullptr);
   }
-}
-
-TEST(SuiteSwitches, WithoutAFileAllAreOff) {
-  ConfigSystem system;
-  EXPECT_TRUE(system.Init());
-  const ConfigState& state = system.config.state;
-  EXPECT_FALSE(system.diagnostics.traceMode || state.debug.logTAPI || state.logMode.mail || state.logMode.exports);
 }
 
 TEST(SuiteSwitches, AreReadFromTheirFile) {
@@ -119,31 +101,27 @@ TEST(SuiteStart, ReadsItsSwitchesBeforeItsFolders) {
 }
 
 TEST(SuiteStart, AFaultBeforeTheLogExistsIsTold) {
-  const struct {
-    const char* key;
-    const char* function;  ///< that tells the fault
-    bool started;
-  } rows[] = {
+  const std::tuple<const char*, const char*, bool> rows[] = {
       {"BookPath", "LoadSavePaths", false}, {"BookRefresh", "LoadSavePaths", false}, {"TraceMode", "LoadSpecs", true}};
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.key);
+  for (const auto& [key, function, started] : rows) {
+    SCOPED_TRACE(key);
     ConfigSystem system;
-    system.profile.brokenKey = row.key;
+    system.profile.brokenKey = key;
     system.File(ConfigSystem::kPathsFile) = "[Paths]\r\nProgramData=D:\\Daten\r\n";
     system.File(ConfigSystem::kSwitches) = "[Debug]\r\nLogTAPI=1\r\nTraceMode=1\r\n[LogMode]\r\nMail=1\r\n";
-    EXPECT_EQ(system.Init(), row.started);
+    EXPECT_EQ(system.Init(), started);
     ASSERT_THAT(system.boxes.shown, SizeIs(1));
-    EXPECT_EQ(system.boxes.shown[0].prompt, std::string("Error in Function \"") + row.function + "\" at Line " +
+    EXPECT_EQ(system.boxes.shown[0].prompt, std::string("Error in Function \"") + function + "\" at Line " +
                                                 std::to_string(FakePrivateProfile::kBrokenLine));
     EXPECT_EQ(system.boxes.shown[0].style, 16U);
     EXPECT_EQ(system.boxes.shown[0].title, "Rufmon - FonklavTAPI");
     EXPECT_EQ(system.diagnostics.pending.number, 0);
     EXPECT_TRUE(system.config.state.debug.logTAPI) << "read before the fault";
-    EXPECT_EQ(system.config.state.logMode.mail, !row.started) << "not read after it";
-    ASSERT_EQ(system.log != nullptr, row.started);
+    EXPECT_EQ(system.config.state.logMode.mail, !started) << "not read after it";
+    ASSERT_EQ(system.log != nullptr, started);
     if (system.log == nullptr) continue;
     EXPECT_EQ(system.config.state.dataRoot, "D:\\Daten");
-    EXPECT_EQ(system.config.ini.GetSettLng("Debug", row.key, 0, 0, 0, false, ConfigSystem::kSwitches), 0);
+    EXPECT_EQ(system.config.ini.GetSettLng("Debug", key, 0, 0, 0, false, ConfigSystem::kSwitches), 0);
     EXPECT_THAT(system.log->errors, ElementsAre("modAPI_INI.GetSettLng 57 Device I/O error")) << "now it is logged";
     EXPECT_THAT(system.boxes.shown, SizeIs(1));
   }

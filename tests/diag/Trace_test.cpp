@@ -112,22 +112,16 @@ TEST(Trace, AnErrorIsAStepOfIts) {
   EXPECT_THAT(system.Trace()[1], HasSubstr("clsFiles.FileWrite_Log 01(S:C:\\ProgramData\\Rufmon\\log\\error.log)"));
 }
 
-struct AreaRow {
-  const char* key;
-  void (clsErrorHandling::*write)(std::string_view, LogArgs) noexcept;
-};
-
 TEST(DebugLog, EachAreaHasItsSwitch) {
-  const AreaRow areas[] = {
+  const std::pair<const char*, void (clsErrorHandling::*)(std::string_view, LogArgs) noexcept> areas[] = {
       {"LogExport", &clsErrorHandling::LogDebug_Export}, {"LogTAPI", &clsErrorHandling::LogDebug_TAPI},
       {"LogCAPI", &clsErrorHandling::LogDebug_CAPI},     {"LogAVM", &clsErrorHandling::LogDebug_AVM},
       {"LogNCID", &clsErrorHandling::LogDebug_NCID},     {"LogOther", &clsErrorHandling::LogDebug_Other},
-      {"LogTiming", &clsErrorHandling::LogDebug_Timing},
-  };
-  for (const AreaRow& on : areas) {
-    LogSystem system(std::string(on.key) + "=1\r\n");
-    for (const AreaRow& area : areas) (system.Log().*area.write)(area.key, {});
-    EXPECT_THAT(system.Debug(), ElementsAre(std::string(LogSystem::kStamp) + on.key));
+      {"LogTiming", &clsErrorHandling::LogDebug_Timing}};
+  for (const auto& [on, own] : areas) {
+    LogSystem system(std::string(on) + "=1\r\n");
+    for (const auto& [key, write] : areas) (system.Log().*write)(key, {});
+    EXPECT_THAT(system.Debug(), ElementsAre(std::string(LogSystem::kStamp) + on));
   }
   LogSystem allOff;
   allOff.Log().LogDebug_Temp("Call", {5});

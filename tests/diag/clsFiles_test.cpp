@@ -31,17 +31,11 @@ std::string HundredByteLines(std::size_t bytes) {
   return text.substr(text.size() - bytes);
 }
 
-struct TrimRow {
-  const char* name;
-  std::string before;
-  std::int32_t maxKB;
-  std::size_t kept;  ///< bytes of the old text, its newest
-};
-
 TEST(LogSize, FallsBackToThreeQuarters) {
   const std::string line = "2015/03/07  09:05:31  new\r\n";
   const std::string stream(120 * 1024, '\xFF');  // no line ends anywhere
-  const TrimRow rows[] = {
+  // The old text, the limit in KB, and how many of the old text's bytes stay, its newest.
+  const std::tuple<const char*, std::string, std::int32_t, std::size_t> rows[] = {
       {"no limit", HundredByteLines(3'000'000), 0, 3'000'000},
       {"exactly at the limit", HundredByteLines(100 * 1024), 100, 100 * 1024},
       {"a byte short of the next KB", HundredByteLines(101 * 1024 - 1), 100, 101 * 1024 - 1},
@@ -52,14 +46,13 @@ TEST(LogSize, FallsBackToThreeQuarters) {
       {"small ones, then a huge rest", HundredByteLines(1000) + std::string(200 * 1024, '\0'), 100, 76 * 1024 - 1},
       {"of many years", HundredByteLines(20'000'000), 50, 39'900},
       {"limit of one KB", HundredByteLines(5000), 1, 2000},
-      {"limit of three KB", HundredByteLines(5000), 3, 4000},
-  };
-  for (const TrimRow& row : rows) {
+      {"limit of three KB", HundredByteLines(5000), 3, 4000}};
+  for (const auto& [name, before, maxKB, kept] : rows) {
     FilesSystem system;
-    system.File(kFile) = row.before;
-    system.Log("new", row.maxKB);
-    EXPECT_EQ(system.File(kFile).size(), row.kept + line.size()) << row.name;
-    EXPECT_TRUE(system.File(kFile) == row.before.substr(row.before.size() - row.kept) + line) << row.name;
+    system.File(kFile) = before;
+    system.Log("new", maxKB);
+    EXPECT_EQ(system.File(kFile).size(), kept + line.size()) << name;
+    EXPECT_TRUE(system.File(kFile) == before.substr(before.size() - kept) + line) << name;
   }
 }
 
@@ -98,24 +91,19 @@ TEST(LogSize, TrimmingLosesNoLineOfAnotherProgram) {
   }
 }
 
-struct CountRow {
-  const char* bytes;
-  std::int32_t rows;
-  std::int32_t streamRows;
-};
-
 TEST(Lines, AreCounted) {
   // A stream of lines ended by LF alone counts half of them and one; an empty one leaves the count alone.
-  for (const CountRow& row :
-       {CountRow{"", 0, -1}, CountRow{"a", 1, 1}, CountRow{"a\r\nb", 2, 2}, CountRow{"a\r\nb\r\n", 2, 2},
-        CountRow{"\r\n", 1, 1}, CountRow{"a\nb\nc\n", 1, 2}, CountRow{"a\nb\nc\nd\ne\n", 1, 3},
-        CountRow{"a\n\r\nb\n", 2, 2}, CountRow{"a\r\r\n\n\r\n", 2, 2}}) {
+  const std::tuple<const char*, std::int32_t, std::int32_t> rows[] = {
+      {"a\nb\nc\nd\ne\n", 1, 3}, {"a\nb\nc\n", 1, 2},  {"\r\n", 1, 1},
+      {"a\r\r\n\n\r\n", 2, 2},   {"a\n\r\nb\n", 2, 2}, {"a", 1, 1},
+      {"a\r\nb\r\n", 2, 2},      {"a\r\nb", 2, 2},     {"", 0, -1}};
+  for (const auto& [bytes, inFile, inStream] : rows) {
     FilesSystem system;
-    system.File(kFile) = row.bytes;
+    system.File(kFile) = bytes;
     std::int32_t count = -1;
-    EXPECT_EQ(system.textFiles.fOpenFileToStream(kFile, count), row.bytes);
-    EXPECT_EQ(count, row.streamRows) << PrintToString(row.bytes);
-    EXPECT_EQ(system.textFiles.GetFileRowCount(kFile), row.rows) << PrintToString(row.bytes);
+    EXPECT_EQ(system.textFiles.fOpenFileToStream(kFile, count), bytes);
+    EXPECT_EQ(count, inStream) << PrintToString(bytes);
+    EXPECT_EQ(system.textFiles.GetFileRowCount(kFile), inFile) << PrintToString(bytes);
   }
   FilesSystem system;
   std::int32_t real = -1;
@@ -162,38 +150,29 @@ TEST(Lines, AreWritten) {
   EXPECT_THAT(system.Errors()[1], HasSubstr("clsFiles.WriteArrayToFile"));
 }
 
-struct PickRow {
-  const char* text;
-  std::int16_t count;
-  bool fromLast;
-  bool withoutComment;
-  const char* picked;
-};
-
 TEST(Lines, ArePicked) {
   constexpr const char* kText = "x\r\n;c\r\ny\r\n";
-  const PickRow rows[] = {
+  const std::tuple<const char*, std::int16_t, bool, bool, const char*> rows[] = {
       {kText, 2, true, true, "y"},       {kText, 2, true, false, ";c\r\ny"}, {kText, 0, true, false, ""},
       {kText, -1, true, true, "x\r\ny"}, {kText, 9, true, true, "x\r\ny"},   {kText, 0, false, true, "x"},
       {kText, 1, false, true, "x"},      {kText, 2, false, true, "x\r\ny"},  {kText, -1, false, false, "x\r\n;c\r\ny"},
       {kText, -2, false, false, ""},     {kText, -2, true, false, ""},       {" ; c\nz", -1, false, true, "z"},
       {"", -1, false, false, ""}};
   FilesSystem system;
-  for (const PickRow& row : rows) {
-    std::string text = row.text;
-    EXPECT_EQ(system.textFiles.fStream_GetLastLines(text, row.count, row.fromLast, row.withoutComment), row.picked)
-        << row.count << row.fromLast << row.withoutComment;
+  for (const auto& [given, count, fromLast, withoutComment, picked] : rows) {
+    std::string text = given;
+    EXPECT_EQ(system.textFiles.fStream_GetLastLines(text, count, fromLast, withoutComment), picked)
+        << count << fromLast << withoutComment;
     EXPECT_EQ(text, "");
   }
 }
 
 TEST(TrimCR, TakesLineBreaksOffTheEnds) {
-  for (const auto& [text, trimmed] :
-       {std::pair{"\r\n\r\nabc\r\n\n", "abc"}, std::pair{"abc\r", "abc\r"}, std::pair{"\rabc", "\rabc"},
-        std::pair{"  a\r\nb  ", "a\r\nb"}, std::pair{"\n\nabc\n\n", "abc"}, std::pair{"\r\n", ""},
-        std::pair{" \r\n ", ""}, std::pair{"\r\n a \r\n", " a "}, std::pair{"", ""}}) {
-    EXPECT_EQ(clsFiles::TrimCR(text), trimmed) << PrintToString(text);
-  }
+  const std::pair<const char*, const char*> rows[] = {
+      {"\r\n\r\nabc\r\n\n", "abc"}, {"\n\nabc\n\n", "abc"}, {"\r\n", ""},
+      {"  a\r\nb  ", "a\r\nb"},     {"abc\r", "abc\r"},     {" \r\n ", ""},
+      {"\r\n a \r\n", " a "},       {"\rabc", "\rabc"},     {"", ""}};
+  for (const auto& [text, trimmed] : rows) EXPECT_EQ(clsFiles::TrimCR(text), trimmed) << PrintToString(text);
 }
 
 }  // namespace

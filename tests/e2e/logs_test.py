@@ -7,7 +7,7 @@ import time
 from pathlib import Path
 
 from conversations import SETTINGS, STARTED, WHOLE_CALL
-from stories import FAR_END_HANGS_UP, case, converse, dialer, equal, expect_reports, found, run
+from stories import FAR_END_HANGS_UP, case, cases, converse, dialer, equal, expect_reports, found, run
 
 STAMP = r"\d{4}/\d\d/\d\d  \d\d:\d\d:\d\d  "
 PAGE = (Path(__file__).parents[2] / "docs/logs.md").read_text(encoding="utf-8")
@@ -31,7 +31,7 @@ def expect_steps(session, log, steps):
 @case("every-switch-on")
 def every_switch(name):
     """Every line of all three logs, and of their page, has its form; they tell the call and a fault from start to end."""
-    with dialer(name, FAR_END_HANGS_UP) as session:
+    with dialer(name, FAR_END_HANGS_UP, errors=True) as session:
         session.write("Rufmonspec.ini", "[Debug]\n" + ALL_ON)
         session.start(SETTINGS)
         converse(session, [*STARTED, *WHOLE_CALL, "> debug|maybe\ttab", "cmd|quitt"])
@@ -51,33 +51,20 @@ def every_switch(name):
         equal(found(session, "log/error.log", " Params(.*)"), ["(S:debug|maybe#[9]tab)"])
 
 
-def blocked(prepare):
-    """A whole call with every switch on while logs cannot be written, as a case."""
-
-    def play(name):
-        with dialer(name, FAR_END_HANGS_UP) as session:
-            session.write("Rufmonspec.ini", "[Debug]\n" + ALL_ON)
-            prepare(session)
-            session.start(SETTINGS)
-            converse(session, [*STARTED, *WHOLE_CALL])
-            equal(session.windows(), [])
-            session.do("terminate")
-            session.wait_for_end(seconds=5)
-
-    return play
-
-
-def no_folder(session):
-    session.do("remove log")
-
-
-def folders_in_place(session):
-    for log in FORMS:
-        session.do(f"make-folder {log}")
-
-
-case("no-folder-for-logs")(blocked(no_folder))
-case("folders-where-logs-should-be")(blocked(folders_in_place))
+@cases({
+    "no-folder-for-logs": (lambda session: session.do("remove log"),),
+    "folders-where-logs-should-be": (lambda session: [session.do(f"make-folder {log}") for log in FORMS],),
+})
+def blocked(name, prepare):
+    """A whole call with every switch on while logs cannot be written."""
+    with dialer(name, FAR_END_HANGS_UP, errors=True) as session:
+        session.write("Rufmonspec.ini", "[Debug]\n" + ALL_ON)
+        prepare(session)
+        session.start(SETTINGS)
+        converse(session, [*STARTED, *WHOLE_CALL])
+        equal(session.windows(), [])
+        session.do("terminate")
+        session.wait_for_end(seconds=5)
 
 
 @case("logs-held-open-by-another-program")
@@ -142,7 +129,7 @@ def locked(name):
 def two_dialers(name):
     """Both write each of 300 errors at the same moment, and cut the log as it grows: what stays is whole, and is the
     newest."""
-    with dialer(name) as session:
+    with dialer(name, errors=True) as session:
         session.write("log/error.log", "an old line\n" * 4000)
         for _ in range(2):
             session.start(SETTINGS)
@@ -168,7 +155,7 @@ def killed(name):
     """At whatever moment the program dies, the error log is whole: the old one or the new one."""
     outcomes = set()
     for milliseconds in (0, 5, 10, 20, 40, 80, 160, 2000):
-        with dialer(name) as session:
+        with dialer(name, errors=True) as session:
             session.start(SETTINGS)
             expect_reports(session, STARTED)
             session.write("log/error.log", "\n".join(OLD_LINES) + "\n")
@@ -189,5 +176,4 @@ def killed(name):
     assert True in outcomes, "the log was never cut: the test has seen nothing"
 
 
-if __name__ == "__main__":
-    run()
+run()

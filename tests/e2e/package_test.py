@@ -103,5 +103,4 @@ def data_roots(name):
         shutil.rmtree(root / "log")
 
 
-if __name__ == "__main__":
-    run()
+run()

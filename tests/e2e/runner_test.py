@@ -23,5 +23,4 @@ def failing(name):
     assert picture.read_bytes().startswith(b"\x89PNG"), "no picture"
 
 
-if __name__ == "__main__":
-    run()
+run()

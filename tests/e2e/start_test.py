@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Starts: what the main program hears of a start, and what the user is told when one is refused."""
-from conversations import CALL, CAPTION, SETTINGS, STARTED
-from stories import CALL_UP, calls, case, converse, dialer, equal, expect_reports, run
+from conversations import CALL, SETTINGS, STARTED
+from stories import CALL_UP, calls, case, cases, converse, dialer, equal, expect_reports, run
 
 NO_TAPI = "Fehlende oder falsche TAPI-Version!"
 TITLE = "Rufmon - FonklavTAPI"
@@ -28,28 +28,22 @@ STARTS = {
 }
 
 
-def start(scenario, settings, story):
-    """One row of the table as a case."""
-
-    def play(name):
-        with dialer(name, scenario) as session:
-            session.start(settings)
-            converse(session, story)
-            equal(session.windows(), [])
-
-    return play
-
-
-for title, row in STARTS.items():
-    case(title)(start(*row))
+@cases(STARTS)
+def start(name, scenario, settings, story):
+    """One row of the table."""
+    with dialer(name, scenario) as session:
+        session.start(settings)
+        converse(session, story)
+        equal(session.windows(), [])
 
 
 @case("no-telephony-library")
 def no_library(name):
     """A machine without the library is told from one without area codes."""
-    with dialer(name, tapi="") as session:
+    with dialer(name, errors=True, tapi="") as session:
         session.start(SETTINGS)
         expect_reports(session, [f"line|{NO_TAPI}", f"log|{NO_TAPI}"])
+        assert all("53 + File not found: tapi32.dll" in line for line in session.read("log/error.log"))
         equal(session.windows(), [])
 
 
@@ -80,27 +74,4 @@ def arguments(name):
         equal(calls(session), [])
 
 
-@case("settings-window-at-the-start")
-def settings_mode(name):
-    """With /sett the window is there as soon as the link is."""
-    with dialer(name) as session:
-        session.start(SETTINGS, "/sett")
-        session.window(CAPTION)
-        expect_reports(session, STARTED)
-
-
-@case("number-at-the-start")
-def number_argument(name):
-    """The number waits in its box until somebody dials it."""
-    with dialer(name) as session:
-        session.start(SETTINGS, "0301234567")
-        expect_reports(session, STARTED)
-        equal(session.windows(), [])
-        session.send("settings")
-        session.press(session.window(CAPTION), "Test")
-        session.wait_for_control("0301234567")
-        equal(calls(session, "lineMakeCall"), [])
-
-
-if __name__ == "__main__":
-    run()
+run()

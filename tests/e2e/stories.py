@@ -19,6 +19,7 @@ class Case(Session):
     """A session that tells what a person needs to know when the case fails."""
 
     expected = ()  # the conversation so far, where the case has one in mind
+    errors = False  # whether errors are logged, which the case itself looks at
 
     def __exit__(self, kind, fault, trace):
         undone = [line.text for line in self.lines if line.text.startswith("FAILED")]
@@ -29,6 +30,7 @@ class Case(Session):
             print(f"The screen: {picture}", flush=True)
         super().__exit__(kind, fault, trace)
         assert fault or not undone, f"the stand-in could not do what it was told: {undone}"
+        assert fault or self.errors or not self.read("log/error.log"), "an error was logged"
 
     def account(self):
         """The conversation, beside the reports that were expected; telephony's calls; the ends of the logs."""
@@ -51,7 +53,17 @@ def case(name):
     return remember
 
 
-def dialer(name, scenario="", **more):
+def cases(rows):
+    """Makes a case of each row of a table: the function is given the name and what the row holds."""
+
+    def remember(function):
+        for name, row in rows.items():
+            case(name)(lambda name, row=row: function(name, *row))
+
+    return remember
+
+
+def dialer(name, scenario="", errors=False, **more):
     """A session with a line simulator that plays `scenario`, the text of a scenario file. Its folder is named after
     the case and stays for a look after a failure."""
     build = Path(os.environ["FONKLAV_BUILD"])
@@ -61,7 +73,9 @@ def dialer(name, scenario="", **more):
     script = build / "e2e" / f"{name}.scenario.txt"
     script.parent.mkdir(parents=True, exist_ok=True)
     script.write_text(TELEPHONY + scenario if scenario is not None else "", encoding="cp1252")
-    return Case(env, build, folder, script, **more)
+    session = Case(env, build, folder, script, **more)
+    session.errors = errors
+    return session
 
 
 def converse(session, story, commands=True):

@@ -19,7 +19,6 @@ namespace fonklav::test {
 class FakeFileSystem : public FileSystem, public CanFail {
  public:
   [[nodiscard]] std::optional<std::uint32_t> GetAttributesA(const std::string& path) const override {
-    ++attributeReads;
     if (Due()) return std::nullopt;
     if (folders.contains(Key(path))) return kFileAttributeDirectory;
     if (const auto own = attributes.find(Key(path)); own != attributes.end()) return own->second;
@@ -82,20 +81,14 @@ class FakeFileSystem : public FileSystem, public CanFail {
   std::function<void(const std::string& key)> otherProgram;  ///< called wherever it may write to a file
   std::optional<int> stepsToLive;                            ///< single changes of the disk until the program is killed
   mutable int opens{0};
-  mutable int attributeReads{0};
   mutable int wideReads{0};
   int deletions{0};
 
  private:
-  class CountedLock : public FileLock {
-   public:
-    explicit CountedLock(int& count) : count_(count) { ++count_; }
-    CountedLock(const CountedLock&) = delete;
-    CountedLock& operator=(const CountedLock&) = delete;
-    ~CountedLock() override { --count_; }
-
-   private:
-    int& count_;
+  struct CountedLock : FileLock {
+    explicit CountedLock(int& counter) : count(counter) { ++count; }
+    ~CountedLock() override { --count; }
+    int& count;
   };
 
   void LetOthersWrite(const std::string& path) const {

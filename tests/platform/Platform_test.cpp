@@ -7,28 +7,24 @@
 namespace fonklav {
 namespace {
 
-struct ValueRow {
-  const char* name;
-  std::string memory;
-  bool readable;
-  const char* bytes;
-};
-
 TEST(Value, IsReadFromWhateverMemoryThereIs) {
   const auto memory = [](const char* text, std::size_t size) { return std::string(text, size); };
-  for (const ValueRow& row :
-       {ValueRow{"none", "", false, ""}, ValueRow{"headCutShort", memory("\0\x20\1", 3), false, ""},
-        ValueRow{"headAlone", memory("\0\x20\1\0", 4), true, ""},
-        ValueRow{"whole", memory("\0\xA0\1\0abc\0def", 11), true, "abc"},
-        ValueRow{"withoutAnEnd", memory("\0\0\1\0abc", 7), true, "abc"},
-        ValueRow{"otherFormat", memory("\0\0\2\0abc\0", 8), true, "abc"}}) {
-    const auto value = DdeValue::Read(std::as_bytes(std::span(row.memory)));
-    ASSERT_EQ(value.has_value(), row.readable) << row.name;
+  const std::tuple<const char*, std::string, bool, const char*> rows[] = {
+      {"none", "", false, ""},
+      {"headCutShort", memory("\0\x20\1", 3), false, ""},
+      {"headAlone", memory("\0\x20\1\0", 4), true, ""},
+      {"whole", memory("\0\xA0\1\0abc\0def", 11), true, "abc"},
+      {"withoutAnEnd", memory("\0\0\1\0abc", 7), true, "abc"},
+      {"otherFormat", memory("\0\0\2\0abc\0", 8), true, "abc"}};
+  for (const auto& [name, bytes, readable, text] : rows) {
+    SCOPED_TRACE(name);
+    const auto value = DdeValue::Read(std::as_bytes(std::span(bytes)));
+    ASSERT_EQ(value.has_value(), readable);
     if (!value) continue;
-    EXPECT_EQ(value->bytes, row.bytes) << row.name;
-    EXPECT_EQ(value->IsText(), row.memory[2] == 1) << row.name;
-    EXPECT_EQ(value->ToBeReleased(), (row.memory[1] & 0x20) != 0) << row.name;
-    EXPECT_EQ(value->WantsAnswer(), (row.memory[1] & 0x80) != 0) << row.name;
+    EXPECT_EQ(value->bytes, text);
+    EXPECT_EQ(value->IsText(), bytes[2] == 1);
+    EXPECT_EQ(value->ToBeReleased(), (bytes[1] & 0x20) != 0);
+    EXPECT_EQ(value->WantsAnswer(), (bytes[1] & 0x80) != 0);
   }
 }
 

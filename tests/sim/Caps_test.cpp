@@ -79,30 +79,25 @@ TEST(TranslateCaps, LocationsThatDoNotFitAreLeftOutWhole) {
   EXPECT_EQ(small.Number(4), caps.Number(4));
 }
 
-struct Address {
-  const char* given;
-  const char* strict;  ///< where a canonical number has its blanks, or is refused,
-  const char* kind;    ///< and where it need not have them
-};
-
 TEST(Translation, CanonicalNumbersGetPrefixesOthersPass) {
   const Scenario::Location berlin{
       .id = 1, .name = "", .country = 49, .city = "30", .localAccess = "8", .longDistanceAccess = "9"};
   const char* const no = "refused";
-  const Address rows[] = {{"030 12/34", "030 12/34", "030 12/34"},
-                          {"", "", ""},
-                          {"+49 (30) 1234", "81234", "81234"},
-                          {"+49 (89) 1234", "90891234", "90891234"},
-                          {"+1 (425) 555", "9001425555", "9001425555"},
-                          {"+1 555", "9001555", "9001555"},
-                          {"+49(30)1234", no, "81234"},
-                          {"+49(", no, no},
-                          {"+", no, no},
-                          {"+49()30  1234", no, no},
-                          {"+49 (30) ", no, no}};
-  for (const auto& row : rows) {
-    EXPECT_EQ(TranslateAddress(row.given, berlin, false).value_or(no), row.strict) << row.given;
-    EXPECT_EQ(TranslateAddress(row.given, berlin, true).value_or(no), row.kind) << row.given;
+  // Where a canonical number has its blanks, or is refused, and where it need not have them.
+  const std::tuple<const char*, const char*, const char*> rows[] = {{"030 12/34", "030 12/34", "030 12/34"},
+                                                                    {"", "", ""},
+                                                                    {"+49 (30) 1234", "81234", "81234"},
+                                                                    {"+49 (89) 1234", "90891234", "90891234"},
+                                                                    {"+1 (425) 555", "9001425555", "9001425555"},
+                                                                    {"+1 555", "9001555", "9001555"},
+                                                                    {"+49(30)1234", no, "81234"},
+                                                                    {"+49(", no, no},
+                                                                    {"+", no, no},
+                                                                    {"+49()30  1234", no, no},
+                                                                    {"+49 (30) ", no, no}};
+  for (const auto& [given, strict, kind] : rows) {
+    EXPECT_EQ(TranslateAddress(given, berlin, false).value_or(no), strict) << given;
+    EXPECT_EQ(TranslateAddress(given, berlin, true).value_or(no), kind) << given;
   }
 }
 

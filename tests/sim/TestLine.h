@@ -21,8 +21,8 @@ class TestLine : public LineMessageSink {
     params.dwOptions = LINEINITIALIZEEXOPTION_USEHIDDENWINDOW;
     return sim.lineInitializeEx(app, *this, "test", devices, version, params);
   }
-  std::int32_t Open() { return sim.lineOpen(app, 0, line, openVersion, 0, kInstance, LINECALLPRIVILEGE_NONE, 4); }
-  std::int32_t Dial(const char* number = "0301234567") { return sim.lineMakeCall(line, call, number, 0); }
+  std::int32_t Open() { return sim.lineOpen(app, 0, line, openVersion, 0, 77, LINECALLPRIVILEGE_NONE, 4); }
+  std::int32_t Dial() { return sim.lineMakeCall(line, call, "0301234567", 0); }
   /// Everything up to a request for a call, each step of which must go through.
   std::int32_t RegisterOpenAndDial() { return Register() == 0 && Open() == 0 ? Dial() : -1; }
 
@@ -41,8 +41,6 @@ class TestLine : public LineMessageSink {
     }
     return text;
   }
-
-  static constexpr std::uintptr_t kInstance = 77;
 
   SimTelephony sim;
   HLINEAPP app{0};

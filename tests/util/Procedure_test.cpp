@@ -39,15 +39,6 @@ TEST(Procedure, WhateverIsThrownEndsInTheLog) {
                           "modY.Do 1000 library", "modY.Do 1000 Unknown exception"));
 }
 
-TEST(Procedure, HasOneNameInTheTraceAndAnotherInTheErrorLog) {
-  test::Recorded watched;
-  watched.diagnostics.traceMode = true;
-  const ProcedureName name{"clsFiles.MakeFile", "clsFiles_MakeFile"};
-  Procedure(watched.diagnostics, name, {}, [] { throw RunTimeError(ErrorNumber::DiskFull); });
-  EXPECT_THAT(watched.log->steps, ElementsAre("clsFiles.MakeFile"));
-  EXPECT_THAT(watched.log->errors, ElementsAre("clsFiles_MakeFile 61 Disk full"));
-}
-
 TEST(Procedure, BeforeStartUpHasComeSoFar) {
   test::Recorded unarmed;
   unarmed.diagnostics.handlersArmed = false;
@@ -60,17 +51,6 @@ TEST(Procedure, BeforeStartUpHasComeSoFar) {
   withoutLog.diagnostics.traceMode = true;
   Procedure(withoutLog.diagnostics, "x", {}, [] { throw RunTimeError(ErrorNumber::Overflow); });
   EXPECT_EQ(withoutLog.diagnostics.pending.number, 0) << "an error that nobody reads must not wait for the next";
-}
-
-TEST(Procedure, RemembersTheSourceLine) {
-  Diagnostics diagnostics;
-  const int line = __LINE__ + 2;
-  try {
-    throw RunTimeError(ErrorNumber::TypeMismatch);
-  } catch (...) {
-    CapturePendingError(diagnostics);
-  }
-  EXPECT_EQ(diagnostics.pending.line, line);
 }
 
 }  // namespace

@@ -1,9 +1,12 @@
 #include <gmock/gmock.h>
 
 #include <span>
+#include <utility>
+#include <vector>
 
 #include "util/DateTime.h"
 #include "util/OsDescription.h"
+#include "util/UniqueHandle.h"
 
 namespace fonklav {
 namespace {
@@ -18,12 +21,7 @@ TEST(DateTime, StampsAreOfOneWidth) {
   EXPECT_EQ(GetFormatedTime({2015, 3, 7, 23, 59, 59}), "23:59:59");
 }
 
-struct SystemRow {
-  unsigned major;
-  unsigned minor;
-  unsigned build;
-  const char* name;
-};
+using SystemRow = std::tuple<unsigned, unsigned, unsigned, const char*>;
 
 TEST(OsDescription, NamesTheEditionAndTellsTheNt6Family) {
   const auto expect = [](bool ntFamily, bool server, std::span<const SystemRow> rows) {
@@ -53,6 +51,39 @@ TEST(OsDescription, NamesTheEditionAndTellsTheNt6Family) {
   EXPECT_TRUE(IsNt6OrLater({6, 0, 0, true, false}));
   EXPECT_FALSE(IsNt6OrLater({5, 2, 9999, true, true}) || IsNt6OrLater({6, 0, 0, false, false}));
   EXPECT_FALSE(IsNt6OrLater({})) << "nothing could be asked: no protected program folder is assumed";
+}
+
+struct Ticket {
+  int number{0};
+  std::vector<int>* closed{nullptr};
+  bool operator==(const Ticket& other) const { return number == other.number; }
+};
+
+struct TicketHandle {
+  using Type = Ticket;
+  static Type None() noexcept { return {}; }
+  static void Close(Ticket ticket) noexcept { ticket.closed->push_back(ticket.number); }
+};
+
+using UniqueTicket = UniqueHandle<TicketHandle>;
+
+TEST(UniqueHandle, EachHandleIsClosedOnce) {
+  std::vector<int> closed;
+  {
+    UniqueTicket first{Ticket{1, &closed}};
+    UniqueTicket second{Ticket{2, &closed}};
+    UniqueTicket moved{std::move(first)};
+    second = std::move(moved);
+    EXPECT_EQ(closed, (std::vector{2})) << "what was held goes when something else is taken over";
+    auto& same = second;
+    second = std::move(same);
+    second.Reset(Ticket{1, &closed});
+    EXPECT_EQ(closed, (std::vector{2})) << "taking over what is held already closes nothing";
+    UniqueTicket given{Ticket{3, &closed}};
+    EXPECT_EQ(given.Release().number, 3);
+    EXPECT_FALSE(given);
+  }
+  EXPECT_EQ(closed, (std::vector{2, 1}));
 }
 
 }  // namespace

@@ -15,14 +15,8 @@ namespace {
 
 using namespace testing;
 
-struct NumberRow {
-  const char* text;
-  bool german;
-  bool english;
-};
-
 /// What reads as a number decides whether an argument is dialed and whether a setting is a folder.
-constexpr NumberRow kNumbers[] = {
+constexpr std::tuple<const char*, bool, bool> kNumbers[] = {
     {"0", true, true},          {"0301234567", true, true}, {" 12 ", true, true},       {"+49", true, true},
     {"-1", true, true},         {"1-", true, true},         {"1+", true, true},         {"1.234,5", true, false},
     {"1,234.5", false, true},   {"1234,5", true, true},     {",5", true, false},        {".5", false, true},
@@ -37,9 +31,9 @@ constexpr NumberRow kNumbers[] = {
 TEST(IsNumeric, GoesByTheLocale) {
   const NumberSeparators german{",", "."};
   const NumberSeparators english{".", ","};
-  for (const NumberRow& row : kNumbers) {
-    EXPECT_EQ(IsNumeric(row.text, german), row.german) << '"' << row.text << "\" in German";
-    EXPECT_EQ(IsNumeric(row.text, english), row.english) << '"' << row.text << "\" in English";
+  for (const auto& [text, inGerman, inEnglish] : kNumbers) {
+    EXPECT_EQ(IsNumeric(text, german), inGerman) << '"' << text << "\" in German";
+    EXPECT_EQ(IsNumeric(text, english), inEnglish) << '"' << text << "\" in English";
   }
 }
 
@@ -90,26 +84,19 @@ TEST(ProcessNames, TheArgumentIsWhatStandsBehindTheProgramName) {
       {"FonklavTAPI.exe", ""},
       {"FonklavTAPI.exe   ", ""},
       {"\"FonklavTAPI.exe", ""},
-      {"", ""},
-  };
+      {"", ""}};
   for (const auto& [line, arguments] : rows) EXPECT_EQ(ArgumentsOf(line), arguments);
 }
 
 TEST(ProcessNames, FolderAndNameOfTheExecutable) {
-  struct Row {
-    std::string_view path;
-    std::string_view folder;
-    std::string_view name;
-  };
-  constexpr std::array rows{
-      Row{R"(C:\Program Files\Rufmon\FonklavTAPI.exe)", R"(C:\Program Files\Rufmon)", "FonklavTAPI"},
-      Row{R"(C:\FonklavTAPI.exe)", R"(C:\)", "FonklavTAPI"},
-      Row{R"(\\server\share\tools.v2\Fonklav.TAPI.exe)", R"(\\server\share\tools.v2)", "Fonklav.TAPI"},
-      Row{R"(D:\tools.v2\FonklavTAPI)", R"(D:\tools.v2)", "FonklavTAPI"},
-  };
-  for (const Row& row : rows) {
-    EXPECT_EQ(FolderOf(row.path), row.folder);
-    EXPECT_EQ(NameOf(row.path), row.name);
+  constexpr std::tuple<std::string_view, std::string_view, std::string_view> rows[] = {
+      {R"(C:\Program Files\Rufmon\FonklavTAPI.exe)", R"(C:\Program Files\Rufmon)", "FonklavTAPI"},
+      {R"(C:\FonklavTAPI.exe)", R"(C:\)", "FonklavTAPI"},
+      {R"(\\server\share\tools.v2\Fonklav.TAPI.exe)", R"(\\server\share\tools.v2)", "Fonklav.TAPI"},
+      {R"(D:\tools.v2\FonklavTAPI)", R"(D:\tools.v2)", "FonklavTAPI"}};
+  for (const auto& [path, folder, name] : rows) {
+    EXPECT_EQ(FolderOf(path), folder);
+    EXPECT_EQ(NameOf(path), name);
   }
 }
 

@@ -116,13 +116,14 @@ TEST(KeyValues, AreChangedAndRemoved) {
   settings.collection.ChangeByKeyValue("c", "6");
   EXPECT_THAT(settings.Texts(), ElementsAre("b=a=2,b=3,b=4", "A=5", "c=6"));
   EXPECT_EQ(settings.collection.ItemByKeyValue("b", "?"), "a=2,3,4");
-  EXPECT_TRUE(settings.collection.RemoveByKeyName("B"));
-  EXPECT_FALSE(settings.collection.RemoveByKeyName("B"));
+  EXPECT_TRUE(settings.collection.RemoveByKeyName("a"));
+  EXPECT_FALSE(settings.collection.RemoveByKeyName("a"));
+  EXPECT_THAT(settings.Texts(), ElementsAre("b=a=2,b=3,b=4", "c=6"));
   EXPECT_TRUE(settings.collection.RemoveByIndex(2));
   EXPECT_FALSE(settings.collection.RemoveByIndex(2));
   EXPECT_FALSE(settings.collection.RemoveByIndex(0));
   EXPECT_FALSE(settings.collection.RemoveByIndex(-1));
-  EXPECT_THAT(settings.Texts(), ElementsAre("A=5"));
+  EXPECT_THAT(settings.Texts(), ElementsAre("b=a=2,b=3,b=4"));
   settings.TakeEvents();
   settings.collection.Clear();
   EXPECT_FALSE(settings.collection.RemoveFirst());
