@@ -17,7 +17,7 @@ import conversations
 import dialer_session
 import stories
 
-TOPICS = ("start", "dial", "end", "link", "window", "logs")
+TOPICS = ("start", "dial", "link", "window", "logs")
 # What a story may not do where the machine's own telephony answers, or cannot expect of it.
 NOT_FOR_THE_PRODUCT = re.compile(r"\|call\||^click Wählen|^keys .*Return|^expect (Init2|line\||log\||anz)|ISDN"
                                  r"|^has SysListView32|^remove line|^found sim\.log\t.*\t", re.I | re.M)
@@ -76,8 +76,8 @@ def one_line(text):
 class Story(Unknown):
     """A session that is written down: Session says what each procedure means."""
 
-    def __init__(self, scenario, tapi="n,b", messages=False):
-        self.lines, self.expected, self.compared, self.messages = [], (), 0, messages
+    def __init__(self, scenario, tapi="n,b", messages=False, errors=False):
+        self.lines, self.expected, self.compared, self.messages, self.errors = [], (), 0, messages, errors
         self.suite, self.scenario = self, scenario or ""
         self.write("scenario.txt", stories.TELEPHONY + self.scenario)
         if not tapi:
@@ -89,6 +89,8 @@ class Story(Unknown):
     def __exit__(self, *_):
         if not {"exit", "kill"} & set(self.lines):
             self.do("exit")
+        if not self.errors:
+            stories.equal(self.read("log/error.log"), [])
 
     def text(self):
         return "".join(f"{line}\n" for line in self.lines)

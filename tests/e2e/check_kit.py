@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""The Windows check, unpacked and started as its user does: all its parts, and the stories of a dialer's end."""
+"""The Windows check, unpacked and started as its user does: all its parts, and the stories of a dialer that loses its partner."""
 import os
 import shutil
 import subprocess
@@ -14,11 +14,11 @@ FOLDER = BUILD / "e2e/für später"
 shutil.rmtree(FOLDER, ignore_errors=True)
 shutil.unpack_archive(next(BUILD.glob("*-windows-check.zip")), FOLDER)
 KIT = next(FOLDER.iterdir())
-subprocess.run(["wine", "cmd", "/c", "check.cmd", "end.*"], cwd=KIT, stdin=subprocess.DEVNULL, check=False,
+subprocess.run(["wine", "cmd", "/c", "check.cmd", "link.partner-*"], cwd=KIT, stdin=subprocess.DEVNULL, check=False,
                env=WineEnv(BUILD / "wine").environ(WINEDLLOVERRIDES="mscoree,mshtml=;tapi32=b"))
 REPORT = (KIT / "report.txt").read_text(encoding="cp1252")
 TOLD = [f"{kind}: {story.name}" for kind in ("product", "line")
-        for story in sorted((KIT / "stories" / kind).glob("end.*"))]
+        for story in sorted((KIT / "stories" / kind).glob("link.partner-*"))]
 assert len(TOLD) > 8 and "cmd|call" not in "".join(
     part.read_text(encoding="cp1252") for part in (KIT / "stories/product").glob("*/*.txt"))
 VERDICTS = [line[6:].strip() for line in REPORT.splitlines() if line.startswith(("PASS", "FAIL"))]

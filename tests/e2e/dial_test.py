@@ -96,4 +96,5 @@ def long_number(name):
         equal([len(text) for text in addresses(session, "lineTranslateAddress")], [65500 + 2])
 
 
-run()
+if __name__ == "__main__":
+    run()

@@ -182,4 +182,5 @@ def flags(name):
               [f" + 13 + Type mismatch Params(S:debug{flag})" for flag in bad])
 
 
-run()
+if __name__ == "__main__":
+    run()

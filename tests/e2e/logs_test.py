@@ -176,4 +176,5 @@ def killed(name):
     assert True in outcomes, "the log was never cut: the test has seen nothing"
 
 
-run()
+if __name__ == "__main__":
+    run()

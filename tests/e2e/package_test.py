@@ -103,4 +103,5 @@ def data_roots(name):
         shutil.rmtree(root / "log")
 
 
-run()
+if __name__ == "__main__":
+    run()

@@ -23,4 +23,5 @@ def failing(name):
     assert picture.read_bytes().startswith(b"\x89PNG"), "no picture"
 
 
-run()
+if __name__ == "__main__":
+    run()

@@ -74,4 +74,5 @@ def arguments(name):
         equal(calls(session), [])
 
 
-run()
+if __name__ == "__main__":
+    run()

@@ -370,4 +370,5 @@ def names(name):
         expect_reports(session, [*session.expected, *heard])
 
 
-run()
+if __name__ == "__main__":
+    run()
