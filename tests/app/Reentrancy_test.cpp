@@ -49,7 +49,8 @@ void Work(Dialer& dialer) {
 }
 
 TEST_P(Inside, NothingDeadIsTouchedAndNothingIsLost) {
-  const auto& [function, arrival] = GetParam();
+  const std::string_view function = std::get<0>(GetParam());
+  const ArrivalRow& arrival = std::get<1>(GetParam());
   Dialer dialer(kTwoLinesAndACall);
   dialer.StoreLine("A");
   dialer.Start("/run");
