@@ -81,7 +81,7 @@ void CheckList::RemoveGone(const std::vector<std::string>& names) {
   std::vector<Entry> kept;
   bool removed = false;
   for (Entry& entry : entries_) {
-    const bool passedOver = std::exchange(removed, false);
+    const bool passedOver = removed;
     removed = !passedOver && !known.contains(entry.text);
     if (!removed) kept.push_back(std::move(entry));
   }

@@ -140,7 +140,8 @@ TEST(WindowGeometry, AWindowThatNobodyCouldReachIsShownOnTheNearestScreen) {
       {"far left", {-5000, 100, -4528, 329}, {0, 100, 472, 329}},
       {"right of the second screen", {2880, 0, 3352, 229}, {2408, 0, 2880, 229}},
       {"in the corner above the first", {100, -200, 572, 29}, {100, 0, 572, 229}},
-      {"above the second", {2000, -900, 2472, -671}, {2000, -300, 2472, -71}}};
+      {"above the second", {2000, -900, 2472, -671}, {2000, -300, 2472, -71}},
+      {"below both, over the edge between them", {1500, 900, 1972, 1129}, {1128, 631, 1600, 860}}};
   for (const auto& [story, stored, shown] : rows) EXPECT_EQ(Reachable(stored, title, screens), shown) << story;
   constexpr PixelRect away{-5000, 100, -4528, 329};
   EXPECT_EQ(Reachable(away, title, {}), away) << "without a screen nothing is moved";
