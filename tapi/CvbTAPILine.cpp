@@ -52,11 +52,12 @@ bool CvbTAPILine::Release() {
   const auto giveBack = [&](auto& handle, auto&& how) {
     if (handle != 0) Guarded(services_.diagnostics, "CvbTAPILine.Class_Terminate", {}, how);
   };
-  bool ended = makeCallRequestId_ == 0;
   giveBack(*hCall_, [&] { services_.telephony.lineDeallocateCall(std::exchange(*hCall_, 0)); });
-  giveBack(hLine_, [&] { ended |= CloseLine(); });
-  giveBack(hLineApp_, [&] { ended |= services_.telephony.lineShutdown(std::exchange(hLineApp_, 0)) == 0; });
-  return ended;
+  giveBack(hLine_, [&] { CloseLine(); });
+  bool refused = hLineApp_ != 0;  // until it is known better
+  giveBack(hLineApp_, [&] { refused = services_.telephony.lineShutdown(std::exchange(hLineApp_, 0)) != 0; });
+  stillRegistered_ |= refused;
+  return !stillRegistered_;
 }
 
 bool CvbTAPILine::Succeeded(std::int32_t result) {

@@ -208,8 +208,8 @@ class CvbTAPILine : public std::enable_shared_from_this<CvbTAPILine> {
   void HandleCallState(std::uint32_t state);
   void HandleIdle();
   void HandleDisconnected();
-  /// Gives back the call, the line and the registration. False where telephony has taken none of it back and still has
-  /// the address of the call's handle.
+  /// Gives back the call, the line and the registration. False where telephony has ever refused to shut down: it may
+  /// still have the address of the call's handle.
   [[nodiscard]] bool Release();
 
   /// Stores the code of a failed call and says whether it was one.
@@ -240,6 +240,7 @@ class CvbTAPILine : public std::enable_shared_from_this<CvbTAPILine> {
       std::make_shared<HCALL>(0)};      ///< telephony writes it with the reply to the call request
   std::uint32_t makeCallRequestId_{0};  ///< of the request whose reply is still to come; 0 is none
   std::uint32_t dropRequestId_{0};
+  bool stillRegistered_{false};  ///< telephony has refused a shutdown, and may write to hCall_ for ever
   bool idle_{false};
   bool opening_{false};  ///< telephony has been asked for a line, and may let messages in before it gives one
   std::int16_t internalNrLength_{3};
