@@ -62,8 +62,7 @@ class Session:
     messages itself and not through the system's library; `control` has the simulator look for orders, which wakes the
     dialer all the time; `hear` is told each line at once."""
 
-    def __init__(self, env, build, folder, scenario=None, tapi="n,b", messages=False, control=False,
-                 hear=None):
+    def __init__(self, env, build, folder, scenario=None, tapi="n,b", messages=False, control=False, hear=None):
         self.env, self.build, self.folder = env, Path(build), Path(folder)
         self.lines = []
         self._hear = hear or (lambda line: None)
@@ -226,7 +225,10 @@ class Session:
 
     def wait_for_control(self, caption, seconds=5):
         """Waits until the dialer shows a control with this caption."""
-        wait_until(f"control {caption!r}", lambda: any(caption in (item.caption, item.text) for item in self.windows()), seconds)
+        def shown():
+            return any(caption in (item.caption, item.text) for item in self.windows())
+
+        wait_until(f"control {caption!r}", shown, seconds)
 
     def press(self, items, caption):
         """Clicks the button of this caption with the mouse."""

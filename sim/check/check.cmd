@@ -39,14 +39,14 @@ echo [Paths]> Rufmonpaths.ini
 echo ProgramData=%cd%>> Rufmonpaths.ini
 set speech=
 if exist %script%\messages set speech=--messages
-call :part 1
-call :part 2
+call :half 1
+call :half 2
 taskkill /f /im FonklavTAPI.exe >nul 2>nul
 cd ..\..\..
 call :verdict %failures% "%1: %2" %folder%\conversation.txt
 exit /b
 
-:part
+:half
 ..\..\..\suite.exe %speech% FonklavTAPI.exe < %script%\%1.txt >> conversation.txt 2>&1
 if not %errorlevel%==0 set failures=1
 exit /b
