@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
-"""Checks that the folders know only whom they may know, and that Windows stays in its own folders."""
+"""Checks that the folders know only whom they may know, that Windows stays in its own folders, and that procedures call
+themselves in the logs what they are called."""
 import pathlib
 import re
 import sys
@@ -20,6 +21,10 @@ MAY_INCLUDE = {
 }
 WINDOWS_FOLDERS = ("platform/win32/", "window/", "sim/tapi32/", "sim/suite/", "sim/check/")
 GENERATED = {"Version.h"}
+PROCEDURES = ("config", "tapi", "diag", "app")
+# Procedures in two pieces, and the end of an object.
+OTHER_NAMES = {"clsFiles.MakeFileOf": "clsFiles.MakeFile", "CvbTAPILine.Release": "CvbTAPILine.Class_Terminate",
+               "CvbTAPILine.~CvbTAPILine": "CvbTAPILine.Class_Terminate"}
 
 
 def layer_of(path: str) -> str:
@@ -29,6 +34,7 @@ def layer_of(path: str) -> str:
 def faults_in(path: pathlib.Path):
     name = path.relative_to(ROOT).as_posix()
     layer = layer_of(name)
+    function = ""
     for number, line in enumerate(path.read_text(encoding="utf-8").splitlines(), 1):
         quoted = re.match(r'\s*#\s*include\s+"([^"]+)"', line)
         if quoted and quoted[1] not in GENERATED:
@@ -38,6 +44,11 @@ def faults_in(path: pathlib.Path):
         windows = re.match(r"\s*#\s*include\s+<(windows|tapi|ddeml?|commctrl)\.h>", line) or "_WIN32" in line
         if windows and not name.startswith(WINDOWS_FOLDERS):
             yield f"{name}:{number}: Windows outside its folders: {line.strip()}"
+        if definition := re.match(r"(?!\s).*?\b(\w+)::(~?\w+)\(", line):
+            function = f"{definition[1]}.{definition[2]}"
+        for logged in re.findall(r'(?<!include )"(\w+\.\w+)"', line):
+            if layer in PROCEDURES and logged != OTHER_NAMES.get(function, function):
+                yield f"{name}:{number}: {function} calls itself {logged}"
 
 
 def main() -> int:

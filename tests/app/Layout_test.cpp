@@ -85,6 +85,8 @@ TEST(Layout, RowsStandInTabOrderAndListAndBoxesHaveALabel) {
   for (std::size_t index = 0; index < kControlCount; ++index) {
     const LayoutRow& row = Layout().at(index);
     EXPECT_EQ(row.id, static_cast<ControlId>(index));
+    // Whole pixels, or neighbours would be a pixel apart on one display and not on another.
+    for (const int twips : {row.left, row.top, row.width, row.height}) EXPECT_EQ(twips % kTwipsPerPixel, 0) << index;
     // A frame comes before what it holds: it is drawn first and names the box behind it.
     EXPECT_LE(row.frame, row.id);
     const auto label = labels.find(row.id);

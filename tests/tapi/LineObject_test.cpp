@@ -5,6 +5,7 @@
 #include "tapi/mTAPIFunctions.h"
 #include "tests/tapi/TapiSystem.h"
 #include "util/RunTimeError.h"
+#include "util/Text.h"
 
 // The line object on good, poor and hostile telephony.
 namespace fonklav::test {
@@ -364,10 +365,18 @@ TEST(Texts, OfErrorsAndStates) {
         Row{0x80000056, "No Multiple Instance"}}) {
     EXPECT_EQ(system.line->ErrorString(static_cast<std::int32_t>(code)), text);
   }
-  const char* const unknown = "unknown value passed to GetLineStateString()";
-  for (const auto& [state, text] : {std::pair{0, unknown}, std::pair{0x110, unknown}, std::pair{0x100, "connected"},
-                                    std::pair{0x8000, "unknown call state"}, std::pair{0x10000, unknown}}) {
+  // From the lowest bit on; a number that is no single state of these has no text.
+  const std::vector<std::string> states = Split(
+      "idle|offering call|accepted|dial-tone detected|dialing|ring-back detected|busy detected|network error|connected|"
+      "proceeding|on hold|connected to conference|connecting to conference|transferring|disconnected|unknown call "
+      "state",
+      "|");
+  for (std::int32_t state = 1; const std::string& text : states) {
     EXPECT_EQ(system.line->GetLineStateString(state), text);
+    state <<= 1;
+  }
+  for (const int state : {0, 3, 0x110, 0x10000, -1}) {
+    EXPECT_EQ(system.line->GetLineStateString(state), "unknown value passed to GetLineStateString()") << state;
   }
 }
 
