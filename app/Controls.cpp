@@ -69,7 +69,7 @@ void CheckList::AddNew(const std::vector<std::string>& names) {
   for (const Entry& entry : entries_) known.insert(entry.text);
   std::vector<Entry> added;
   for (const std::string& name : names) {
-    if (!name.empty() && known.insert(name).second) added.push_back({name, false});
+    if (!name.empty() && known.insert(name).second) added.push_back({name});
   }
   if (added.empty()) return;
   entries_.insert(entries_.end(), added.begin(), added.end());

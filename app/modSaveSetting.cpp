@@ -24,8 +24,8 @@ void modSaveSetting::LoadSettings() {
     };
     form_.Top(position("TopTAPI"));
     form_.Left(position("LeftTAPI"));
-    lines_.TAPILine = ini_.GetSettStr(kDial, "TAPILine", "", kFile, false, false);
-    settings_.TAPIAmtVW = ini_.GetSettStr(kDial, "TAPIAmtVW", "", kFile, false, false);
+    lines_.TAPILine = ini_.GetSettStr(kDial, "TAPILine", "", kFile);
+    settings_.TAPIAmtVW = ini_.GetSettStr(kDial, "TAPIAmtVW", "", kFile);
     limits_.logLineLimit = ini_.GetSettLng(kGeneral, "LogCount", 25, 10, 1000, false, kFile);
     limits_.backupCount = ini_.GetSettLng(kGeneral, "BackupCount", 9, 0, 9, false, kFile);
   });

@@ -30,7 +30,7 @@ class modAPI_INI {
   /// for an empty value or one that is no number in the user's notation.
   [[nodiscard]] std::string GetSettStr(const std::string& section, const std::string& key,
                                        const std::string& defaultValue, const std::string& fileName,
-                                       bool defaultIfEmpty, bool defaultIfNotNumeric) const;
+                                       bool defaultIfEmpty = false, bool defaultIfNotNumeric = false) const;
   /// A whole number within the bounds by `Range`; unbounded when both bounds are 0.
   [[nodiscard]] std::int32_t GetSettLng(const std::string& section, const std::string& key, std::int32_t defaultValue,
                                         std::int32_t lower, std::int32_t upper, bool defaultIfOutside,

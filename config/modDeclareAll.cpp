@@ -81,7 +81,7 @@ void modDeclareAll::ReadPaths(const std::string& pathsFile) {
   if (services_.files.FileExist(pathsFile)) {
     state.bookRefresh = services_.ini.GetSettBool(kPaths, "BookRefresh", false, pathsFile);
     state.dataRoot = ReadDataRoot(pathsFile);
-    book = services_.ini.GetSettStr(kPaths, "BookPath", "", pathsFile, false, false);
+    book = services_.ini.GetSettStr(kPaths, "BookPath", "", pathsFile);
   }
   // Formed before the data root loses a backslash at its end: a second backslash in the middle is deliberate.
   if (book.empty() || IsNumber(book)) book = state.dataRoot + "\\data\\";
@@ -89,7 +89,7 @@ void modDeclareAll::ReadPaths(const std::string& pathsFile) {
 }
 
 std::string modDeclareAll::ReadDataRoot(const std::string& pathsFile) const {
-  std::string root = services_.ini.GetSettStr(kPaths, "ProgramData", "1", pathsFile, false, false);
+  std::string root = services_.ini.GetSettStr(kPaths, "ProgramData", "1", pathsFile);
   if (root.ends_with('\\')) root.pop_back();
   if (root.empty()) root = "0";
   if (!IsNumber(root)) return root;

@@ -21,7 +21,7 @@ bool DescribesFile(const std::string& key) {
 void modLanguage::LanguageInit(const std::string& code) {
   Procedure(diagnostics_, "modLanguage.LanguageInit", {code}, [&] {
     state_.languageCode =
-        code.empty() ? ini_.GetSettStr("General", "Language", state_.languageCode, "", true, false) : code;
+        code.empty() ? ini_.GetSettStr("General", "Language", state_.languageCode, "", true) : code;
     state_.languageFile = ReplaceAll(kFilePattern, "##", state_.languageCode);
     state_.languageFileMissing = !files_.FileExist(state_.programFolder + state_.languageFile);
   });
@@ -32,7 +32,7 @@ std::string modLanguage::LoadLangKey(const std::string& key, const std::string& 
     text = defaultText;
     if (!state_.languageFileMissing) {
       const std::string file = state_.programFolder + state_.languageFile;
-      const std::string value = ini_.GetSettStr("Data", key, "", file, false, false);
+      const std::string value = ini_.GetSettStr("Data", key, "", file);
       if (!value.empty()) text = value;
       if (checkMode_ && !DescribesFile(key)) text = Marked(value, key, defaultText);
     }

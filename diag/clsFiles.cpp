@@ -170,7 +170,7 @@ std::string clsFiles::TrimCR(std::string_view Text) {
 }
 
 std::string clsFiles::ReadBytes(const std::string& file) const {
-  return fileTests_.FileExist(file) && files_.Length(file) > 0 ? files_.Read(file) : std::string{};
+  return fileTests_.FileExist(file) && files_.Length(file) != 0 ? files_.Read(file) : std::string{};
 }
 
 }  // namespace fonklav

@@ -129,7 +129,7 @@ void CvbTAPILine::NegotiateVersion(std::size_t device) {
   if (result != 0) return;  // the version stays 0: the device is skipped, the others go on
   apiVersions_[device] = version;
   extensionIds_[device] = extension;
-  if (Signed(version) > highestApiVersion_) highestApiVersion_ = Signed(version);
+  highestApiVersion_ = std::max(highestApiVersion_, Signed(version));
 }
 
 bool CvbTAPILine::GetLineDevCaps() {

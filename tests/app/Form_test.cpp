@@ -23,7 +23,7 @@ TEST(Lines, AReportLeavesTheTickedLineCurrent) {
   EXPECT_THAT(dialer->TakeReports(), IsEmpty());
   dialer->Command("cmd|call|0301234567");
   EXPECT_THAT(dialer->TakeReports(), Contains("anzlog|Anmeldung >> A"));
-  dialer->Input().ClickEntry(7);
+  dialer->Input().ClickEntry(2);
 }
 
 TEST(Lines, ThatDisappearNextToEachOtherGoOneARefresh) {
@@ -282,7 +282,8 @@ TEST(View, IsToldOfEachChangeOnceAndOfNoOther) {
   EXPECT_EQ(twice([&] { controls.form.Moved(7, 8), controls.form.Resized(9, 10); }), 0U);
 
   CheckList& list = controls.lstTAPI;
-  EXPECT_EQ(twice([&] { list.AddNew({"A", "B"}); }), 1U);
+  EXPECT_EQ(twice([&] { list.AddNew({"A", "B", "", "B"}); }), 1U);
+  EXPECT_EQ(list.Count(), 2U);
   EXPECT_EQ(twice([&] { list.Tick(1, true); }), 1U);
   EXPECT_EQ(twice([&] { list.TickQuietly(0, true); }), 1U);
   EXPECT_EQ(twice([&] { list.Tick(0, true), list.Tick(2, true), list.TickQuietly(2, true); }), 0U);

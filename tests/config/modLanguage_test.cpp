@@ -98,6 +98,10 @@ TEST(MessageBox, HasTheSuitesTitle) {
   EXPECT_EQ(system.config.messages.MsgBoxForward("Text", 64, "Title"), 6);
   EXPECT_EQ(system.boxes.shown[0].title, "Rufmon - FonklavTAPI");
   EXPECT_EQ(system.boxes.shown[1].title, "Title");
+  EXPECT_TRUE(system.Init());
+  system.boxes.whileShown = [] { throw std::runtime_error("no desktop"); };
+  EXPECT_EQ(system.config.messages.MsgBoxForward("Text", 48, ""), 0);
+  EXPECT_THAT(system.log->errors, ElementsAre("modPrivateDummy.MsgBoxForward 1000 no desktop"));
 }
 
 TEST(SpecialFolders, AreAskedOfTheShell) {

@@ -115,19 +115,28 @@ TEST(LineObject, AsksTelephonyForThisAndNothingElse) {
 }
 
 TEST(LineObject, KeepsTheCodeOfWhatFailed) {
-  using Row = std::pair<const char*, const char*>;
-  for (const auto& [function, seen] :
-       {Row{"tapiGetLocationInfo", "codes- "},
-        Row{"lineInitializeEx", "create- 0x80000048 open- call- drop- config- 0x80000050 rules- icon- "},
-        Row{"lineNegotiateAPIVersion", "create+ 0x8000000c open- call- drop- rules- "},
-        Row{"lineGetDevCaps", "create+ 0x80000048 "}, Row{"lineGetTranslateCaps", "create- "},
-        Row{"lineOpen", "open- 0x80000048 call- drop- "}, Row{"lineTranslateAddress", "call+ 0x80000048 "},
-        Row{"lineMakeCall", "call- 0x80000048 drop- closed- "}, Row{"lineDrop", "drop- 0x80000048 closed- "},
-        Row{"lineDeallocateCall", ""}, Row{"lineClose", "closed+ 0x80000048 "},
-        Row{"lineConfigDialog", "config- 0x80000048 "}, Row{"lineTranslateDialog", "rules- 0x80000048 "},
-        Row{"lineGetIcon", "icon- 0x80000048 "}}) {
+  // The function, and what is seen of it where it is refused and where telephony does not have it.
+  using Row = std::tuple<const char*, const char*, const char*>;
+  for (const auto& [function, refused, missing] :
+       {Row{"tapiGetLocationInfo", "codes- ", ""},
+        Row{"lineInitializeEx", "create- 0x80000048 open- call- drop- config- 0x80000050 rules- icon- ",
+            "create- open- call- drop- config- 0x80000050 rules- icon- "},
+        Row{"lineNegotiateAPIVersion", "create+ 0x8000000c open- call- drop- rules- ",
+            "create- open- 0x8000000c call- drop- rules- "},
+        Row{"lineGetDevCaps", "create+ 0x80000048 ", ""}, Row{"lineGetTranslateCaps", "create- ", "create- "},
+        Row{"lineOpen", "open- 0x80000048 call- drop- ", "open- call- drop- "},
+        Row{"lineTranslateAddress", "call+ 0x80000048 ", ""},
+        Row{"lineMakeCall", "call- 0x80000048 drop- closed- ", "call- drop- closed- "},
+        Row{"lineDrop", "drop- 0x80000048 closed- ", "drop- closed- "}, Row{"lineDeallocateCall", "", "closed- "},
+        Row{"lineClose", "closed+ 0x80000048 ", ""}, Row{"lineConfigDialog", "config- 0x80000048 ", "config- "},
+        Row{"lineTranslateDialog", "rules- 0x80000048 ", "rules- "},
+        Row{"lineGetIcon", "icon- 0x80000048 ", "icon- "}}) {
     TapiSystem system(kDevice + "refuse " + function + " 0x80000048\n");
-    EXPECT_EQ(Work(system, [&](int time) { system.Pump(time); }), seen) << function;
+    EXPECT_EQ(Work(system, [&](int time) { system.Pump(time); }), refused) << function;
+    TapiSystem poor(kDevice);
+    poor.sim.SetFunctionMissing(function);
+    EXPECT_EQ(Work(poor, [&](int time) { poor.Pump(time); }), missing) << function;
+    EXPECT_THAT(poor.log->errors, Contains(HasSubstr(" 453 "))) << function;
   }
   TapiSystem iconless("device icon=0\n" + kLocation);
   EXPECT_THAT(Work(iconless, [&](int time) { iconless.Pump(time); }), "icon- ");
@@ -245,6 +254,13 @@ TEST(CurrentLine, KeepsWhatItHasWithoutCapabilitiesAndOutsideTheDevices) {
 
 TEST(CurrentLine, BeforeAnyDeviceIsKnownIsError9) {
   TapiSystem system("refuse lineInitializeEx 0x80000048\n");
+  const CvbTAPILine& line = *system.line;
+  EXPECT_FALSE(line.Idle() || line.IsOpen());
+  EXPECT_THAT(
+      (std::array{line.LastError(), line.numLines(), line.CurrentLineID(), line.PermanentLineID(), line.StringFormat(),
+                  line.numAddresses(), line.maxDataRate(), line.BearerModes(), line.AddressModes(), line.mediamodes(),
+                  line.GenerateToneMaxNumFreq(), line.GenerateToneModes(), line.numTerminals()}),
+      Each(0));
   EXPECT_FALSE(system.line->Create());
   EXPECT_EQ(system.line->NegotiatedAPIVersion(), 0);
   EXPECT_FALSE(system.line->LineSupportsVoiceCalls());

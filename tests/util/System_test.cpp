@@ -50,6 +50,7 @@ TEST(OsDescription, NamesTheEditionAndTellsTheNt6Family) {
   EXPECT_EQ(OsDescription({10, 0, 19045, true, false}), "Windows 10 (10.0.19045)");
   EXPECT_TRUE(IsNt6OrLater({6, 0, 0, true, false}));
   EXPECT_FALSE(IsNt6OrLater({5, 2, 9999, true, true}) || IsNt6OrLater({6, 0, 0, false, false}));
+  EXPECT_EQ(OsDescription({}), "Windows NT (0.0.0)");
   EXPECT_FALSE(IsNt6OrLater({})) << "nothing could be asked: no protected program folder is assumed";
 }
 

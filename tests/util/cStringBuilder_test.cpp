@@ -58,6 +58,7 @@ TEST(StringBuilder, PositionsOutsideAreError9ForTheCaller) {
   EXPECT_EQ(ErrorOf([&] { text.builder.Remove(2, -1); }), 9);
   EXPECT_EQ(ErrorOf([&] { text.builder.Remove(4, 0x7FFFFFFF); }), 9);
   EXPECT_EQ(ErrorOf([&] { text.builder.ChunkSize(0); }), 380);
+  text.builder.ChunkSize(1);
   text.builder.Remove(4, 0);
   EXPECT_EQ(text.builder.ToString(), u"abcd");
   EXPECT_TRUE(text.log->errors.empty());

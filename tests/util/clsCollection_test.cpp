@@ -43,9 +43,9 @@ struct Watched {
 
 TEST(Queue, TellsItsOwnerWhenItHasGrown) {
   Watched queue;
-  queue.collection.Queue_InfoDealy(2);
+  queue.collection.Queue_InfoDealy(1);
   for (const char* line : {"a", "b", "c"}) EXPECT_TRUE(queue.collection.Queue_Add(line));
-  EXPECT_THAT(queue.TakeEvents(), ElementsAre("timer", "timer", "added"));
+  EXPECT_THAT(queue.TakeEvents(), ElementsAre("timer", "added", "added"));
   EXPECT_EQ(queue.collection.Queue_ViewLast(), "a");
   EXPECT_EQ(queue.collection.Queue_ReadLast(), "a");
   EXPECT_THAT(queue.Texts(), ElementsAre("b", "c"));
@@ -139,6 +139,7 @@ TEST(Objects, BringTheirOwnKey) {
   EXPECT_FALSE(book.collection.Add(nullptr));
   EXPECT_THAT(book.TakeEvents(), ElementsAre("added"));
   EXPECT_TRUE(book.collection.AddByKeyValue("note", std::string("text")));
+  EXPECT_TRUE(book.collection.Add(std::make_shared<Entry>("Bob")));
 
   clsCollection::Object found;
   EXPECT_TRUE(book.collection.GetItemByKey("anna", found));
@@ -147,12 +148,12 @@ TEST(Objects, BringTheirOwnKey) {
   EXPECT_EQ(found, nullptr);
   EXPECT_EQ(book.collection.GetItemByIndex(1), anna);
   EXPECT_EQ(book.collection.GetItemByIndex(2), nullptr);
-  EXPECT_EQ(book.collection.GetItemByIndex(3), nullptr);
+  EXPECT_EQ(book.collection.GetItemByIndex(4), nullptr);
   EXPECT_EQ(book.collection.Queue_GetByIndex(1), "");
   EXPECT_EQ(book.collection.ItemByKeyValue("Anna", "?"), "?");
 
   const clsCollection copy = book.collection.Clone();
-  EXPECT_EQ(copy.Count(), 1) << "only objects are copied";
+  EXPECT_EQ(copy.Count(), 2) << "only objects are copied";
   EXPECT_EQ(copy.ItemByKey("ANNA"), anna);
 }
 
