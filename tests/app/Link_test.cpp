@@ -27,6 +27,13 @@ TEST(Link, IsOpenedOnceForTheItemAndEndedByTheProgramsOwnEnd) {
   EXPECT_EQ(dialer->dde.ends, 1);
 }
 
+TEST(Link, NothingIsSentBeforeThereIsAPartner) {
+  FakeDdeTransport transport;
+  FakeClock clock;
+  EXPECT_FALSE(DdeConversation(transport, clock).Send("log|x"));
+  EXPECT_THAT(transport.posted, IsEmpty());
+}
+
 TEST(Link, AnAnswerDecidesWhetherItStands) {
   for (const auto& [status, linked] : {std::pair{0x8000, true}, {0x4000, true}, {0, false}, {0xFF, false}}) {
     const auto dialer = Ready();
