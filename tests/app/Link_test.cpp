@@ -1,3 +1,4 @@
+#include "app/DdeConversation.h"
 #include "tests/app/Dialer.h"
 
 // The link as the main program can make it go wrong: refusals, silence, ends of every kind.
