@@ -28,6 +28,12 @@ TEST(Link, IsOpenedOnceForTheItemAndEndedByTheProgramsOwnEnd) {
   EXPECT_EQ(dialer->dde.ends, 1);
 }
 
+TEST(Link, IsNoReasonToHideBeforeItStands) {
+  Dialer dialer(kScenario);
+  ASSERT_TRUE(dialer.Ask("/sett"));
+  EXPECT_FALSE(StillLinked(dialer));
+}
+
 TEST(Link, NothingIsSentBeforeThereIsAPartner) {
   FakeDdeTransport transport;
   FakeClock clock;

@@ -76,6 +76,11 @@ TEST(ErrorLog, TellsTheUserWhereToLookAndLogsWhatFailsMeanwhile) {
   EXPECT_EQ(system.boxes.shown[0].style, 48U);
   EXPECT_EQ(system.Log().FileLogError(), "\\log\\error.log");
   EXPECT_THAT(system.Errors(), ElementsAre(HasSubstr("clsX.Do"), HasSubstr("fMain.tapiline_Idle")));
+  system.profile.asked.clear();
+  system.Pend(53, "File not found");
+  system.Log().ErrorLogWithMsgBox("clsX.Do", {});
+  EXPECT_THAT(system.boxes.shown, SizeIs(2));
+  EXPECT_THAT(system.profile.asked, IsEmpty()) << "the texts are known by now";
 }
 
 TEST(ErrorLog, OnlyTheMainProgramsEntriesTellTheElapsedTime) {
