@@ -1,16 +1,26 @@
 #include "sim/ScenarioLine.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <utility>
 
-#include "sim/TapiCodes.h"
+#include "platform/TapiWire.h"
 
 namespace fonklav {
 
 namespace {
 
 constexpr std::string_view kBlanks = " \t\r";
+
+/// The call states that mean something to a dialer.
+constexpr std::array kCallStates{std::pair{"idle", LINECALLSTATE_IDLE},
+                                 std::pair{"dialing", LINECALLSTATE_DIALING},
+                                 std::pair{"ringback", LINECALLSTATE_RINGBACK},
+                                 std::pair{"busy", LINECALLSTATE_BUSY},
+                                 std::pair{"connected", LINECALLSTATE_CONNECTED},
+                                 std::pair{"proceeding", LINECALLSTATE_PROCEEDING},
+                                 std::pair{"disconnected", LINECALLSTATE_DISCONNECTED}};
 
 std::optional<std::uint32_t> Parsed(std::string_view digits, int base) {
   std::uint32_t value = 0;
@@ -37,7 +47,10 @@ ScenarioLine::Item ScenarioLine::NextItem(std::string_view text, std::size_t& at
     if (text[at] == '"') {
       quoted = !quoted;
     } else if (quoted && text[at] == '\\') {
-      item.value += Escaped(text, at);
+      const auto byte = text.substr(at, 2) == "\\x" ? Parsed(text.substr(at + 2, 2), 16) : std::nullopt;
+      if (!byte) Fail(R"(an escape is no \xNN)");
+      item.value += static_cast<char>(*byte);
+      at += 3;
     } else if (!quoted && text[at] == '=' && item.key.empty()) {
       item.key = std::exchange(item.value, {});
     } else {
@@ -46,16 +59,6 @@ ScenarioLine::Item ScenarioLine::NextItem(std::string_view text, std::size_t& at
   }
   if (quoted) Fail("a quote is not closed");
   return item;
-}
-
-/// Leaves `at` on the last character of the escape.
-char ScenarioLine::Escaped(std::string_view text, std::size_t& at) const {
-  const char kind = ++at < text.size() ? text[at] : '\0';
-  if (kind == '"' || kind == '\\') return kind;
-  const auto byte = kind == 'x' ? Parsed(text.substr(at + 1, 2), 16) : std::nullopt;
-  if (!byte) Fail(R"(an escape is none of \" \\ \xNN)");
-  at += 2;
-  return static_cast<char>(*byte);
 }
 
 std::optional<std::string> ScenarioLine::Text(std::string_view key) {
@@ -85,8 +88,8 @@ std::uint32_t ScenarioLine::ToNumber(std::string_view text) const {
 
 std::uint32_t ScenarioLine::ToState(const std::string& text) const {
   const auto small = [](char letter) { return letter >= 'A' && letter <= 'Z' ? letter - 'A' + 'a' : letter; };
-  for (const auto& [name, state] : sim::kCallStates) {
-    if (std::ranges::equal(name, text, {}, {}, small)) return state;
+  for (const auto& [name, state] : kCallStates) {
+    if (std::ranges::equal(std::string_view(name), text, {}, {}, small)) return state;
   }
   return ToNumber(text);
 }

@@ -16,8 +16,8 @@ class ScenarioError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-/// One line of a scenario, cut into words and key=value pairs. A part in double quotes may hold blanks and \" \\ \xNN
-/// (a byte). Whoever reads the line takes out what it knows; what is left over at the end is an error, so that a
+/// One line of a scenario, cut into words and key=value pairs. A part in double quotes may hold blanks and \xNN, a
+/// byte. Whoever reads the line takes out what it knows; what is left over at the end is an error, so that a
 /// misspelt word never passes in silence. All operations throw ScenarioError for what they cannot understand.
 class ScenarioLine {
  public:
@@ -47,7 +47,6 @@ class ScenarioLine {
   };
 
   Item NextItem(std::string_view text, std::size_t& at) const;
-  char Escaped(std::string_view text, std::size_t& at) const;
 
   std::size_t number_;
   std::vector<Item> items_;
