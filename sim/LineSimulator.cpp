@@ -8,32 +8,33 @@ namespace fonklav {
 
 using namespace sim;
 
+namespace {
+
+/// With other bytes than printable ASCII as \xNN.
+std::string Quoted(const char* text) {
+  if (text == nullptr) return "null";
+  std::string quoted{'"'};
+  for (const char byte : std::string_view(text)) {
+    const bool plain = byte >= ' ' && byte <= '~';
+    quoted += plain ? std::string{byte} : "\\x" + HexText(0x100U + static_cast<unsigned char>(byte)).substr(3);
+  }
+  return quoted + '"';
+}
+
+}  // namespace
+
 std::string HexText(std::uintptr_t value) {
   const std::string last{"0123456789abcdef"[value & 0xFU]};
   return value < 16 ? "0x" + last : HexText(value >> 4U) + last;
 }
 
-CallRecord::Argument::Argument(std::string_view name, std::uintptr_t number)
-    : shown(std::string(name) + "=" + HexText(number)) {}
-
-CallRecord::Argument::Argument(std::string_view name, const char* string) : shown(std::string(name) + "=") {
-  if (string == nullptr) {
-    shown += "null";
-    return;
-  }
-  text = string;
-  shown += '"';
-  for (const char byte : *text) {
-    const bool plain = byte >= ' ' && byte <= '~';
-    shown += plain ? std::string{byte} : "\\x" + HexText(0x100U + static_cast<unsigned char>(byte)).substr(3);
-  }
-  shown += '"';
-}
-
-CallRecord::CallRecord(std::string_view name, std::initializer_list<Argument> given) : function(name) {
-  for (const Argument& argument : given) {
-    arguments += (arguments.empty() ? "" : " ") + argument.shown;
-    if (argument.text) text = argument.text;
+CallRecord::CallRecord(std::string_view name, std::initializer_list<Value> named) : function(name) {
+  for (const Value* at = named.begin(); at != named.end(); at += 2) {
+    arguments += (at == named.begin() ? "" : " ") + std::string(std::get<const char*>(at[0])) + '=';
+    const auto* const number = std::get_if<std::uintptr_t>(&at[1]);
+    const char* const string = number == nullptr ? std::get<const char*>(at[1]) : nullptr;
+    if (string != nullptr) text = string;
+    arguments += number != nullptr ? HexText(*number) : Quoted(string);
   }
 }
 
@@ -82,10 +83,9 @@ std::int32_t LineSimulator::CheckVersion(HLINEAPP app, std::uint32_t device, std
 std::int32_t LineSimulator::lineInitializeEx(HLINEAPP& lineApp, LineMessageSink& sink, const char* friendlyName,
                                              std::uint32_t& numDevs, std::uint32_t& apiVersion,
                                              LINEINITIALIZEEXPARAMS& params) {
-  return Recorded(
-      "lineInitializeEx",
-      {{"name", friendlyName}, {"version", apiVersion}, {"size", params.dwTotalSize}, {"options", params.dwOptions}},
-      [&] {
+  CallRecord record("lineInitializeEx", {"name", friendlyName, "version", apiVersion, "size", params.dwTotalSize,
+                                         "options", params.dwOptions});
+  return Recorded(std::move(record), [&] {
     if (params.dwTotalSize < sizeof params) return LINEERR_STRUCTURETOOSMALL;
     if (params.dwOptions != LINEINITIALIZEEXOPTION_USEHIDDENWINDOW) return LINEERR_INVALPARAM;
     // A telephony of the 1.x family is asked in its own version; a later one wants to be asked for 2.0 at least.
@@ -98,11 +98,11 @@ std::int32_t LineSimulator::lineInitializeEx(HLINEAPP& lineApp, LineMessageSink&
     numDevs = static_cast<std::uint32_t>(scenario_.devices.size());
     apiVersion = scenario_.version;
     return 0;
-      });
+  });
 }
 
 std::int32_t LineSimulator::lineShutdown(HLINEAPP lineApp) {
-  return Recorded("lineShutdown", {{"app", lineApp}}, [&] {
+  return Recorded({"lineShutdown", {"app", lineApp}}, [&] {
     if (const auto code = CheckApp(lineApp); code != 0) return code;
     for (auto next = lines_.begin(); next != lines_.end();) {
       const auto [line, open] = *next++;
@@ -117,8 +117,8 @@ std::int32_t LineSimulator::lineShutdown(HLINEAPP lineApp) {
 std::int32_t LineSimulator::lineNegotiateAPIVersion(HLINEAPP lineApp, std::uint32_t deviceId, std::uint32_t low,
                                                     std::uint32_t high, std::uint32_t& apiVersion,
                                                     LINEEXTENSIONID& extensionId) {
-  return Recorded("lineNegotiateAPIVersion", {{"app", lineApp}, {"device", deviceId}, {"low", low}, {"high", high}},
-                  [&] {
+  CallRecord record("lineNegotiateAPIVersion", {"app", lineApp, "device", deviceId, "low", low, "high", high});
+  return Recorded(std::move(record), [&] {
     if (const auto code = CheckDevice(lineApp, deviceId); code != 0) return code;
     const auto& device = scenario_.devices[deviceId];
     const std::uint32_t version = std::min({high, device.version, scenario_.version});
@@ -133,14 +133,9 @@ std::int32_t LineSimulator::lineNegotiateAPIVersion(HLINEAPP lineApp, std::uint3
 std::int32_t LineSimulator::lineOpen(HLINEAPP lineApp, std::uint32_t deviceId, HLINE& line, std::uint32_t apiVersion,
                                      std::uint32_t extVersion, std::uintptr_t callbackInstance,
                                      std::uint32_t privileges, std::uint32_t mediaModes) {
-  return Recorded("lineOpen",
-                  {{"app", lineApp},
-                   {"device", deviceId},
-                   {"version", apiVersion},
-                   {"instance", callbackInstance},
-                   {"privileges", privileges},
-                   {"media", mediaModes}},
-                  [&] {
+  CallRecord record("lineOpen", {"app", lineApp, "device", deviceId, "version", apiVersion, "instance",
+                                 callbackInstance, "privileges", privileges, "media", mediaModes});
+  return Recorded(std::move(record), [&] {
     if (const auto code = CheckVersion(lineApp, deviceId, apiVersion, extVersion); code != 0) return code;
     // The others are for who takes calls in.
     if (privileges != LINECALLPRIVILEGE_NONE) return LINEERR_INVALPRIVSELECT;
@@ -151,7 +146,7 @@ std::int32_t LineSimulator::lineOpen(HLINEAPP lineApp, std::uint32_t deviceId, H
 }
 
 std::int32_t LineSimulator::lineClose(HLINE line) {
-  return Recorded("lineClose", {{"line", line}}, [&] {
+  return Recorded({"lineClose", {"line", line}}, [&] {
     if (!lines_.contains(line)) return LINEERR_INVALLINEHANDLE;
     EndLine(line);
     return 0;
@@ -173,20 +168,19 @@ std::int32_t LineSimulator::CheckDeviceClass(std::uint32_t device, const char* d
 }
 
 std::int32_t LineSimulator::lineConfigDialog(std::uint32_t deviceId, std::uintptr_t owner, const char* deviceClass) {
-  return Recorded("lineConfigDialog", {{"device", deviceId}, {"owner", owner}, {"class", deviceClass}},
+  return Recorded({"lineConfigDialog", {"device", deviceId, "owner", owner, "class", deviceClass}},
                   [&] { return CheckDeviceClass(deviceId, deviceClass); });
 }
 
 std::int32_t LineSimulator::lineTranslateDialog(HLINEAPP lineApp, std::uint32_t deviceId, std::uint32_t apiVersion,
                                                 std::uintptr_t owner, const char* addressIn) {
-  return Recorded(
-      "lineTranslateDialog",
-      {{"app", lineApp}, {"device", deviceId}, {"version", apiVersion}, {"owner", owner}, {"address", addressIn}},
-      [&] { return CheckVersion(lineApp, deviceId, apiVersion); });
+  CallRecord record("lineTranslateDialog",
+                    {"app", lineApp, "device", deviceId, "version", apiVersion, "owner", owner, "address", addressIn});
+  return Recorded(std::move(record), [&] { return CheckVersion(lineApp, deviceId, apiVersion); });
 }
 
 std::int32_t LineSimulator::lineGetIcon(std::uint32_t deviceId, const char* deviceClass, std::uintptr_t& icon) {
-  return Recorded("lineGetIcon", {{"device", deviceId}, {"class", deviceClass}}, [&] {
+  return Recorded({"lineGetIcon", {"device", deviceId, "class", deviceClass}}, [&] {
     if (const auto code = CheckDeviceClass(deviceId, deviceClass); code != 0) return code;
     icon = scenario_.devices[deviceId].icon;
     return 0;

@@ -7,6 +7,8 @@
 #include <map>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <variant>
 #include <vector>
 
 #include "platform/Telephony.h"
@@ -19,17 +21,12 @@ namespace fonklav {
 
 /// One call that was made on the simulated telephony.
 struct CallRecord {
-  /// An argument as the log shows it: `line=0x20001`, `address="0301234567"`; other bytes than printable ASCII as \xNN.
-  struct Argument {
-    Argument(std::string_view name, std::uintptr_t number);
-    Argument(std::string_view name, const char* string);
-    std::string shown;
-    std::optional<std::string> text;
-  };
-  CallRecord(std::string_view name, std::initializer_list<Argument> given);
+  using Value = std::variant<const char*, std::uintptr_t>;
+  /// A record without a result; the arguments are given as name, value, name, value …
+  CallRecord(std::string_view name, std::initializer_list<Value> named);
 
   std::string function;             ///< published name, without the A of the 8-bit variant
-  std::string arguments;            ///< as the log shows them, with blanks between
+  std::string arguments;            ///< `line=0x20001 address="0301234567"`; other bytes than printable ASCII as \xNN
   std::optional<std::string> text;  ///< the string argument, a number or a device class; nothing for a null pointer
   std::int32_t result{0};
 
@@ -140,11 +137,9 @@ class LineSimulator : public Telephony {
 
   /// Refuses the call or runs its body, and records it with the result.
   template <typename Body>
-  std::int32_t Recorded(std::string_view function, std::initializer_list<CallRecord::Argument> arguments,
-                        const Body& body) {
-    CallRecord record(function, arguments);
-    if (inside) inside(function);
-    const auto refused = Refused(function);
+  std::int32_t Recorded(CallRecord record, const Body& body) {
+    if (inside) inside(record.function);
+    const auto refused = Refused(record.function);
     const std::int32_t result = record.result = refused ? *refused : body();
     if (log_) log_(record.LogLine());
     calls_.push_back(std::move(record));

@@ -1,7 +1,6 @@
 #include <algorithm>
 
 #include "sim/LineSimulator.h"
-#include "sim/ScenarioLine.h"
 #include "sim/TapiCodes.h"
 
 namespace fonklav {
@@ -16,15 +15,14 @@ const Scenario kOtherwise = Scenario::Parse("call reply after=10\ndrop reply aft
 /// As the command that would send it.
 std::string LogLine(const LineMessage& sent) {
   const auto& [hDevice, message, instance, p1, p2, p3] = sent;
-  const CallRecord shown(
-      "", {{"msg", message}, {"device", hDevice}, {"instance", instance}, {"p1", p1}, {"p2", p2}, {"p3", p3}});
+  const CallRecord shown("", {"msg", message, "device", hDevice, "instance", instance, "p1", p1, "p2", p2, "p3", p3});
   return "message " + shown.arguments;
 }
 
 }  // namespace
 
 std::int32_t LineSimulator::lineMakeCall(HLINE line, HCALL& call, const char* destAddress, std::uint32_t countryCode) {
-  return Recorded("lineMakeCall", {{"line", line}, {"address", destAddress}, {"country", countryCode}}, [&] {
+  return Recorded({"lineMakeCall", {"line", line, "address", destAddress, "country", countryCode}}, [&] {
     const auto open = lines_.find(line);
     if (open == lines_.end()) return LINEERR_INVALLINEHANDLE;
     for (const auto& [handle, other] : live_) {
@@ -38,7 +36,7 @@ std::int32_t LineSimulator::lineMakeCall(HLINE line, HCALL& call, const char* de
 }
 
 std::int32_t LineSimulator::lineDrop(HCALL call) {
-  return Recorded("lineDrop", {{"call", call}}, [&] {
+  return Recorded({"lineDrop", {"call", call}}, [&] {
     const auto dropped = live_.find(call);
     if (dropped == live_.end()) return LINEERR_INVALCALLHANDLE;
     if (dropped->second.state == LINECALLSTATE_IDLE) return LINEERR_INVALCALLSTATE;
@@ -50,7 +48,7 @@ std::int32_t LineSimulator::lineDrop(HCALL call) {
 }
 
 std::int32_t LineSimulator::lineDeallocateCall(HCALL call) {
-  return Recorded("lineDeallocateCall", {{"call", call}}, [&] {
+  return Recorded({"lineDeallocateCall", {"call", call}}, [&] {
     const auto given = live_.find(call);
     if (given == live_.end()) return LINEERR_INVALCALLHANDLE;
     // From 2.0 on a call that is not idle may be left to the switch.

@@ -99,7 +99,7 @@ class Structure {
 
 std::int32_t LineSimulator::lineGetDevCaps(HLINEAPP lineApp, std::uint32_t deviceId, std::uint32_t apiVersion,
                                            std::uint32_t extVersion, std::span<std::byte> caps) {
-  return Recorded("lineGetDevCaps", {{"app", lineApp}, {"device", deviceId}, {"version", apiVersion}}, [&] {
+  return Recorded({"lineGetDevCaps", {"app", lineApp, "device", deviceId, "version", apiVersion}}, [&] {
     if (const auto code = CheckVersion(lineApp, deviceId, apiVersion, extVersion); code != 0) return code;
     Structure structure(caps);
     const auto& device = scenario_.devices[deviceId];
@@ -114,7 +114,7 @@ std::int32_t LineSimulator::lineGetDevCaps(HLINEAPP lineApp, std::uint32_t devic
 
 std::int32_t LineSimulator::lineGetTranslateCaps(HLINEAPP lineApp, std::uint32_t apiVersion,
                                                  std::span<std::byte> caps) {
-  return Recorded("lineGetTranslateCaps", {{"app", lineApp}, {"version", apiVersion}}, [&] {
+  return Recorded({"lineGetTranslateCaps", {"app", lineApp, "version", apiVersion}}, [&] {
     if (const auto code = CheckApp(lineApp); code != 0) return code;
     if (apiVersion < TAPI_VERSION1_3 || apiVersion > scenario_.version) return LINEERR_INCOMPATIBLEAPIVERSION;
     const auto& locations = scenario_.locations;
@@ -153,7 +153,7 @@ const Scenario::Location* LineSimulator::CurrentLocation() const {
 }
 
 std::int32_t LineSimulator::tapiGetLocationInfo(std::span<char, 8> countryCode, std::span<char, 8> cityCode) {
-  return Recorded("tapiGetLocationInfo", {}, [&] {
+  return Recorded({"tapiGetLocationInfo", {}}, [&] {
     const auto* const location = CurrentLocation();
     if (location == nullptr) return TAPIERR_REQUESTFAILED;
     // As telephony does: a code that is too long fills its buffer without a NUL.
@@ -166,14 +166,9 @@ std::int32_t LineSimulator::tapiGetLocationInfo(std::span<char, 8> countryCode, 
 std::int32_t LineSimulator::lineTranslateAddress(HLINEAPP lineApp, std::uint32_t deviceId, std::uint32_t apiVersion,
                                                  const char* addressIn, std::uint32_t card,
                                                  std::uint32_t translateOptions, std::span<std::byte> output) {
-  return Recorded("lineTranslateAddress",
-                  {{"app", lineApp},
-                   {"device", deviceId},
-                   {"version", apiVersion},
-                   {"address", addressIn},
-                   {"card", card},
-                   {"options", translateOptions}},
-                  [&] {
+  CallRecord record("lineTranslateAddress", {"app", lineApp, "device", deviceId, "version", apiVersion, "address",
+                                             addressIn, "card", card, "options", translateOptions});
+  return Recorded(std::move(record), [&] {
     if (const auto code = CheckVersion(lineApp, deviceId, apiVersion); code != 0) return code;
     if (addressIn == nullptr) return LINEERR_INVALPOINTER;
     const auto* const location = CurrentLocation();
