@@ -47,6 +47,7 @@ class StandIn final : public LineSimulator, private LineMessageSink {
     if (!logPath.empty()) log_.open(logPath, std::ios::app | std::ios::binary);
     SetLog([this](std::string_view line) { Log(line); });
     inside = [this](std::string_view /*function*/) {
+      ForgetCalls();  // the log has them, and what is held is to be the same however many there are in a tick
       MoveClock(Elapsed());
       if (timer_ == 0) timer_ = SetTimer(nullptr, 0, kTickMs, &OnTimer);
     };
@@ -66,7 +67,6 @@ class StandIn final : public LineSimulator, private LineMessageSink {
   static void CALLBACK OnTimer(HWND /*window*/, UINT /*message*/, UINT_PTR /*timer*/, DWORD /*time*/) {
     StandIn& standIn = Instance();
     if (!standIn.controlPath_.empty() && ++standIn.ticks_ % kTicksPerControl == 0) standIn.ReadControl();
-    standIn.ForgetCalls();  // the log has them
     // Before the program's next call nothing can come, and a program that sleeps is to be left asleep.
     const bool idle = standIn.controlPath_.empty() && standIn.WaitingMessages() == 0;
     if (idle || standIn.Registrations() == 0) KillTimer(nullptr, std::exchange(standIn.timer_, 0));
