@@ -134,9 +134,9 @@ class Form : public BareDialer {
   }
   void AnyLine() {
     const bool state = bytes_.Flag();
-    sim.InjectMessage(bytes_.Flag() ? sim.NewestCall() : 0, state ? LINE_CALLSTATE : LINE_REPLY,
-                      newest_ + bytes_.Below(2), state ? bytes_.OneOf(kStates) : bytes_.Below(16),
-                      bytes_.Flag() ? 0x80000048 : 0, 0);
+    sim.InjectMessage({bytes_.Flag() ? sim.NewestCall() : 0, state ? LINE_CALLSTATE : LINE_REPLY,
+                       newest_ + bytes_.Below(2), state ? bytes_.OneOf(kStates) : bytes_.Below(16),
+                       bytes_.Flag() ? 0x80000048 : 0, 0});
     sim.Advance({});
   }
   /// A message for an object that was replaced: nobody must hear of it.
@@ -144,7 +144,7 @@ class Form : public BareDialer {
     sim.Advance({});
     if (newest_ < 2) return;
     const bool before = std::exchange(quiet_, true);
-    sim.InjectMessage(0, LINE_CALLSTATE, 1 + bytes_.Below(newest_ - 1), bytes_.OneOf(kStates), 0, 0);
+    sim.InjectMessage({0, LINE_CALLSTATE, 1 + bytes_.Below(newest_ - 1), bytes_.OneOf(kStates), 0, 0});
     sim.Advance({});
     quiet_ = before;
   }

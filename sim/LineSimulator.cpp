@@ -8,6 +8,41 @@ namespace fonklav {
 
 using namespace sim;
 
+namespace {
+
+/// With other bytes than printable ASCII as \xNN.
+std::string Quoted(const char* text) {
+  if (text == nullptr) return "null";
+  std::string quoted{'"'};
+  for (const char byte : std::string_view(text)) {
+    const bool plain = byte >= ' ' && byte <= '~';
+    quoted += plain ? std::string{byte} : "\\x" + HexText(0x100U + static_cast<unsigned char>(byte)).substr(3);
+  }
+  return quoted + '"';
+}
+
+}  // namespace
+
+std::string HexText(std::uintptr_t value) {
+  const std::string last{"0123456789abcdef"[value & 0xFU]};
+  return value < 16 ? "0x" + last : HexText(value >> 4U) + last;
+}
+
+CallRecord::CallRecord(std::string_view name, std::initializer_list<Value> named) : function(name) {
+  for (const Value* at = named.begin(); at != named.end(); at += 2) {
+    arguments += (at == named.begin() ? "" : " ") + std::string(std::get<const char*>(at[0])) + '=';
+    const auto* const number = std::get_if<std::uintptr_t>(&at[1]);
+    const char* const string = number == nullptr ? std::get<const char*>(at[1]) : nullptr;
+    if (string != nullptr) text = string;
+    arguments += number != nullptr ? HexText(*number) : Quoted(string);
+  }
+}
+
+std::string CallRecord::LogLine() const {
+  const auto code = HexText(static_cast<std::uint32_t>(result));
+  return "call " + function + "(" + arguments + ") = " + (result > 0 ? std::to_string(result) : code);
+}
+
 std::optional<std::int32_t> LineSimulator::Refused(std::string_view function) {
   std::optional<std::int32_t> code;
   for (auto& refusal : scenario_.refusals) {
@@ -40,7 +75,7 @@ std::int32_t LineSimulator::CheckVersion(HLINEAPP app, std::uint32_t device, std
                                          std::uint32_t extension) const {
   if (const auto code = CheckDevice(app, device); code != 0) return code;
   const auto& rules = scenario_.devices[device];
-  const bool known = version >= rules.low && version <= std::min(rules.version, scenario_.version);
+  const bool known = version >= TAPI_VERSION1_3 && version <= std::min(rules.version, scenario_.version);
   if (!known) return LINEERR_INCOMPATIBLEAPIVERSION;
   return extension == 0 ? 0 : LINEERR_INCOMPATIBLEEXTVERSION;
 }
@@ -48,8 +83,8 @@ std::int32_t LineSimulator::CheckVersion(HLINEAPP app, std::uint32_t device, std
 std::int32_t LineSimulator::lineInitializeEx(HLINEAPP& lineApp, LineMessageSink& sink, const char* friendlyName,
                                              std::uint32_t& numDevs, std::uint32_t& apiVersion,
                                              LINEINITIALIZEEXPARAMS& params) {
-  CallRecord record("lineInitializeEx", "name", friendlyName, "version", apiVersion, "size", params.dwTotalSize,
-                    "options", params.dwOptions);
+  CallRecord record("lineInitializeEx", {"name", friendlyName, "version", apiVersion, "size", params.dwTotalSize,
+                                         "options", params.dwOptions});
   return Recorded(std::move(record), [&] {
     if (params.dwTotalSize < sizeof params) return LINEERR_STRUCTURETOOSMALL;
     if (params.dwOptions != LINEINITIALIZEEXOPTION_USEHIDDENWINDOW) return LINEERR_INVALPARAM;
@@ -58,7 +93,7 @@ std::int32_t LineSimulator::lineInitializeEx(HLINEAPP& lineApp, LineMessageSink&
     const bool known = early ? apiVersion <= scenario_.version : apiVersion >= TAPI_VERSION2_0;
     if (!known || apiVersion < TAPI_VERSION1_3) return LINEERR_INCOMPATIBLEAPIVERSION;
     params.dwNeededSize = params.dwUsedSize = sizeof params;
-    lineApp = NextHandle(apps_, kFirstApp, lastApp_);
+    lineApp = NextHandle(apps_, lastApp_);
     apps_[lineApp] = &sink;
     numDevs = static_cast<std::uint32_t>(scenario_.devices.size());
     apiVersion = scenario_.version;
@@ -67,13 +102,12 @@ std::int32_t LineSimulator::lineInitializeEx(HLINEAPP& lineApp, LineMessageSink&
 }
 
 std::int32_t LineSimulator::lineShutdown(HLINEAPP lineApp) {
-  return Recorded(CallRecord("lineShutdown", "app", lineApp), [&] {
+  return Recorded({"lineShutdown", {"app", lineApp}}, [&] {
     if (const auto code = CheckApp(lineApp); code != 0) return code;
-    std::vector<HLINE> open;
-    for (const auto& [handle, line] : lines_) {
-      if (line.app == lineApp) open.push_back(handle);
+    for (auto next = lines_.begin(); next != lines_.end();) {
+      const auto [line, open] = *next++;
+      if (open.app == lineApp) EndLine(line);
     }
-    for (const HLINE line : open) EndLine(line);
     std::erase_if(queue_, [&](const DueMessage& due) { return due.app == lineApp; });
     apps_.erase(lineApp);
     return 0;
@@ -83,12 +117,12 @@ std::int32_t LineSimulator::lineShutdown(HLINEAPP lineApp) {
 std::int32_t LineSimulator::lineNegotiateAPIVersion(HLINEAPP lineApp, std::uint32_t deviceId, std::uint32_t low,
                                                     std::uint32_t high, std::uint32_t& apiVersion,
                                                     LINEEXTENSIONID& extensionId) {
-  CallRecord record("lineNegotiateAPIVersion", "app", lineApp, "device", deviceId, "low", low, "high", high);
+  CallRecord record("lineNegotiateAPIVersion", {"app", lineApp, "device", deviceId, "low", low, "high", high});
   return Recorded(std::move(record), [&] {
     if (const auto code = CheckDevice(lineApp, deviceId); code != 0) return code;
     const auto& device = scenario_.devices[deviceId];
     const std::uint32_t version = std::min({high, device.version, scenario_.version});
-    if (version < low || version < device.low) return LINEERR_INCOMPATIBLEAPIVERSION;
+    if (version < low || version < TAPI_VERSION1_3) return LINEERR_INCOMPATIBLEAPIVERSION;
     apiVersion = version;
     const auto& words = device.extension;
     extensionId = {words[0], words[1], words[2], words[3]};
@@ -99,24 +133,20 @@ std::int32_t LineSimulator::lineNegotiateAPIVersion(HLINEAPP lineApp, std::uint3
 std::int32_t LineSimulator::lineOpen(HLINEAPP lineApp, std::uint32_t deviceId, HLINE& line, std::uint32_t apiVersion,
                                      std::uint32_t extVersion, std::uintptr_t callbackInstance,
                                      std::uint32_t privileges, std::uint32_t mediaModes) {
-  CallRecord record("lineOpen", "app", lineApp, "device", deviceId, "version", apiVersion, "instance", callbackInstance,
-                    "privileges", privileges, "media", mediaModes);
+  CallRecord record("lineOpen", {"app", lineApp, "device", deviceId, "version", apiVersion, "instance",
+                                 callbackInstance, "privileges", privileges, "media", mediaModes});
   return Recorded(std::move(record), [&] {
     if (const auto code = CheckVersion(lineApp, deviceId, apiVersion, extVersion); code != 0) return code;
-    constexpr auto kKnown = LINECALLPRIVILEGE_NONE | LINECALLPRIVILEGE_MONITOR | LINECALLPRIVILEGE_OWNER;
-    if (privileges == 0 || (privileges & ~kKnown) != 0) return LINEERR_INVALPRIVSELECT;
-    // The media modes say which incoming calls an owner wants; who only calls out is not asked for them.
-    const std::uint32_t able = scenario_.devices[deviceId].numbers.at(offsetof(LINEDEVCAPS, dwMediaModes));
-    const bool owner = (privileges & LINECALLPRIVILEGE_OWNER) != 0;
-    if (owner && (mediaModes == 0 || (mediaModes & ~able) != 0)) return LINEERR_INVALMEDIAMODE;
-    line = NextHandle(lines_, kFirstLine, lastLine_);
+    // The others are for who takes calls in.
+    if (privileges != LINECALLPRIVILEGE_NONE) return LINEERR_INVALPRIVSELECT;
+    line = NextHandle(lines_, lastLine_);
     lines_[line] = {lineApp, apiVersion, callbackInstance};
     return 0;
   });
 }
 
 std::int32_t LineSimulator::lineClose(HLINE line) {
-  return Recorded(CallRecord("lineClose", "line", line), [&] {
+  return Recorded({"lineClose", {"line", line}}, [&] {
     if (!lines_.contains(line)) return LINEERR_INVALLINEHANDLE;
     EndLine(line);
     return 0;
@@ -125,7 +155,7 @@ std::int32_t LineSimulator::lineClose(HLINE line) {
 
 /// Closing drops the line's calls and suppresses every reply that is still out for it.
 void LineSimulator::EndLine(HLINE line) {
-  std::erase_if(queue_, [&](const auto& due) { return due.kind != DueMessage::Kind::Raw && due.line == line; });
+  std::erase_if(queue_, [&](const auto& due) { return due.kind != Kind::Raw && due.line == line; });
   std::erase_if(live_, [&](const auto& call) { return call.second.line == line; });
   lines_.erase(line);
 }
@@ -138,19 +168,19 @@ std::int32_t LineSimulator::CheckDeviceClass(std::uint32_t device, const char* d
 }
 
 std::int32_t LineSimulator::lineConfigDialog(std::uint32_t deviceId, std::uintptr_t owner, const char* deviceClass) {
-  return Recorded(CallRecord("lineConfigDialog", "device", deviceId, "owner", owner, "class", deviceClass),
+  return Recorded({"lineConfigDialog", {"device", deviceId, "owner", owner, "class", deviceClass}},
                   [&] { return CheckDeviceClass(deviceId, deviceClass); });
 }
 
 std::int32_t LineSimulator::lineTranslateDialog(HLINEAPP lineApp, std::uint32_t deviceId, std::uint32_t apiVersion,
                                                 std::uintptr_t owner, const char* addressIn) {
-  CallRecord record("lineTranslateDialog", "app", lineApp, "device", deviceId, "version", apiVersion, "owner", owner,
-                    "address", addressIn);
+  CallRecord record("lineTranslateDialog",
+                    {"app", lineApp, "device", deviceId, "version", apiVersion, "owner", owner, "address", addressIn});
   return Recorded(std::move(record), [&] { return CheckVersion(lineApp, deviceId, apiVersion); });
 }
 
 std::int32_t LineSimulator::lineGetIcon(std::uint32_t deviceId, const char* deviceClass, std::uintptr_t& icon) {
-  return Recorded(CallRecord("lineGetIcon", "device", deviceId, "class", deviceClass), [&] {
+  return Recorded({"lineGetIcon", {"device", deviceId, "class", deviceClass}}, [&] {
     if (const auto code = CheckDeviceClass(deviceId, deviceClass); code != 0) return code;
     icon = scenario_.devices[deviceId].icon;
     return 0;

@@ -3,41 +3,58 @@
 #include <chrono>
 #include <cstddef>
 #include <functional>
+#include <initializer_list>
 #include <map>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <variant>
 #include <vector>
 
 #include "platform/Telephony.h"
-#include "sim/CallRecord.h"
-#include "sim/LineMessage.h"
 #include "sim/Scenario.h"
 
 namespace fonklav {
 
-class DriverBuffer;
+/// "0x" and the number in hexadecimal digits.
+[[nodiscard]] std::string HexText(std::uintptr_t value);
+
+/// One call that was made on the simulated telephony.
+struct CallRecord {
+  using Value = std::variant<const char*, std::uintptr_t>;
+  /// A record without a result; the arguments are given as name, value, name, value …
+  CallRecord(std::string_view name, std::initializer_list<Value> named);
+
+  std::string function;             ///< published name, without the A of the 8-bit variant
+  std::string arguments;            ///< `line=0x20001 address="0301234567"`; other bytes than printable ASCII as \xNN
+  std::optional<std::string> text;  ///< the string argument, a number or a device class; nothing for a null pointer
+  std::int32_t result{0};
+
+  /// "call lineOpen(app=…) = 0x0" without a line end. A request's number is decimal.
+  [[nodiscard]] std::string LogLine() const;
+};
 
 /// A telephone system that behaves as TAPI does: devices, locations, translation, asynchronous requests, handles that
 /// are checked, and calls whose progress a scenario gives. Time is virtual; messages wait until somebody pumps
-/// (Advance, DeliverDue, DeliverOne) and never come from inside one of the telephony functions. Every call made is
-/// recorded. One thread only.
+/// (Advance, DeliverOne) and never come from inside one of the telephony functions. Every call made is recorded. One
+/// thread only.
 class LineSimulator : public Telephony {
  public:
   using Milliseconds = std::chrono::milliseconds;
 
   explicit LineSimulator(Scenario scenario) : scenario_(std::move(scenario)) {}
 
+  /// Called at the start of each function with its published name: what telephony lets happen in the middle of it, for
+  /// example a message that it dispatches. What this throws is as if the system had no such function.
+  std::function<void(std::string_view)> inside;
+
   // Time.
-  [[nodiscard]] Milliseconds Now() const { return now_; }
   /// Moves the clock alone, never back: what was due on the way waits for the next pumping.
   void MoveClock(Milliseconds now);
   /// Lets `time` pass and delivers what comes due on the way, each at its own moment.
-  void Advance(Milliseconds time) { DeliverDue(now_ + time); }
-  /// The same for a clock that runs elsewhere: `now` counts from its own zero.
-  void DeliverDue(Milliseconds now);
-  /// Moves the clock and delivers at most one message that is due. False when there was none.
+  void Advance(Milliseconds time);
+  /// Delivers one message that is due at `now`, the earliest. Where there is none the clock moves there: false.
   bool DeliverOne(Milliseconds now);
-  [[nodiscard]] bool IsDue(Milliseconds now) const { return !queue_.empty() && queue_.front().due <= now; }
 
   // What a test reads.
   [[nodiscard]] const std::vector<CallRecord>& Calls() const { return calls_; }
@@ -49,27 +66,24 @@ class LineSimulator : public Telephony {
   [[nodiscard]] std::size_t OpenLines() const { return lines_.size(); }
   [[nodiscard]] std::size_t LiveCalls() const { return live_.size(); }
   [[nodiscard]] std::size_t WaitingMessages() const { return queue_.size(); }
-  /// The newest handles, 0 without any.
-  [[nodiscard]] HLINE NewestLine() const { return lines_.empty() ? 0 : lines_.rbegin()->first; }
+  /// The newest call's handle, 0 without any.
   [[nodiscard]] HCALL NewestCall() const { return live_.empty() ? 0 : live_.rbegin()->first; }
   /// The scenario, which may be changed at any time: what follows goes by the new rules.
   [[nodiscard]] Scenario& Rules() { return scenario_; }
   /// Receives one line of text for every call made and every message delivered.
   void SetLog(std::function<void(std::string_view)> log) { log_ = std::move(log); }
 
-  // What happens at the far end, or in a driver that errs. All of it arrives with the next pumping. The first three go
-  // to the newest call and return false when there is none that could do so.
-  bool RemoteAnswer() { return InjectState(LINECALLSTATE_CONNECTED); }
+  // What happens at the far end, or in a driver that errs. All of it arrives with the next pumping. The first two go to
+  // the newest call and return false when there is none that could do so.
   bool RemoteHangUp();
   /// Puts the call into `state`, whatever it is in; what the scenario still held for it is dropped.
-  bool InjectState(std::uint32_t state, std::uint32_t detail = 0);
+  bool InjectState(std::uint32_t state, std::uintptr_t detail = 0);
   /// Any message, for any object instance; it goes to the newest registration.
-  void InjectMessage(std::uint32_t hDevice, std::uint32_t message, std::uintptr_t instance, std::uintptr_t p1,
-                     std::uintptr_t p2, std::uintptr_t p3);
+  void InjectMessage(const LineMessage& message) { Queue({.due = now_, .message = message}); }
   /// Telephony takes the newest open line away: its handle is dead, LINE_CLOSE says so. False without an open line.
   bool ForceClose();
-  /// Does what one line of text says: "answer", "hangup", "close", "state NAME detail=N", "message msg=N …", or any
-  /// line of a scenario, which holds from then on. Throws ScenarioError for what it does not understand or cannot do.
+  /// Does what one line of text says: "hangup", "close", "state NAME detail=N", "message msg=N …", or any line of a
+  /// scenario, which holds from then on. Throws ScenarioError for what it does not understand or cannot do.
   void Command(std::string_view text);
 
   // Telephony.
@@ -98,11 +112,9 @@ class LineSimulator : public Telephony {
                                    std::uintptr_t owner, const char* addressIn) override;
   std::int32_t lineGetIcon(std::uint32_t deviceId, const char* deviceClass, std::uintptr_t& icon) override;
 
- protected:
-  /// Called at the start of every telephony function with its published name.
-  virtual void OnEntry(std::string_view /*function*/) {}
-
  private:
+  using Kind = Scenario::Step::Kind;
+
   struct Line {
     HLINEAPP app{0};
     std::uint32_t version{0};
@@ -112,27 +124,36 @@ class LineSimulator : public Telephony {
     HLINE line{0};
     std::uint32_t state{0};
   };
+  /// A message on its way, with what it belongs to.
+  struct DueMessage {
+    Milliseconds due{0};
+    Kind kind{Kind::Raw};
+    HLINEAPP app{0};  ///< 0: whichever registration is the newest when it is due
+    HLINE line{0};
+    HCALL call{0};
+    HCALL* cell{nullptr};  ///< of a reply to lineMakeCall: where success writes the call's handle
+    LineMessage message{};
+  };
 
   /// Refuses the call or runs its body, and records it with the result.
   template <typename Body>
   std::int32_t Recorded(CallRecord record, const Body& body) {
-    OnEntry(record.function);
+    if (inside) inside(record.function);
     const auto refused = Refused(record.function);
-    record.result = refused ? *refused : body();
+    const std::int32_t result = record.result = refused ? *refused : body();
     if (log_) log_(record.LogLine());
     calls_.push_back(std::move(record));
-    const std::int32_t result = calls_.back().result;
-    if (scenario_.inside != 0) DeliverDue(now_);
+    if (scenario_.inside != 0) Advance({});
     return result;
   }
   std::optional<std::int32_t> Refused(std::string_view function);
-  /// A handle for a new entry of `living`, whose numbers begin behind `first`; `last` is the newest given out.
+  /// A handle for a new entry of `living`; `last` is the newest given out.
   template <typename Map>
-  typename Map::key_type NextHandle(const Map& living, typename Map::key_type first, typename Map::key_type& last) {
-    if (scenario_.reuse == 0) return ++last;
-    typename Map::key_type handle = first + 1;
-    while (living.contains(handle)) ++handle;
-    return handle;
+  std::uint32_t NextHandle(const Map& living, std::uint32_t& last) {
+    if (scenario_.reuse != 0) last &= 0xFFFF0000;
+    do ++last;
+    while (living.contains(last));
+    return last;
   }
 
   [[nodiscard]] std::int32_t CheckApp(HLINEAPP app) const;
@@ -141,14 +162,11 @@ class LineSimulator : public Telephony {
                                           std::uint32_t extension = 0) const;
   [[nodiscard]] std::int32_t CheckDeviceClass(std::uint32_t device, const char* deviceClass) const;
   [[nodiscard]] const Scenario::Location* CurrentLocation() const;
-  void FillLocations(DriverBuffer& buffer) const;
-  void ApplyPatches(DriverBuffer& buffer, std::string_view structure, std::optional<std::uint32_t> device = {});
 
   void Queue(const DueMessage& message);
   std::int32_t Schedule(const std::vector<Scenario::Step>& steps, const DueMessage& origin);
   void DropWaiting(HCALL call, bool repliesToo);
   void EndLine(HLINE line);
-  void Deliver();
   bool Process(const DueMessage& due);
 
   Scenario scenario_;
@@ -157,12 +175,9 @@ class LineSimulator : public Telephony {
   std::map<HLINEAPP, LineMessageSink*> apps_;
   std::map<HLINE, Line> lines_;
   std::map<HCALL, Call> live_;
-  static constexpr HLINEAPP kFirstApp = 0x10000;
-  static constexpr HLINE kFirstLine = 0x20000;
-  static constexpr HCALL kFirstCall = 0x30000;
-  HLINEAPP lastApp_{kFirstApp};
-  HLINE lastLine_{kFirstLine};
-  HCALL lastCall_{kFirstCall};
+  HLINEAPP lastApp_{0x10000};
+  HLINE lastLine_{0x20000};
+  HCALL lastCall_{0x30000};
   std::int32_t lastRequest_{0};
   std::vector<CallRecord> calls_;
   std::function<void(std::string_view)> log_;

@@ -1,8 +1,6 @@
 #include <algorithm>
-#include <array>
 
 #include "sim/LineSimulator.h"
-#include "sim/ScenarioLine.h"
 #include "sim/TapiCodes.h"
 
 namespace fonklav {
@@ -11,51 +9,46 @@ using namespace sim;
 
 namespace {
 
-constexpr std::array kMessages{Named{"LINE_CALLSTATE", LINE_CALLSTATE}, Named{"LINE_CLOSE", LINE_CLOSE},
-                               Named{"LINE_LINEDEVSTATE", LINE_LINEDEVSTATE}, Named{"LINE_REPLY", LINE_REPLY}};
+/// What follows a request for which the scenario has no steps.
+const Scenario kOtherwise = Scenario::Parse("call reply after=10\ndrop reply after=10\ndrop state idle after=20\n");
 
-std::string NameOf(std::uintptr_t value, std::span<const Named> names) {
-  const auto named = std::ranges::find(names, value, &Named::value);
-  return named == names.end() ? HexText(value) : std::string(named->name);
-}
-
-std::string LogLine(const LineMessage& message) {
-  const bool state = message.message == LINE_CALLSTATE;
-  return "message " + NameOf(message.message, kMessages) + " device=" + HexText(message.hDevice) +
-         " instance=" + HexText(message.instance) +
-         " p1=" + (state ? NameOf(message.p1, kCallStates) : HexText(message.p1)) + " p2=" + HexText(message.p2) +
-         " p3=" + HexText(message.p3);
+/// As the command that would send it.
+std::string LogLine(const LineMessage& sent) {
+  const auto& [hDevice, message, instance, p1, p2, p3] = sent;
+  const CallRecord shown("", {"msg", message, "device", hDevice, "instance", instance, "p1", p1, "p2", p2, "p3", p3});
+  return "message " + shown.arguments;
 }
 
 }  // namespace
 
 std::int32_t LineSimulator::lineMakeCall(HLINE line, HCALL& call, const char* destAddress, std::uint32_t countryCode) {
-  CallRecord record("lineMakeCall", "line", line, "address", destAddress, "country", countryCode);
-  return Recorded(std::move(record), [&] {
+  return Recorded({"lineMakeCall", {"line", line, "address", destAddress, "country", countryCode}}, [&] {
     const auto open = lines_.find(line);
     if (open == lines_.end()) return LINEERR_INVALLINEHANDLE;
     for (const auto& [handle, other] : live_) {
       if (other.line == line && other.state != LINECALLSTATE_IDLE) return LINEERR_CALLUNAVAIL;
     }
-    const HCALL made = NextHandle(live_, kFirstCall, lastCall_);
+    const HCALL made = NextHandle(live_, lastCall_);
     live_[made] = {.line = line};
-    return Schedule(scenario_.callSteps, {.app = open->second.app, .line = line, .call = made, .cell = &call});
+    const auto& steps = scenario_.callSteps ? scenario_.callSteps : kOtherwise.callSteps;
+    return Schedule(*steps, {.app = open->second.app, .line = line, .call = made, .cell = &call});
   });
 }
 
 std::int32_t LineSimulator::lineDrop(HCALL call) {
-  return Recorded(CallRecord("lineDrop", "call", call), [&] {
+  return Recorded({"lineDrop", {"call", call}}, [&] {
     const auto dropped = live_.find(call);
     if (dropped == live_.end()) return LINEERR_INVALCALLHANDLE;
     if (dropped->second.state == LINECALLSTATE_IDLE) return LINEERR_INVALCALLSTATE;
     DropWaiting(call, false);
     const HLINE line = dropped->second.line;
-    return Schedule(scenario_.dropSteps, {.app = lines_.at(line).app, .line = line, .call = call});
+    const auto& steps = scenario_.dropSteps ? scenario_.dropSteps : kOtherwise.dropSteps;
+    return Schedule(*steps, {.app = lines_.at(line).app, .line = line, .call = call});
   });
 }
 
 std::int32_t LineSimulator::lineDeallocateCall(HCALL call) {
-  return Recorded(CallRecord("lineDeallocateCall", "call", call), [&] {
+  return Recorded({"lineDeallocateCall", {"call", call}}, [&] {
     const auto given = live_.find(call);
     if (given == live_.end()) return LINEERR_INVALCALLHANDLE;
     // From 2.0 on a call that is not idle may be left to the switch.
@@ -80,8 +73,8 @@ std::int32_t LineSimulator::Schedule(const std::vector<Scenario::Step>& steps, c
     due.kind = step.kind;
     due.message = step.message;
     if (step.ownInstance) due.message.instance = lines_.at(origin.line).instance;
-    if (step.kind == DueMessage::Kind::Reply) due.message.p1 = static_cast<std::uintptr_t>(lastRequest_);
-    if (step.kind == DueMessage::Kind::State) due.message.hDevice = origin.call;
+    if (step.kind == Kind::Reply) due.message.p1 = static_cast<std::uintptr_t>(lastRequest_);
+    if (step.kind == Kind::State) due.message.hDevice = origin.call;
     Queue(due);
   }
   return lastRequest_;
@@ -90,18 +83,18 @@ std::int32_t LineSimulator::Schedule(const std::vector<Scenario::Step>& steps, c
 /// Takes back the states that a call was still to go through, and where it ends its replies too.
 void LineSimulator::DropWaiting(HCALL call, bool repliesToo) {
   std::erase_if(queue_, [&](const DueMessage& due) {
-    const bool reply = due.kind == DueMessage::Kind::Reply;
-    return due.call == call && (due.kind == DueMessage::Kind::State || (reply && repliesToo));
+    const bool reply = due.kind == Kind::Reply;
+    return due.call == call && (due.kind == Kind::State || (reply && repliesToo));
   });
 }
 
-bool LineSimulator::InjectState(std::uint32_t state, std::uint32_t detail) {
+bool LineSimulator::InjectState(std::uint32_t state, std::uintptr_t detail) {
   if (live_.empty() || live_.rbegin()->second.state == LINECALLSTATE_IDLE) return false;
   const auto& [call, known] = *live_.rbegin();
   const Line& line = lines_.at(known.line);
   DropWaiting(call, false);
   Queue({.due = now_,
-         .kind = DueMessage::Kind::State,
+         .kind = Kind::State,
          .app = line.app,
          .line = known.line,
          .call = call,
@@ -112,11 +105,6 @@ bool LineSimulator::InjectState(std::uint32_t state, std::uint32_t detail) {
 bool LineSimulator::RemoteHangUp() {
   if (!live_.empty() && live_.rbegin()->second.state == LINECALLSTATE_DISCONNECTED) return false;
   return InjectState(LINECALLSTATE_DISCONNECTED, LINEDISCONNECTMODE_NORMAL);
-}
-
-void LineSimulator::InjectMessage(std::uint32_t hDevice, std::uint32_t message, std::uintptr_t instance,
-                                  std::uintptr_t p1, std::uintptr_t p2, std::uintptr_t p3) {
-  Queue({.due = now_, .message = {hDevice, message, instance, p1, p2, p3}});
 }
 
 bool LineSimulator::ForceClose() {
@@ -132,19 +120,17 @@ void LineSimulator::Command(std::string_view text) {
   if (line.Empty()) return;
   const std::string command = line.Word("a command");
   bool done = true;
-  if (command == "answer") {
-    done = RemoteAnswer();
-  } else if (command == "hangup") {
+  if (command == "hangup") {
     done = RemoteHangUp();
   } else if (command == "close") {
     done = ForceClose();
   } else if (command == "state") {
-    const std::uint32_t state = line.ToState(line.Word("a call state"));
-    done = InjectState(state, line.Number("detail", 0));
+    const LineMessage message = ReadStep(command, line).message;
+    done = InjectState(static_cast<std::uint32_t>(message.p1), message.p2);
   } else if (command == "message") {
-    auto [kind, after, message, ownInstance] = Scenario::ParseMessage(line);
+    auto [kind, after, message, ownInstance] = ReadStep(command, line);
     if (ownInstance && !lines_.empty()) message.instance = lines_.rbegin()->second.instance;
-    Queue({.due = now_, .message = message});
+    InjectMessage(message);
   } else {
     return scenario_.Apply(text);
   }
@@ -154,29 +140,19 @@ void LineSimulator::Command(std::string_view text) {
 
 void LineSimulator::MoveClock(Milliseconds now) { now_ = std::max(now_, now); }
 
-void LineSimulator::DeliverDue(Milliseconds now) {
-  while (IsDue(now)) {
-    MoveClock(queue_.front().due);
-    Deliver();
-  }
-  MoveClock(now);
-}
-
-bool LineSimulator::DeliverOne(Milliseconds now) {
-  MoveClock(now);
-  if (!IsDue(now)) return false;
-  Deliver();
-  return true;
+void LineSimulator::Advance(Milliseconds time) {
+  const Milliseconds end = now_ + time;
+  while (DeliverOne(end)) continue;
 }
 
 /// Brings call and cell up to what the message says. False when it has become void: IDLE is the last state.
 bool LineSimulator::Process(const DueMessage& due) {
   const auto call = live_.find(due.call);
-  if (due.kind == DueMessage::Kind::State) {
+  if (due.kind == Kind::State) {
     if (call == live_.end() || call->second.state == LINECALLSTATE_IDLE) return false;
     call->second.state = static_cast<std::uint32_t>(due.message.p1);
   }
-  if (due.kind != DueMessage::Kind::Reply || due.cell == nullptr || call == live_.end()) return true;
+  if (due.kind != Kind::Reply || due.cell == nullptr || call == live_.end()) return true;
   if (due.message.p2 == 0) {
     *due.cell = due.call;
   } else {
@@ -186,15 +162,19 @@ bool LineSimulator::Process(const DueMessage& due) {
   return true;
 }
 
-void LineSimulator::Deliver() {
+bool LineSimulator::DeliverOne(Milliseconds now) {
+  const bool waits = queue_.empty() || queue_.front().due > now;
+  MoveClock(waits ? now : queue_.front().due);
+  if (waits) return false;
   const DueMessage due = queue_.front();
   queue_.erase(queue_.begin());
   const auto app = due.app != 0 || apps_.empty() ? apps_.find(due.app) : std::prev(apps_.end());
-  if (app == apps_.end() || !Process(due)) return;
+  if (app == apps_.end() || !Process(due)) return true;
   const auto& [hDevice, message, instance, p1, p2, p3] = due.message;
   if (log_) log_(LogLine(due.message));
   // The receiver may shut down, and with it this very registration: nothing is touched after it returns.
   app->second->LineCallBackProc(hDevice, message, instance, p1, p2, p3);
+  return true;
 }
 
 }  // namespace fonklav

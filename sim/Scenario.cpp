@@ -1,11 +1,11 @@
 #include "sim/Scenario.h"
 
 #include <algorithm>
-#include <array>
+#include <charconv>
 #include <fstream>
 #include <iterator>
+#include <utility>
 
-#include "sim/ScenarioLine.h"
 #include "sim/TapiCodes.h"
 #include "util/Text.h"
 
@@ -13,49 +13,227 @@ namespace fonklav {
 
 namespace {
 
+constexpr std::string_view kBlanks = " \t\r";
+
+/// The call states that mean something to a dialer.
+constexpr std::array kCallStates{std::pair{"idle", LINECALLSTATE_IDLE},
+                                 std::pair{"dialing", LINECALLSTATE_DIALING},
+                                 std::pair{"ringback", LINECALLSTATE_RINGBACK},
+                                 std::pair{"busy", LINECALLSTATE_BUSY},
+                                 std::pair{"connected", LINECALLSTATE_CONNECTED},
+                                 std::pair{"proceeding", LINECALLSTATE_PROCEEDING},
+                                 std::pair{"disconnected", LINECALLSTATE_DISCONNECTED}};
+
+std::optional<std::uint32_t> Parsed(std::string_view digits, int base) {
+  std::uint32_t value = 0;
+  const char* const end = digits.data() + digits.size();
+  const auto [rest, error] = std::from_chars(digits.data(), end, value, base);
+  if (error != std::errc{} || rest != end) return std::nullopt;
+  return value;
+}
+
 using std::chrono::milliseconds;
 
-using Kind = DueMessage::Kind;
+using Kind = Scenario::Step::Kind;
 
-const Scenario::Step kReply{.kind = Kind::Reply, .after = milliseconds(10), .message = {.message = LINE_REPLY}};
-const Scenario::Step kIdle{
-    .kind = Kind::State, .after = milliseconds(20), .message = {.message = LINE_CALLSTATE, .p1 = LINECALLSTATE_IDLE}};
+void SetTelephony(Scenario& scenario, ScenarioLine& line) {
+  line.Into("version", scenario.version);
+  line.Into("reuse", scenario.reuse);
+  line.Into("inside", scenario.inside);
+  line.Into("blanks", scenario.blanks);
+}
 
-struct DeviceNumber {
-  std::string_view key;
-  std::size_t offset;
-  std::uint32_t standard;
+/// Without further words the device is an ordinary voice line.
+void AddDevice(Scenario& scenario, ScenarioLine& line) {
+  Scenario::Device device;
+  line.Into("name", device.name);
+  line.Into("provider", device.provider);
+  line.Into("switch", device.switchInfo);
+  line.Into("version", device.version);
+  line.Into("icon", device.icon);
+  for (std::size_t word = 0; word < device.extension.size(); ++word) {
+    line.Into("ext" + std::to_string(word), device.extension[word]);
+  }
+  LINEDEVCAPS& caps = device.caps;
+  caps.dwPermanentLineID = line.Number("id", static_cast<std::uint32_t>(scenario.devices.size()) + 1);
+  caps.dwStringFormat = line.Number("format", STRINGFORMAT_ASCII);
+  caps.dwAddressModes = line.Number("addressmodes", LINEADDRESSMODE_ADDRESSID);
+  caps.dwNumAddresses = line.Number("addresses", 1);
+  caps.dwBearerModes = line.Number("bearer", LINEBEARERMODE_VOICE);
+  caps.dwMaxRate = line.Number("rate", 64000);
+  caps.dwMediaModes = line.Number("media", LINEMEDIAMODE_INTERACTIVEVOICE);
+  caps.dwGenerateToneModes = line.Number("tones", 0);
+  caps.dwGenerateToneMaxNumFreq = line.Number("tonefreq", 0);
+  caps.dwNumTerminals = line.Number("terminals", 0);
+  caps.dwMaxNumActiveCalls = 1;
+  scenario.devices.push_back(std::move(device));
+}
+
+void AddLocation(Scenario& scenario, ScenarioLine& line) {
+  Scenario::Location location;
+  location.id = line.Number("id", static_cast<std::uint32_t>(scenario.locations.size()) + 1);
+  line.Into("name", location.name);
+  line.Into("country", location.country);
+  line.Into("city", location.city);
+  line.Into("local", location.localAccess);
+  line.Into("long", location.longDistanceAccess);
+  if (line.Number("current", 0) != 0) scenario.currentLocation = location.id;
+  scenario.locations.push_back(std::move(location));
+}
+
+template <auto Steps>
+void AddStep(Scenario& scenario, ScenarioLine& line) {
+  auto& steps = scenario.*Steps;
+  if (!steps) steps.emplace();
+  const std::string kind = line.Word("reply, state, message or nothing");
+  if (kind == "nothing") return steps->clear();
+  steps->push_back(ReadStep(kind, line));
+  steps->back().after = milliseconds(line.Number("after", 0));
+}
+
+void AddRefusal(Scenario& scenario, ScenarioLine& line) {
+  Scenario::Refusal refusal;
+  refusal.function = line.Word("a function");
+  refusal.code = sim::Code(line.ToNumber(line.Word("a code")));
+  line.Into("nth", refusal.nth);
+  line.Into("times", refusal.times);
+  scenario.refusals.push_back(std::move(refusal));
+}
+
+void AddPatch(Scenario& scenario, ScenarioLine& line) {
+  Scenario::Patch patch;
+  patch.structure = line.Word("a structure");
+  if (patch.structure != "devcaps" && patch.structure != "translatecaps" && patch.structure != "translateoutput") {
+    line.Fail("'" + patch.structure + "' is none of devcaps, translatecaps, translateoutput");
+  }
+  if (const auto device = line.Text("device")) patch.device = line.ToNumber(*device);
+  line.Into("offset", patch.offset);
+  line.Into("value", patch.value);
+  line.Into("step", patch.step);
+  scenario.patches.push_back(std::move(patch));
+}
+
+struct Directive {
+  std::string_view name;
+  void (*read)(Scenario&, ScenarioLine&);
 };
+constexpr std::array kDirectives{Directive{"tapi", SetTelephony},
+                                 Directive{"device", AddDevice},
+                                 Directive{"location", AddLocation},
+                                 Directive{"call", AddStep<&Scenario::callSteps>},
+                                 Directive{"drop", AddStep<&Scenario::dropSteps>},
+                                 Directive{"refuse", AddRefusal},
+                                 Directive{"patch", AddPatch}};
 
-/// What a device line may say about the numbers in LINEDEVCAPS. Without it the device is an ordinary voice line.
-constexpr std::array kDeviceNumbers{
-    DeviceNumber{"format", offsetof(LINEDEVCAPS, dwStringFormat), STRINGFORMAT_ASCII},
-    DeviceNumber{"addressmodes", offsetof(LINEDEVCAPS, dwAddressModes), LINEADDRESSMODE_ADDRESSID},
-    DeviceNumber{"addresses", offsetof(LINEDEVCAPS, dwNumAddresses), 1},
-    DeviceNumber{"bearer", offsetof(LINEDEVCAPS, dwBearerModes), LINEBEARERMODE_VOICE},
-    DeviceNumber{"rate", offsetof(LINEDEVCAPS, dwMaxRate), 64000},
-    DeviceNumber{"media", offsetof(LINEDEVCAPS, dwMediaModes), LINEMEDIAMODE_INTERACTIVEVOICE},
-    DeviceNumber{"tones", offsetof(LINEDEVCAPS, dwGenerateToneModes), 0},
-    DeviceNumber{"tonefreq", offsetof(LINEDEVCAPS, dwGenerateToneMaxNumFreq), 0},
-    DeviceNumber{"flags", offsetof(LINEDEVCAPS, dwDevCapFlags), 0},
-    DeviceNumber{"calls", offsetof(LINEDEVCAPS, dwMaxNumActiveCalls), 1},
-    DeviceNumber{"terminals", offsetof(LINEDEVCAPS, dwNumTerminals), 0}};
-
-/// "repeat 3 device name={n}" as its three lines; any other line as itself.
-std::vector<std::string> Repeated(std::string_view text, std::size_t number) {
-  constexpr std::string_view kRepeat = "repeat ";
-  if (!text.starts_with(kRepeat)) return {std::string(text)};
-  text.remove_prefix(kRepeat.size());
-  const std::size_t end = std::min(text.find(' '), text.size());
-  const std::uint32_t count = ScenarioLine(text, number).ToNumber(text.substr(0, end));
-  std::vector<std::string> lines;
-  for (std::uint32_t n = 1; n <= count; ++n) lines.push_back(ReplaceAll(text.substr(end), "{n}", std::to_string(n)));
-  return lines;
+void ApplyLine(Scenario& scenario, ScenarioLine line) {
+  if (line.Empty()) return;
+  const std::string name = line.Word("a directive");
+  const auto* const found = std::ranges::find(kDirectives, name, &Directive::name);
+  if (found == kDirectives.end()) line.Fail("unknown directive '" + name + "'");
+  found->read(scenario, line);
+  line.End();
 }
 
 }  // namespace
 
-Scenario::Scenario() : callSteps{kReply}, dropSteps{kReply, kIdle} {}
+ScenarioLine::ScenarioLine(std::string_view text, std::size_t number) : number_(number) {
+  std::size_t at = text.find_first_not_of(kBlanks);
+  while (at < text.size() && text[at] != '#') {
+    items_.push_back(NextItem(text, at));
+    at = text.find_first_not_of(kBlanks, at);
+  }
+}
+
+ScenarioLine::Item ScenarioLine::NextItem(std::string_view text, std::size_t& at) const {
+  Item item;
+  bool quoted = false;
+  for (; at < text.size() && (quoted || kBlanks.find(text[at]) == std::string_view::npos); ++at) {
+    if (text[at] == '"') {
+      quoted = !quoted;
+    } else if (quoted && text[at] == '\\') {
+      const auto byte = text.substr(at, 2) == "\\x" ? Parsed(text.substr(at + 2, 2), 16) : std::nullopt;
+      if (!byte) Fail(R"(an escape is no \xNN)");
+      item.value += static_cast<char>(*byte);
+      at += 3;
+    } else if (!quoted && text[at] == '=' && item.key.empty()) {
+      item.key = std::exchange(item.value, {});
+    } else {
+      item.value += text[at];
+    }
+  }
+  if (quoted) Fail("a quote is not closed");
+  return item;
+}
+
+std::optional<std::string> ScenarioLine::Text(std::string_view key) {
+  const auto found = std::ranges::find(items_, key, &Item::key);
+  if (found == items_.end()) return std::nullopt;
+  std::string value = std::move(found->value);
+  items_.erase(found);
+  return value;
+}
+
+std::string ScenarioLine::Word(std::string_view what) {
+  auto word = Text("");
+  if (!word) Fail(std::string(what) + " is missing");
+  return *word;
+}
+
+std::uint32_t ScenarioLine::Number(std::string_view key, std::uint32_t otherwise) {
+  const auto text = Text(key);
+  return text ? ToNumber(*text) : otherwise;
+}
+
+std::uint32_t ScenarioLine::ToNumber(std::string_view text) const {
+  const auto value = text.starts_with("0x") ? Parsed(text.substr(2), 16) : Parsed(text, 10);
+  if (!value) Fail("'" + std::string(text) + "' is no number");
+  return *value;
+}
+
+std::uint32_t ScenarioLine::ToState(const std::string& text) const {
+  const auto small = [](char letter) { return letter >= 'A' && letter <= 'Z' ? letter - 'A' + 'a' : letter; };
+  for (const auto& [name, state] : kCallStates) {
+    if (std::ranges::equal(std::string_view(name), text, {}, {}, small)) return state;
+  }
+  return ToNumber(text);
+}
+
+void ScenarioLine::End() const {
+  if (items_.empty()) return;
+  const Item& item = items_.front();
+  Fail("'" + (item.key.empty() ? item.value : item.key) + "' is not understood here");
+}
+
+void ScenarioLine::Fail(const std::string& why) const {
+  throw ScenarioError("line " + std::to_string(number_) + ": " + why);
+}
+
+Scenario::Step ReadStep(const std::string& kind, ScenarioLine& line) {
+  Scenario::Step step;
+  auto& message = step.message;
+  if (kind == "reply") {
+    step.kind = Kind::Reply;
+    message.message = LINE_REPLY;
+    message.p2 = line.Number("result", 0);
+  } else if (kind == "state") {
+    step.kind = Kind::State;
+    message.message = LINE_CALLSTATE;
+    message.p1 = line.ToState(line.Word("a call state"));
+    message.p2 = line.Number("detail", 0);
+  } else if (kind == "message") {
+    const auto instance = line.Text("instance");
+    step.ownInstance = !instance;
+    if (instance) message.instance = line.ToNumber(*instance);
+    message.hDevice = line.Number("device", 0);
+    message.message = line.Number("msg", 0);
+    message.p1 = line.Number("p1", 0);
+    message.p2 = line.Number("p2", 0);
+    message.p3 = line.Number("p3", 0);
+  } else {
+    line.Fail("'" + kind + "' is none of reply, state, message, nothing");
+  }
+  return step;
+}
 
 Scenario Scenario::Parse(std::string_view text) {
   Scenario scenario;
@@ -71,143 +249,14 @@ Scenario Scenario::Load(const std::string& path) {
 }
 
 void Scenario::Apply(std::string_view text, std::size_t number) {
-  for (const auto& line : Repeated(text, number)) ApplyLine(ScenarioLine(line, number));
-}
-
-void Scenario::ApplyLine(ScenarioLine line) {
-  if (line.Empty()) return;
-  struct Directive {
-    std::string_view name;
-    void (Scenario::*read)(ScenarioLine&);
-  };
-  static constexpr std::array kDirectives{Directive{"tapi", &Scenario::SetTelephony},
-                                          Directive{"device", &Scenario::AddDevice},
-                                          Directive{"location", &Scenario::AddLocation},
-                                          Directive{"codes", &Scenario::SetCodes},
-                                          Directive{"translate", &Scenario::SetTranslation},
-                                          Directive{"call", &Scenario::AddCallStep},
-                                          Directive{"drop", &Scenario::AddDropStep},
-                                          Directive{"refuse", &Scenario::AddRefusal},
-                                          Directive{"patch", &Scenario::AddPatch}};
-  const std::string name = line.Word("a directive");
-  const auto* const found = std::find_if(kDirectives.begin(), kDirectives.end(),
-                                         [&](const Directive& directive) { return directive.name == name; });
-  if (found == kDirectives.end()) line.Fail("unknown directive '" + name + "'");
-  (this->*found->read)(line);
-  line.End();
-}
-
-void Scenario::SetTelephony(ScenarioLine& line) {
-  line.Into("version", version);
-  line.Into("reuse", reuse);
-  line.Into("inside", inside);
-}
-
-void Scenario::AddDevice(ScenarioLine& line) {
-  Device device;
-  line.Into("name", device.name);
-  line.Into("provider", device.provider);
-  line.Into("switch", device.switchInfo);
-  line.Into("version", device.version);
-  line.Into("low", device.low);
-  line.Into("icon", device.icon);
-  for (std::size_t word = 0; word < device.extension.size(); ++word) {
-    line.Into("ext" + std::to_string(word), device.extension[word]);
+  constexpr std::string_view kRepeat = "repeat ";
+  if (!text.starts_with(kRepeat)) return ApplyLine(*this, ScenarioLine(text, number));
+  text.remove_prefix(kRepeat.size());
+  const std::size_t end = std::min(text.find(' '), text.size());
+  const std::uint32_t times = ScenarioLine(text, number).ToNumber(text.substr(0, end));
+  for (std::uint32_t n = 1; n <= times; ++n) {
+    ApplyLine(*this, ScenarioLine(ReplaceAll(text.substr(end), "{n}", std::to_string(n)), number));
   }
-  const auto place = static_cast<std::uint32_t>(devices.size());
-  device.numbers[offsetof(LINEDEVCAPS, dwPermanentLineID)] = line.Number("id", place + 1);
-  for (const auto& [key, offset, standard] : kDeviceNumbers) device.numbers[offset] = line.Number(key, standard);
-  devices.push_back(std::move(device));
-}
-
-void Scenario::AddLocation(ScenarioLine& line) {
-  Location location;
-  location.id = static_cast<std::uint32_t>(locations.size()) + 1;
-  line.Into("id", location.id);
-  line.Into("name", location.name);
-  line.Into("country", location.country);
-  line.Into("city", location.city);
-  line.Into("local", location.localAccess);
-  line.Into("long", location.longDistanceAccess);
-  if (line.Number("current", 0) != 0) currentLocation = location.id;
-  locations.push_back(std::move(location));
-}
-
-void Scenario::SetCodes(ScenarioLine& line) {
-  codes.emplace();
-  line.Into("country", codes->country);
-  line.Into("city", codes->city);
-  if (!codes->country.empty() || !codes->city.empty()) return;
-  if (line.Word("country=, city= or none") != "none") line.Fail("only 'none' may stand here");
-  refusals.push_back({.function = "tapiGetLocationInfo", .code = sim::TAPIERR_REQUESTFAILED});
-}
-
-void Scenario::SetTranslation(ScenarioLine& line) {
-  line.Into("prefix", dialPrefix);
-  if (const auto blanks = line.Text("blanks")) {
-    if (*blanks != "optional" && *blanks != "required") line.Fail("blanks are optional or required");
-    blanksOptional = *blanks == "optional";
-  }
-  if (auto fixed = line.Text("dialable")) dialable = std::move(fixed);
-}
-
-Scenario::Step Scenario::ParseMessage(ScenarioLine& line) {
-  Step step;
-  auto& message = step.message;
-  const auto instance = line.Text("instance");
-  step.ownInstance = !instance;
-  if (instance) message.instance = line.ToNumber(*instance);
-  message.hDevice = line.Number("device", 0);
-  message.message = line.Number("msg", 0);
-  message.p1 = line.Number("p1", 0);
-  message.p2 = line.Number("p2", 0);
-  message.p3 = line.Number("p3", 0);
-  return step;
-}
-
-void Scenario::AddStep(ScenarioLine& line, std::vector<Step>& steps, bool& scripted) {
-  if (!scripted) steps.clear();
-  scripted = true;
-  const std::string kind = line.Word("reply, state, message or nothing");
-  Step step;
-  if (kind == "reply") {
-    step = kReply;
-    step.message.p2 = line.Number("result", 0);
-  } else if (kind == "state") {
-    step = kIdle;
-    step.message.p1 = line.ToState(line.Word("a call state"));
-    step.message.p2 = line.Number("detail", 0);
-  } else if (kind == "message") {
-    step = ParseMessage(line);
-  } else if (kind == "nothing") {
-    return steps.clear();
-  } else {
-    line.Fail("'" + kind + "' is none of reply, state, message, nothing");
-  }
-  step.after = milliseconds(line.Number("after", 0));
-  steps.push_back(step);
-}
-
-void Scenario::AddRefusal(ScenarioLine& line) {
-  Refusal refusal;
-  refusal.function = line.Word("a function");
-  refusal.code = sim::Code(line.ToNumber(line.Word("a code")));
-  line.Into("nth", refusal.nth);
-  line.Into("times", refusal.times);
-  refusals.push_back(std::move(refusal));
-}
-
-void Scenario::AddPatch(ScenarioLine& line) {
-  Patch patch;
-  patch.structure = line.Word("a structure");
-  if (patch.structure != "devcaps" && patch.structure != "translatecaps" && patch.structure != "translateoutput") {
-    line.Fail("'" + patch.structure + "' is none of devcaps, translatecaps, translateoutput");
-  }
-  if (const auto device = line.Text("device")) patch.device = line.ToNumber(*device);
-  line.Into("offset", patch.offset);
-  line.Into("value", patch.value);
-  line.Into("step", patch.step);
-  patches.push_back(std::move(patch));
 }
 
 }  // namespace fonklav

@@ -2,20 +2,69 @@
 
 #include <array>
 #include <chrono>
-#include <cstddef>
 #include <cstdint>
 #include <limits>
-#include <map>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "sim/LineMessage.h"
+#include "platform/TapiWire.h"
 
 namespace fonklav {
 
-class ScenarioLine;
+/// A scenario that cannot be understood: what() names the line and what is wrong with it.
+class ScenarioError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+/// One line of a scenario, cut into words and key=value pairs. A part in double quotes may hold blanks and \xNN, a
+/// byte. Whoever reads the line takes out what it knows; what is left over at the end is an error, so that a
+/// misspelt word never passes in silence. All operations throw ScenarioError for what they cannot understand.
+class ScenarioLine {
+ public:
+  ScenarioLine(std::string_view text, std::size_t number);
+
+  [[nodiscard]] bool Empty() const { return items_.empty(); }
+  /// The next plain word, in order, where `what` should stand.
+  std::string Word(std::string_view what);
+  /// The value of `key`, nothing when the line does not give it.
+  std::optional<std::string> Text(std::string_view key);
+  /// The number given for `key`, decimal or 0x hexadecimal, or `otherwise`.
+  std::uint32_t Number(std::string_view key, std::uint32_t otherwise);
+  /// Puts what the line gives for `key` into `value`, which otherwise stays as it is.
+  void Into(std::string_view key, std::string& value) { value = Text(key).value_or(value); }
+  void Into(std::string_view key, std::uint32_t& value) { value = Number(key, value); }
+  [[nodiscard]] std::uint32_t ToNumber(std::string_view text) const;
+  /// A call state by its name, in large or small letters, or by its number.
+  [[nodiscard]] std::uint32_t ToState(const std::string& text) const;
+  /// Fails when anything was not taken.
+  void End() const;
+  [[noreturn]] void Fail(const std::string& why) const;
+
+ private:
+  struct Item {
+    std::string key;  ///< empty for a plain word
+    std::string value;
+  };
+
+  Item NextItem(std::string_view text, std::size_t& at) const;
+
+  std::size_t number_;
+  std::vector<Item> items_;
+};
+
+/// One of the published line messages.
+struct LineMessage {
+  std::uint32_t hDevice{0};
+  std::uint32_t message{0};
+  std::uintptr_t instance{0};
+  std::uintptr_t p1{0};
+  std::uintptr_t p2{0};
+  std::uintptr_t p3{0};
+};
 
 /// What a scenario says: which devices and locations the simulated telephony has, how its calls go, which functions it
 /// refuses and where its structures lie. Strings are bytes of the system's code page. The text format is described in
@@ -25,11 +74,10 @@ struct Scenario {
     std::string name{"Line"};
     std::string provider{"Line simulator"};
     std::string switchInfo;
-    std::uint32_t version{TAPI_VERSION3_0};  ///< highest version that the negotiation yields
-    std::uint32_t low{TAPI_VERSION1_3};
+    std::uint32_t version{TAPI_VERSION3_0};  ///< highest version that the negotiation yields; the lowest is 1.3
     std::array<std::uint32_t, 4> extension{};
-    std::uint32_t icon{1};                         ///< 0: the device has no icon
-    std::map<std::size_t, std::uint32_t> numbers;  ///< of LINEDEVCAPS, by offset
+    std::uint32_t icon{1};  ///< 0: the device has no icon
+    LINEDEVCAPS caps{};     ///< its numbers
   };
 
   struct Location {
@@ -41,16 +89,11 @@ struct Scenario {
     std::string longDistanceAccess;
   };
 
-  /// What tapiGetLocationInfo answers, when it is not what the current location has.
-  struct Codes {
-    std::string country;
-    std::string city;
-  };
-
   /// A message that comes a while after the call or the drop was asked for. A reply gets its request, a call state its
-  /// call; a raw message is delivered as it is.
+  /// call, and both are dropped when that goes before they are due; a raw message is delivered as it is.
   struct Step {
-    DueMessage::Kind kind{DueMessage::Kind::Raw};
+    enum class Kind { Reply, State, Raw };
+    Kind kind{Kind::Raw};
     std::chrono::milliseconds after{0};
     LineMessage message{};
     bool ownInstance{true};  ///< goes to the object that the line was opened for
@@ -76,19 +119,14 @@ struct Scenario {
   std::uint32_t version{TAPI_VERSION3_0};  ///< the highest that telephony as a whole offers
   std::uint32_t reuse{0};                  ///< not 0: a handle given back is the next one given out
   std::uint32_t inside{0};                 ///< not 0: what is due already comes from inside the functions
+  std::uint32_t blanks{1};                 ///< 0: translation takes canonical numbers without their blanks too
   std::vector<Device> devices;
   std::vector<Location> locations;
   std::optional<std::uint32_t> currentLocation;  ///< permanent ID; without one that of the first location
-  std::optional<Codes> codes;
-  bool blanksOptional{false};           ///< translation accepts canonical numbers without their blanks
-  std::string dialPrefix;               ///< set in front of what a translation yields, for example T
-  std::optional<std::string> dialable;  ///< what every translation yields
-  std::vector<Step> callSteps;          ///< a reply alone, until the text gives steps of its own
-  std::vector<Step> dropSteps;          ///< a reply and then IDLE, until the text gives steps of its own
+  std::optional<std::vector<Step>> callSteps;    ///< without any: a reply alone
+  std::optional<std::vector<Step>> dropSteps;    ///< without any: a reply and then IDLE
   std::vector<Refusal> refusals;
   std::vector<Patch> patches;
-
-  Scenario();
 
   /// Throws ScenarioError with the number of the faulty line.
   [[nodiscard]] static Scenario Parse(std::string_view text);
@@ -96,25 +134,9 @@ struct Scenario {
   [[nodiscard]] static Scenario Load(const std::string& path);
   /// Applies one more line of text, which errors call line `number`.
   void Apply(std::string_view text, std::size_t number = 1);
-
-  /// What the line "message …" describes; `line` stands behind the directive.
-  [[nodiscard]] static Step ParseMessage(ScenarioLine& line);
-
- private:
-  void ApplyLine(ScenarioLine line);
-  void SetTelephony(ScenarioLine& line);
-  void AddDevice(ScenarioLine& line);
-  void AddLocation(ScenarioLine& line);
-  void SetCodes(ScenarioLine& line);
-  void SetTranslation(ScenarioLine& line);
-  void AddCallStep(ScenarioLine& line) { AddStep(line, callSteps, callScripted_); }
-  void AddDropStep(ScenarioLine& line) { AddStep(line, dropSteps, dropScripted_); }
-  void AddStep(ScenarioLine& line, std::vector<Step>& steps, bool& scripted);
-  void AddRefusal(ScenarioLine& line);
-  void AddPatch(ScenarioLine& line);
-
-  bool callScripted_{false};
-  bool dropScripted_{false};
 };
+
+/// What a line says of the message that its word `kind` stands for; `line` stands behind that word.
+[[nodiscard]] Scenario::Step ReadStep(const std::string& kind, ScenarioLine& line);
 
 }  // namespace fonklav

@@ -1,8 +1,6 @@
 #pragma once
 
-#include <array>
 #include <cstdint>
-#include <string_view>
 
 #include "platform/TapiWire.h"
 
@@ -23,7 +21,6 @@ inline constexpr std::int32_t LINEERR_INVALCALLHANDLE = Code(0x80000018);
 inline constexpr std::int32_t LINEERR_INVALCALLSTATE = Code(0x8000001C);
 inline constexpr std::int32_t LINEERR_INVALDEVICECLASS = Code(0x80000023);
 inline constexpr std::int32_t LINEERR_INVALLINEHANDLE = Code(0x8000002B);
-inline constexpr std::int32_t LINEERR_INVALMEDIAMODE = Code(0x8000002F);
 inline constexpr std::int32_t LINEERR_INVALPARAM = Code(0x80000032);
 inline constexpr std::int32_t LINEERR_INVALPOINTER = Code(0x80000035);
 inline constexpr std::int32_t LINEERR_INVALPRIVSELECT = Code(0x80000036);
@@ -32,23 +29,6 @@ inline constexpr std::int32_t LINEERR_UNINITIALIZED = Code(0x80000050);
 inline constexpr std::int32_t TAPIERR_REQUESTFAILED = -16;
 
 inline constexpr std::uint32_t LINEDISCONNECTMODE_NORMAL = 0x1;
-inline constexpr std::uint32_t LINECALLPRIVILEGE_MONITOR = 0x2;
-inline constexpr std::uint32_t LINECALLPRIVILEGE_OWNER = 0x4;
 inline constexpr std::uint32_t TAPI_VERSION2_0 = 0x00020000;
-
-struct Named {
-  std::string_view name;
-  std::uint32_t value;
-};
-
-/// Call states as scenarios and logs write them.
-inline constexpr std::array kCallStates{
-    Named{"idle", LINECALLSTATE_IDLE},           Named{"offering", LINECALLSTATE_OFFERING},
-    Named{"accepted", LINECALLSTATE_ACCEPTED},   Named{"dialtone", LINECALLSTATE_DIALTONE},
-    Named{"dialing", LINECALLSTATE_DIALING},     Named{"ringback", LINECALLSTATE_RINGBACK},
-    Named{"busy", LINECALLSTATE_BUSY},           Named{"specialinfo", LINECALLSTATE_SPECIALINFO},
-    Named{"connected", LINECALLSTATE_CONNECTED}, Named{"proceeding", LINECALLSTATE_PROCEEDING},
-    Named{"onhold", LINECALLSTATE_ONHOLD},       Named{"disconnected", LINECALLSTATE_DISCONNECTED},
-    Named{"unknown", LINECALLSTATE_UNKNOWN}};
 
 }  // namespace fonklav::sim

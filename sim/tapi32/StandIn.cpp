@@ -1,141 +1,186 @@
-#include "sim/tapi32/StandIn.h"
+#include <windows.h>
 
-#include "sim/ScenarioLine.h"
+#include <cstdlib>
+#include <fstream>
+#include <utility>
+
+#include "sim/LineSimulator.h"
 #include "sim/tapi32/Holdings.h"
 
-namespace fonklav {
+// The published functions that a dialer calls, one to one onto the simulator. What a caller hands over to be written is
+// taken to be there.
 
+namespace fonklav {
 namespace {
 
-constexpr UINT_PTR kTick = 1;
 constexpr UINT kTickMs = 10;
 constexpr unsigned kTicksPerControl = 5;  // opening a file is dear, and nobody says two things within 50 ms
-constexpr const wchar_t* kWindowClass = L"FonklavLineSimulator";
+
+using LineCallback = void(CALLBACK*)(DWORD hDevice, DWORD message, DWORD_PTR instance, DWORD_PTR p1, DWORD_PTR p2,
+                                     DWORD_PTR p3);
 
 std::string Environment(const char* name) {
-  std::string value(MAX_PATH, '\0');
-  const DWORD needed = GetEnvironmentVariableA(name, value.data(), static_cast<DWORD>(value.size()));
-  if (needed > value.size()) {
-    value.resize(needed);
-    GetEnvironmentVariableA(name, value.data(), needed);
-  }
-  value.resize(needed);
-  return value.c_str();
+  const char* const value = std::getenv(name);
+  return value == nullptr ? "" : value;
 }
 
-class CallbackSink final : public LineMessageSink {
+/// The simulated telephony as a process sees it: the simulator on the system's clock, a timer that delivers on the
+/// thread that uses telephony, the log and the control file. Environment variables name the files; each may be missing.
+class StandIn final : public LineSimulator, private LineMessageSink {
  public:
-  explicit CallbackSink(LineCallback callback) : callback_(callback) {}
+  /// The one of this process, made at its first use: the published functions have nothing else that could lead to it.
+  static StandIn& Instance() {
+    static StandIn standIn;
+    return standIn;
+  }
 
-  void LineCallBackProc(std::uint32_t hDevice, std::uint32_t dwMsg, std::uintptr_t dwCallbackInstance,
-                        std::uintptr_t dwParam1, std::uintptr_t dwParam2, std::uintptr_t dwParam3) noexcept override {
-    callback_(hDevice, dwMsg, dwCallbackInstance, dwParam1, dwParam2, dwParam3);
+  /// All registrations of a program share the callback given last.
+  LONG Register(HLINEAPP& app, LineCallback callback, const char* name, std::uint32_t& devices, std::uint32_t& version,
+                LINEINITIALIZEEXPARAMS& params) {
+    callback_ = callback;
+    return lineInitializeEx(app, *this, name, devices, version, params);
   }
 
  private:
-  LineCallback callback_;
+  StandIn() : LineSimulator({}), controlPath_(Environment("FONKLAV_SIM_CONTROL")) {
+    const std::string logPath = Environment("FONKLAV_SIM_LOG");
+    if (!logPath.empty()) log_.open(logPath, std::ios::app | std::ios::binary);
+    SetLog([this](std::string_view line) { Log(line); });
+    inside = [this](std::string_view /*function*/) {
+      ForgetCalls();  // the log has them, and what is held is to be the same however many there are in a tick
+      MoveClock(Elapsed());
+      if (timer_ == 0) timer_ = SetTimer(nullptr, 0, kTickMs, &OnTimer);
+    };
+    const std::string path = Environment("FONKLAV_SIM_SCENARIO");
+    try {
+      if (!path.empty()) Rules() = Scenario::Load(path);
+    } catch (const ScenarioError& error) {
+      // A telephony that cannot be initialised, and the log says why.
+      Log("error in scenario: " + std::string(error.what()));
+      Rules().Apply("refuse lineInitializeEx 0x80000048");
+    }
+  }
+
+  [[nodiscard]] Milliseconds Elapsed() const { return Milliseconds(GetTickCount64() - begin_); }
+
+  /// One message a tick, so that the program's other messages come between them as they do with the real library.
+  static void CALLBACK OnTimer(HWND /*window*/, UINT /*message*/, UINT_PTR /*timer*/, DWORD /*time*/) {
+    StandIn& standIn = Instance();
+    if (!standIn.controlPath_.empty() && ++standIn.ticks_ % kTicksPerControl == 0) standIn.ReadControl();
+    // Before the program's next call nothing can come, and a program that sleeps is to be left asleep.
+    const bool idle = standIn.controlPath_.empty() && standIn.WaitingMessages() == 0;
+    if (idle || standIn.Registrations() == 0) KillTimer(nullptr, std::exchange(standIn.timer_, 0));
+    standIn.DeliverOne(standIn.Elapsed());
+  }
+
+  /// Runs the lines that have come since the last look; a line counts when its end is written.
+  void ReadControl() {
+    std::ifstream file(controlPath_, std::ios::binary);
+    if (!file.seekg(controlRead_)) return;
+    for (std::string line; std::getline(file, line) && !file.eof(); controlRead_ = file.tellg()) {
+      Log("control " + line);
+      try {
+        MoveClock(Elapsed());
+        if (line == "holdings") {
+          Log(Holdings());
+        } else {
+          Command(line);
+        }
+      } catch (const ScenarioError& error) {
+        Log("error in control: " + std::string(error.what()));
+      }
+    }
+  }
+
+  void Log(std::string_view line) {
+    if (log_.is_open()) log_ << line << '\n' << std::flush;
+  }
+
+  void LineCallBackProc(std::uint32_t hDevice, std::uint32_t message, std::uintptr_t instance, std::uintptr_t p1,
+                        std::uintptr_t p2, std::uintptr_t p3) noexcept override {
+    callback_(hDevice, message, instance, p1, p2, p3);
+  }
+
+  ULONGLONG begin_ = GetTickCount64();
+  std::string controlPath_;
+  std::streamoff controlRead_{0};
+  unsigned ticks_{0};
+  std::ofstream log_;
+  LineCallback callback_{nullptr};
+  UINT_PTR timer_{0};
 };
+
+/// The bytes that a caller's variably sized structure says it has.
+std::span<std::byte> Bytes(void* structure) {
+  return {static_cast<std::byte*>(structure), *static_cast<const DWORD*>(structure)};
+}
+
+std::uintptr_t Number(HWND window) { return reinterpret_cast<std::uintptr_t>(window); }
 
 }  // namespace
 
-StandIn& StandIn::Instance() {
-  // The published functions carry no context, so the process has one stand-in, made at its first use.
-  static StandIn standIn;
-  return standIn;
+extern "C" {
+
+LONG WINAPI lineInitializeExA(HLINEAPP& app, HINSTANCE /*instance*/, LineCallback callback, LPCSTR name,
+                              std::uint32_t& devices, std::uint32_t& version, LINEINITIALIZEEXPARAMS& params) {
+  return StandIn::Instance().Register(app, callback, name, devices, version, params);
 }
 
-StandIn::StandIn() : LineSimulator({}), controlPath_(Environment("FONKLAV_SIM_CONTROL")) {
-  const std::string logPath = Environment("FONKLAV_SIM_LOG");
-  if (!logPath.empty()) log_.open(logPath, std::ios::app | std::ios::binary);
-  SetLog([this](std::string_view line) { Log(line); });
-  LoadScenario();
+LONG WINAPI lineShutdown(HLINEAPP app) { return StandIn::Instance().lineShutdown(app); }
+
+LONG WINAPI lineNegotiateAPIVersion(HLINEAPP app, DWORD device, DWORD low, DWORD high, std::uint32_t& version,
+                                    LINEEXTENSIONID& extension) {
+  return StandIn::Instance().lineNegotiateAPIVersion(app, device, low, high, version, extension);
 }
 
-/// A scenario that cannot be read makes a telephony that cannot be initialised, and the log says why.
-void StandIn::LoadScenario() {
-  const std::string path = Environment("FONKLAV_SIM_SCENARIO");
-  try {
-    if (!path.empty()) Rules() = Scenario::Load(path);
-  } catch (const ScenarioError& error) {
-    Log("error in scenario: " + std::string(error.what()));
-    Rules().Apply("refuse lineInitializeEx 0x80000048");
-  }
+LONG WINAPI lineGetDevCapsA(HLINEAPP app, DWORD device, DWORD version, DWORD extVersion, void* caps) {
+  return StandIn::Instance().lineGetDevCaps(app, device, version, extVersion, Bytes(caps));
 }
 
-StandIn::Window StandIn::MakeWindow() {
-  WNDCLASSW windowClass{};
-  windowClass.lpfnWndProc = &WindowProc;
-  windowClass.hInstance = GetModuleHandleW(nullptr);
-  windowClass.lpszClassName = kWindowClass;
-  RegisterClassW(&windowClass);  // a second registration fails, and the first still holds
-  Window window(
-      CreateWindowExW(0, kWindowClass, L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, windowClass.hInstance, nullptr));
-  if (!window) return window;
-  SetWindowLongPtrW(window.get(), GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
-  SetTimer(window.get(), kTick, kTickMs, nullptr);
-  return window;
+LONG WINAPI lineGetTranslateCapsA(HLINEAPP app, DWORD version, void* caps) {
+  return StandIn::Instance().lineGetTranslateCaps(app, version, Bytes(caps));
 }
 
-void StandIn::OnEntry(std::string_view /*function*/) {
-  MoveClock(Elapsed());
-  if (window_ && controlPath_.empty()) SetTimer(window_.get(), kTick, kTickMs, nullptr);
+LONG WINAPI tapiGetLocationInfoA(LPSTR country, LPSTR city) {
+  return StandIn::Instance().tapiGetLocationInfo(std::span<char, 8>(country, 8), std::span<char, 8>(city, 8));
 }
 
-LONG StandIn::Initialize(HLINEAPP& app, LineCallback callback, const char* name, std::uint32_t& devices,
-                         std::uint32_t& version, LINEINITIALIZEEXPARAMS& params) {
-  auto sink = std::make_unique<CallbackSink>(callback);
-  const LONG result = lineInitializeEx(app, *sink, name, devices, version, params);
-  if (result != 0) return result;
-  sinks_[app] = std::move(sink);
-  if (!window_) window_ = MakeWindow();
-  return 0;
+LONG WINAPI lineOpenA(HLINEAPP app, DWORD device, HLINE& line, DWORD version, DWORD extVersion, DWORD_PTR instance,
+                      DWORD privileges, DWORD mediaModes, const void* /*params*/) {
+  return StandIn::Instance().lineOpen(app, device, line, version, extVersion, instance, privileges, mediaModes);
 }
 
-LONG StandIn::Shutdown(HLINEAPP app) {
-  const LONG result = lineShutdown(app);
-  if (result == 0) sinks_.erase(app);
-  if (sinks_.empty()) window_.reset();
+LONG WINAPI lineClose(HLINE line) { return StandIn::Instance().lineClose(line); }
+
+LONG WINAPI lineMakeCallA(HLINE line, HCALL& call, LPCSTR address, DWORD country, const void* /*params*/) {
+  return StandIn::Instance().lineMakeCall(line, call, address, country);
+}
+
+LONG WINAPI lineDrop(HCALL call, LPCSTR /*userInfo*/, DWORD /*size*/) { return StandIn::Instance().lineDrop(call); }
+
+LONG WINAPI lineDeallocateCall(HCALL call) { return StandIn::Instance().lineDeallocateCall(call); }
+
+LONG WINAPI lineTranslateAddressA(HLINEAPP app, DWORD device, DWORD version, LPCSTR address, DWORD card, DWORD options,
+                                  void* output) {
+  return StandIn::Instance().lineTranslateAddress(app, device, version, address, card, options, Bytes(output));
+}
+
+LONG WINAPI lineConfigDialogA(DWORD device, HWND owner, LPCSTR deviceClass) {
+  return StandIn::Instance().lineConfigDialog(device, Number(owner), deviceClass);
+}
+
+LONG WINAPI lineTranslateDialogA(HLINEAPP app, DWORD device, DWORD version, HWND owner, LPCSTR address) {
+  return StandIn::Instance().lineTranslateDialog(app, device, version, Number(owner), address);
+}
+
+/// The icon is a copy of the system's picture: who asked for one may destroy what it got.
+LONG WINAPI lineGetIconA(DWORD device, LPCSTR deviceClass, HICON& icon) {
+  std::uintptr_t wanted = 0;
+  const LONG result = StandIn::Instance().lineGetIcon(device, deviceClass, wanted);
+  if (result == 0) icon = wanted == 0 ? nullptr : CopyIcon(LoadIconW(nullptr, IDI_APPLICATION));
   return result;
 }
 
-LRESULT CALLBACK StandIn::WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
-  auto* const standIn = reinterpret_cast<StandIn*>(GetWindowLongPtrW(window, GWLP_USERDATA));
-  if (standIn == nullptr || message != WM_TIMER) return DefWindowProcW(window, message, wParam, lParam);
-  standIn->OnTimer();
-  return 0;
-}
-
-/// One message a tick, so that the program's other messages come between them as they do with the real library. The
-/// receiver may shut down, and the window goes with it: delivering comes last.
-void StandIn::OnTimer() {
-  if (!controlPath_.empty() && ++ticks_ % kTicksPerControl == 0) ReadControl();
-  ForgetCalls();  // the log has them
-  // Before the program's next call nothing can come, and a program that sleeps is to be left asleep.
-  if (controlPath_.empty() && WaitingMessages() == 0) KillTimer(window_.get(), kTick);
-  DeliverOne(Elapsed());
-}
-
-/// Runs the lines that have come since the last look; a line counts when its end is written.
-void StandIn::ReadControl() {
-  std::ifstream file(controlPath_, std::ios::binary);
-  if (!file.seekg(controlRead_)) return;
-  for (std::string line; std::getline(file, line) && !file.eof(); controlRead_ = file.tellg()) {
-    Log("control " + line);
-    try {
-      MoveClock(Elapsed());
-      if (line == "holdings") {
-        Log(Holdings());
-      } else {
-        Command(line);
-      }
-    } catch (const ScenarioError& error) {
-      Log("error in control: " + std::string(error.what()));
-    }
-  }
-}
-
-void StandIn::Log(std::string_view line) {
-  if (log_.is_open()) log_ << line << '\n' << std::flush;
-}
+}  // extern "C"
 
 }  // namespace fonklav

@@ -77,7 +77,7 @@ class BareDialer : public FakeSystem {
 
   static constexpr const char* kSettings = "C:\\ProgramData\\Rufmon\\data\\sett_TAPI.ini";
 
-  SimTelephony& sim{telephony};
+  LineSimulator& sim{telephony};
   FakeView view;
   std::uint16_t adviseStatus{kDdeAckPositive};
   std::unique_ptr<Program> program;

@@ -11,9 +11,9 @@ using namespace testing;
 void AnswerAll(Dialer& dialer) {
   for (std::uintptr_t instance = 1; instance < 8; ++instance) {
     for (std::uintptr_t request = 1; request < 8; ++request) {
-      dialer.sim.InjectMessage(0, LINE_REPLY, instance, request, 0, 0);
+      dialer.sim.InjectMessage({0, LINE_REPLY, instance, request, 0, 0});
     }
-    dialer.sim.InjectMessage(0, LINE_CALLSTATE, instance, LINECALLSTATE_IDLE, 0, 0);
+    dialer.sim.InjectMessage({0, LINE_CALLSTATE, instance, LINECALLSTATE_IDLE, 0, 0});
   }
   dialer.sim.Advance({});
 }

@@ -75,7 +75,7 @@ const StartRow kStarts[] = {
      "Incompatible API Version" + kTried + kWrong + kWrong},
     {"noLine", "location\n", "ISDN-Line1", kWrongTold, kWrong, "",
      kChecked + "TAPI check - Message=Unknown Error\n" + kFailed, "Unknown Error" + kTried + kWrong + kWrong},
-    {"noCodes", std::string(kLine) + "codes none\n", "ISDN-Line1", "[]", "LineID", "",
+    {"noCodes", std::string(kLine) + "refuse tapiGetLocationInfo 0x80000048\n", "ISDN-Line1", "[]", "LineID", "",
      "Check area codes\nCheck area codes - Fail\n", "", 1},
     {"noLibrary", "", "", kWrongTold, kWrong, "", kChecked + "TAPI check - Message=Unknown Error\n" + kFailed,
      "Unknown Error" + kTried + kWrong + kWrong, 0,
@@ -89,7 +89,7 @@ TEST(Startup, ReportsWhatItFindsAndWhatItMisses) {
     Dialer dialer(row.scenario);
     dialer.errors = row.errors;
     dialer.Switch("LogTAPI=1\r\n");
-    dialer.sim.SetLibraryMissing(row.scenario.empty());
+    if (row.scenario.empty()) dialer.sim.inside = [](auto) { throw RunTimeError(ErrorNumber::FileNotFound); };
     if (*row.stored != 0) dialer.StoreLine(row.stored);
     dialer.Start("/run");
     EXPECT_EQ(dialer.Stage(), row.heard);
@@ -118,7 +118,7 @@ TEST(Startup, TelephonyOfTheFirstFamilyIsAskedAgainInItsOwnVersions) {
 }
 
 TEST(Startup, MissingAreaCodesAreShownOnceAndAskTelephonyForNothing) {
-  Dialer dialer(std::string(kLine) + "codes none\n");
+  Dialer dialer(std::string(kLine) + "refuse tapiGetLocationInfo 0x80000048\n");
   // The message lets others in: it must not stand on top of itself.
   dialer.boxes.whileShown = [&] { dialer.Input().TimerTick(TimerId::Start1); };
   dialer.Start("/run");
@@ -134,7 +134,8 @@ TEST(LostLine, LeavesNothingThatLooksLikeOne) {
   const std::string retried = "log|Operation Failed\nlog|" + kTried.substr(2) + "\n";
   // What telephony has become after a good start, what is heard of it, and the caption of the active line.
   const std::tuple<const char*, std::string, std::string> rows[] = {
-      {"codes none", "[]", "LineID"}, {"refuse lineInitializeEx 0x80000048", retried + kWrongTold, kWrong}};
+      {"refuse tapiGetLocationInfo 0x80000048", "[]", "LineID"},
+      {"refuse lineInitializeEx 0x80000048", retried + kWrongTold, kWrong}};
   for (const auto& [fault, heard, caption] : rows) {
     for (const bool cancelled : {false, true}) {
       SCOPED_TRACE(fault);

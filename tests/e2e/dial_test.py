@@ -68,7 +68,7 @@ NUMBERS = [
 @case("numbers-as-they-reach-the-line")
 def numbers(name):
     """The strings at telephony's door, for each number that the main program sends."""
-    office = "location country=49 city=30 local=9 long=9 current=1\ntranslate blanks=optional\n"
+    office = "location country=49 city=30 local=9 long=9 current=1\ntapi blanks=0\n"
     with dialer(name, office + "call reply after=5\ncall state disconnected after=10") as session:
         session.start(SETTINGS)
         session.wait("line|")

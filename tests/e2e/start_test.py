@@ -18,8 +18,8 @@ STARTS = {
     "stored-name-is-the-beginning-of-a-line": ("", "[TAPIDial]\nTAPILine=ISDN\n", STARTED),
     # The first of two would be bound by its beginning as well: the order of the devices decides.
     "two-lines-begin-with-the-stored-name": ("device name=ISDN-Line10", SETTINGS, STARTED),
-    "a-line-of-two-lines-and-a-backslash": (r'device name="Two\x0d\x0alines \\x0a"', "[TAPIDial]\nTAPILine=Two\n", [
-        "Init2LastOK|1", "line|Two\r\nlines \\x0a"]),
+    "a-line-of-two-lines-and-a-backslash": (r'device name="Two\x0d\x0alines \x5cx0a"', "[TAPIDial]\nTAPILine=Two\n", [
+        "Init2LastOK|1", "line|Two\r\nlines \x5cx0a"]),
     "telephony-up-to-1.4-only": ("tapi version=0x00010004\n" + CALL_UP, SETTINGS, [*STARTED, *CALL]),
     "line-without-voice": ("device name=Modem media=0x10", "[TAPIDial]\nTAPILine=Modem\n", [
         "Init2LastOK|0", "line|Gerät Modem nicht verfügbar!", "log|Gerät Modem nicht verfügbar!"]),
@@ -50,7 +50,7 @@ def no_library(name):
 @case("area-codes-missing")
 def area_codes(name):
     """One message before the link is opened, none after it, and nothing for the main program."""
-    with dialer(name, "codes none") as session:
+    with dialer(name, "refuse tapiGetLocationInfo 0x80000048") as session:
         session.start(SETTINGS)
         session.wait_for_control(NO_AREA_CODES)
         session.press(session.window(TITLE), "OK")

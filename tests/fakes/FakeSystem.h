@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "platform/Ports.h"
-#include "sim/SimTelephony.h"
+#include "sim/LineSimulator.h"
 #include "tests/fakes/FakeDdeTransport.h"
 #include "tests/fakes/FakeFileSystem.h"
 #include "tests/fakes/FakePorts.h"
@@ -64,7 +64,7 @@ struct FakeSystem {
   FakePrivateProfile profile{files};
   FakeProcess process;
   FakeShellFolders shell;
-  SimTelephony telephony;
+  LineSimulator telephony;
 };
 
 }  // namespace fonklav::test

@@ -50,7 +50,7 @@ TEST(DialedNumber, UpToTheInternalLengthIsAnExtension) {
 }
 
 TEST(DialedNumber, CanonicalNumbersAreDialedAsTheLocationWantsThem) {
-  TapiSystem system("device\nlocation country=49 city=89 local=\"0,\"\ntranslate blanks=optional\n", Stage::Open);
+  TapiSystem system("tapi blanks=0\ndevice\nlocation country=49 city=89 local=\"0,\"\n", Stage::Open);
   for (const char* typed : {"+49 30 1234567", "++49 30 1234567"}) {
     system.sim.ForgetCalls();
     EXPECT_NE(system.line->TransformPhoneNumber(typed), "");

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "sim/SimTelephony.h"
+#include "sim/LineSimulator.h"
 #include "tapi/CvbTAPILine.h"
 #include "tapi/mTAPIvb.h"
 #include "tests/fakes/FakePorts.h"
@@ -58,7 +58,7 @@ struct TapiSystem : Recorded {
     loop.Run();
   }
 
-  SimTelephony sim;
+  LineSimulator sim;
   Telephony& telephony;
   FakeCodePage codePage;
   FakeIconPainter icons;
