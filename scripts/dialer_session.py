@@ -33,16 +33,15 @@ class Item:
     top: int
     width: int
     height: int
-    enabled: bool
     focus: bool
     ticks: str
     text: str
 
     @classmethod
     def parse(cls, text):
-        kind, name, left, top, width, height, enabled, focus, ticks, rest = text.split("|", 9)
-        return cls(kind, name, int(left), int(top), int(width), int(height), enabled == "enabled", focus == "focus",
-                   ticks.strip(), rest.replace("\r\n", "\n"))
+        kind, name, left, top, width, height, focus, ticks, rest = text.split("|", 8)
+        return cls(kind, name, int(left), int(top), int(width), int(height), focus == "focus", ticks.strip(),
+                   rest.replace("\r\n", "\n"))
 
     @property
     def caption(self):

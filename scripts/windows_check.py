@@ -136,7 +136,7 @@ class Story(Unknown):
         return Answer(lambda none: self.do("hidden"))
 
     def window(self, caption):
-        self.do(f"shows {one_line(caption)}")
+        self.do(f"has {one_line(caption)}\t.*")
         return Shown(self)
 
     wait_for_control = window

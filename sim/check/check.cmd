@@ -29,6 +29,8 @@ pause
 exit /b %result%
 
 :story
+rem A name without a star comes here whether there is such a story or not.
+if not exist stories\%1\%2 exit /b
 set failures=0
 set folder=work\%1\%2
 mkdir %folder%\data %folder%\log %folder%\base

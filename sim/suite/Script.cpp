@@ -17,7 +17,7 @@ constexpr std::string_view kSuite = "suite";
 constexpr std::string_view kScreen = "screen";
 constexpr std::string_view kSuiteToDialer = "suite  -> dialer";
 constexpr std::string_view kDialerToSuite = "dialer -> suite ";
-constexpr std::size_t kLongCommand = 200;
+constexpr std::size_t kLongCommand = 200;  ///< of a longer one, its beginning is printed
 constexpr UINT kPingLimitMs = 5000;
 
 std::chrono::milliseconds Milliseconds(const std::string& text) {
@@ -99,9 +99,8 @@ void Script::AddSuiteCommands() {
   };
   commands_["tell"] = [this](const std::string& messageAndParameter) {
     const auto [message, parameter] = FirstWord(messageAndParameter);
-    const HWND window = DialogOf(dialerId_, true);
-    if (window == nullptr) return Fail("the dialer shows no window");
-    SendMessageA(window, std::strtoul(message.c_str(), nullptr, 0), std::strtoul(parameter.c_str(), nullptr, 0), 0);
+    SendMessageA(DialogOf(dialerId_), std::strtoul(message.c_str(), nullptr, 0),
+                 std::strtoul(parameter.c_str(), nullptr, 0), 0);
   };
 }
 
@@ -151,15 +150,13 @@ void Script::Send(const std::string& value) {
 }
 
 void Script::Set(const std::string& value) {
-  const bool isLong = value.size() > kLongCommand;
-  Print(kSuiteToDialer,
-        isLong ? value.substr(0, kLongCommand) + "... " + std::to_string(value.size()) + " bytes" : value);
+  Print(kSuiteToDialer, value.substr(0, kLongCommand));
   server_.Publish(value);
 }
 
 void Script::Ping(const std::string& millisecondsAndPrefix) {
   const auto [milliseconds, prefix] = FirstWord(millisecondsAndPrefix);
-  const HWND window = DialogOf(dialerId_, false);
+  const HWND window = DialogOf(dialerId_);
   std::chrono::steady_clock::duration longest{};
   Until(prefix, [&, prefix = prefix] {
     const auto asked = std::chrono::steady_clock::now();

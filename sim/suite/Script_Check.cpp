@@ -54,7 +54,6 @@ void Script::AddStoryCommands() {
     if (!closed || calls["call lineInitializeEx"] != calls["call lineShutdown"]) Fail("telephony was not given back");
   };
   commands_["has"] = [this](const std::string& controlAndPattern) { Has(controlAndPattern); };
-  commands_["shows"] = [this](const std::string& name) { Has(name + "\t.*"); };
   commands_["hidden"] = [this](const std::string&) {
     Until("nothing is shown", [this] { return WindowList(dialerId_).empty(); });
   };

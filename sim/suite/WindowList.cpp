@@ -4,6 +4,8 @@
 #include <comutil.h>
 #include <oleacc.h>
 
+#include <algorithm>
+#include <iterator>
 #include <map>
 #include <string_view>
 
@@ -14,11 +16,6 @@
 namespace fonklav::suite {
 
 namespace {
-
-struct Search {
-  DWORD processId;
-  std::vector<HWND>& windows;
-};
 
 std::string ClassOf(HWND window) {
   char name[64]{};
@@ -59,33 +56,33 @@ std::string Describe(std::string_view kind, HWND window) {
   for (const LONG number : {area.left, area.top, area.right - area.left, area.bottom - area.top}) {
     line += '|' + std::to_string(number);
   }
-  line += IsWindowEnabled(window) != FALSE ? "|enabled" : "|disabled";
   line += thread.hwndFocus == window ? "|focus" : "|";
   return line + '|' + TicksOf(window) + '|' + TextOf(window);
 }
 
-BOOL CALLBACK AddControl(HWND window, LPARAM windows) {
-  if (IsWindowVisible(window) != FALSE) reinterpret_cast<std::vector<HWND>*>(windows)->push_back(window);
-  return TRUE;
+/// The windows of the desktop, or those in another one, that follow each other from front to back.
+std::vector<HWND> WindowsIn(HWND parent) {
+  std::vector<HWND> windows;
+  HWND window = nullptr;
+  while ((window = FindWindowExA(parent, window, nullptr, nullptr)) != nullptr) windows.push_back(window);
+  return windows;
 }
 
-BOOL CALLBACK AddWindow(HWND window, LPARAM data) {
-  const auto& search = *reinterpret_cast<const Search*>(data);
+bool Belongs(HWND window, DWORD processId) {
   DWORD owner = 0;
   GetWindowThreadProcessId(window, &owner);
-  if (owner == search.processId && IsWindowVisible(window) != FALSE) {
-    search.windows.push_back(window);
-    EnumChildWindows(window, &AddControl, reinterpret_cast<LPARAM>(&search.windows));
-  }
-  return TRUE;
+  return owner == processId;
 }
 
 /// Each visible window of a process and, after it, its visible controls.
 std::vector<HWND> ShownBy(DWORD processId) {
-  std::vector<HWND> windows;
-  Search search{processId, windows};
-  EnumWindows(&AddWindow, reinterpret_cast<LPARAM>(&search));
-  return windows;
+  std::vector<HWND> shown;
+  for (const HWND window : WindowsIn(nullptr)) {
+    if (!Belongs(window, processId) || IsWindowVisible(window) == FALSE) continue;
+    shown.push_back(window);
+    std::ranges::copy_if(WindowsIn(window), std::back_inserter(shown), IsWindowVisible);
+  }
+  return shown;
 }
 
 /// A place in the part of the frame that the window says to have there, which is looked for from the upper right.
@@ -161,25 +158,25 @@ HWND FindShown(DWORD processId, const std::string& what) {
   return nullptr;
 }
 
-HWND DialogOf(DWORD processId, bool shown) {
-  HWND dialog = nullptr;
-  while ((dialog = FindWindowExA(nullptr, dialog, "#32770", nullptr)) != nullptr) {
-    DWORD owner = 0;
-    GetWindowThreadProcessId(dialog, &owner);
-    if (owner == processId && (!shown || IsWindowVisible(dialog) != FALSE)) return dialog;
-  }
-  return nullptr;
+HWND DialogOf(DWORD processId) {
+  const auto windows = WindowsIn(nullptr);
+  const auto isIt = [&](HWND window) { return Belongs(window, processId) && ClassOf(window) == "#32770"; };
+  const auto found = std::ranges::find_if(windows, isIt);
+  return found == windows.end() ? nullptr : *found;
 }
 
 std::optional<POINT> PlaceOf(DWORD processId, const std::string& name) {
   static const std::map<std::string_view, LRESULT> frame{
       {"caption", HTCAPTION}, {"minimize", HTMINBUTTON}, {"close", HTCLOSE}};
-  const HWND dialog = DialogOf(processId, true);
-  const auto part = frame.find(name);
-  if (part != frame.end()) return PlaceInFrame(dialog, part->second);
-  for (const std::string kind : {"box ", "entry "}) {
-    const HWND list = FindWindowExA(dialog, nullptr, WC_LISTVIEWA, nullptr);
-    if (name.starts_with(kind)) return PlaceInList(list, kind == "box ", std::stol(name.substr(kind.size())));
+  const HWND dialog = DialogOf(processId);
+  const HWND list = FindWindowExA(dialog, nullptr, WC_LISTVIEWA, nullptr);
+  const bool visible = IsWindowVisible(dialog) != FALSE;
+  const bool box = name.starts_with("box ");
+  if (const auto part = frame.find(name); part != frame.end()) {
+    return visible ? PlaceInFrame(dialog, part->second) : std::nullopt;
+  }
+  if (box || name.starts_with("entry ")) {
+    return visible ? PlaceInList(list, box, std::stol(name.substr(name.find(' ')))) : std::nullopt;
   }
   RECT area{};
   if (GetWindowRect(FindShown(processId, name), &area) == FALSE) return std::nullopt;

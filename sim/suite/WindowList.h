@@ -8,10 +8,9 @@
 
 namespace fonklav::suite {
 
-/// Describes what a process shows, so that a script can look at the dialer as a person does:
-/// one line for each visible window and, after it, for each visible control in it. Fields are separated by "|":
-/// "window" or "control", class, left, top, width, height in pixels of the screen, "enabled" or "disabled",
-/// "focus" or nothing, the ticked entries of a list, the text.
+/// Describes what a process shows, so that a script can look at the dialer as a person does: one line for each visible
+/// window and, after it, for each visible control in it. Fields are separated by "|": "window" or "control", class,
+/// left, top, width, height in pixels of the screen, "focus" or nothing, the ticked entries of a list, the text.
 [[nodiscard]] std::vector<std::string> WindowList(DWORD processId);
 
 /// A visible window or control of a process: by its text as one line, with or without the marks of access keys, or by
@@ -21,8 +20,8 @@ namespace fonklav::suite {
 /// The ticked entries of a list; the text of anything else.
 [[nodiscard]] std::string ContentOf(HWND window);
 
-/// A dialog of a process, `shown` or not; null when it has none.
-[[nodiscard]] HWND DialogOf(DWORD processId, bool shown);
+/// The foremost dialog of a process, shown or not; null when it has none.
+[[nodiscard]] HWND DialogOf(DWORD processId);
 
 /// What a screen reader learns of each visible window and control over IAccessible, one line each: window class, states
 /// (STATE_SYSTEM_… as a decimal number, empty when the system does not tell), name, separated by "|".

@@ -18,7 +18,6 @@ DIALED_ON = [*STARTED, *WHOLE_CALL]
 # name: what the main program does from the start that it should not; the conversation, in which it goes on doing so;
 # what else it sees; whether closing the window hides it or, when a report counts as failed, ends the program.
 PEERS = {
-    "a-main-program-on-messages": ([], DIALED_ON, [], "hides"),
     "busy-for-0.8-seconds": (["misbehave busy-at-link 800"], DIALED_ON, [], "hides"),
     "busy-for-2.5-seconds": (["misbehave busy-at-link 2500"], DIALED_ON, [], "hides"),
     "busy-for-6-seconds": (["misbehave busy-at-link 6000"], DIALED_ON, [], "hides"),
