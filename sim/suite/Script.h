@@ -45,10 +45,7 @@ class Script {
 
   void Expect(const std::string& report);
   void Settle();
-  void Started(const std::string& possible);
   void Found(const std::string& fileAndPattern);
-  void Has(const std::string& controlAndPattern);
-  void Keys(const std::string& names);
   void Handles();
 
   /// Pumps until `met`, for as long as a person would wait.

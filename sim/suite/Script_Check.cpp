@@ -40,7 +40,14 @@ void Press(const std::string& name, bool down) {
 void Script::AddStoryCommands() {
   commands_["expect"] = [this](const std::string& report) { Expect(report); };
   commands_["settle"] = [this](const std::string&) { Settle(); };
-  commands_["started"] = [this](const std::string& possible) { Started(possible); };
+  commands_["started"] = [this](const std::string& possible) {
+    const auto known = Split(possible, "\t");
+    Until("a start", [&] { return answered_ || std::ranges::find_first_of(known, reports_) != known.end(); });
+    const auto linked = [](const std::string& event) { return event.starts_with("link to the item"); };
+    Until("a link", [&] { return std::ranges::any_of(heard_, linked); });
+    Sleep("500");  // whether it says more depends on its telephony
+    compared_ = reports_.size();
+  };
   commands_["said"] = [this](const std::string& countAndText) {
     const std::string text = countAndText.substr(countAndText.find(' ') + 1);
     const auto count = std::ranges::count(heard_, text);
@@ -53,7 +60,13 @@ void Script::AddStoryCommands() {
     const bool closed = calls["call lineOpen"] == calls["call lineClose"];
     if (!closed || calls["call lineInitializeEx"] != calls["call lineShutdown"]) Fail("telephony was not given back");
   };
-  commands_["has"] = [this](const std::string& controlAndPattern) { Has(controlAndPattern); };
+  commands_["has"] = [this](const std::string& controlAndPattern) {
+    const auto fields = Split(controlAndPattern, "\t");
+    Until(controlAndPattern, [&, pattern = std::regex(fields.at(1))] {
+      const HWND control = FindShown(dialerId_, fields[0]);
+      return control != nullptr && std::regex_match(OneLine(ContentOf(control)), pattern);
+    });
+  };
   commands_["hidden"] = [this](const std::string&) {
     Until("nothing is shown", [this] { return WindowList(dialerId_).empty(); });
   };
@@ -70,7 +83,15 @@ void Script::AddStoryCommands() {
     mouse_event(MOUSEEVENTF_LEFTDOWN, 0, 0, 0, 0);
     mouse_event(MOUSEEVENTF_LEFTUP, 0, 0, 0, 0);
   };
-  commands_["keys"] = [this](const std::string& names) { Keys(names); };
+  commands_["keys"] = [this](const std::string& names) {
+    for (const std::string& chord : Split(names, " ")) {
+      Sleep(kHaste);
+      auto keys = Split(chord, "+");
+      for (const std::string& key : keys) Press(key, true);
+      std::ranges::reverse(keys);
+      for (const std::string& key : keys) Press(key, false);
+    }
+  };
   commands_["box"] = [this](const std::string& text) { box_ = text; };
   commands_["handles"] = [this](const std::string&) { Handles(); };
   commands_["kill"] = [](const std::string&) { TerminateProcess(GetCurrentProcess(), 0); };
@@ -103,15 +124,6 @@ void Script::Settle() {
   compared_ = std::min(compared_, reports_.size());
 }
 
-void Script::Started(const std::string& possible) {
-  const auto known = Split(possible, "\t");
-  Until("a start", [&] { return answered_ || std::ranges::find_first_of(known, reports_) != known.end(); });
-  const auto linked = [](const std::string& event) { return event.starts_with("link to the item"); };
-  Until("a link", [&] { return std::ranges::any_of(heard_, linked); });
-  Sleep("500");  // whether it says more depends on its telephony
-  compared_ = reports_.size();
-}
-
 void Script::Found(const std::string& fileAndPattern) {
   constexpr std::size_t longest = 4000;  // the library's matching goes as deep as the line is long
   auto wanted = Split(fileAndPattern, "\t");
@@ -126,24 +138,6 @@ void Script::Found(const std::string& fileAndPattern) {
   if (found == wanted) return;
   Fail(std::to_string(found.size()) + " lines as in " + fileAndPattern);
   for (const std::string& text : found) Print("found", text);
-}
-
-void Script::Has(const std::string& controlAndPattern) {
-  const auto fields = Split(controlAndPattern, "\t");
-  Until(controlAndPattern, [&, pattern = std::regex(fields.at(1))] {
-    const HWND control = FindShown(dialerId_, fields[0]);
-    return control != nullptr && std::regex_match(OneLine(ContentOf(control)), pattern);
-  });
-}
-
-void Script::Keys(const std::string& names) {
-  for (const std::string& chord : Split(names, " ")) {
-    Sleep(kHaste);
-    auto keys = Split(chord, "+");
-    for (const std::string& key : keys) Press(key, true);
-    std::ranges::reverse(keys);
-    for (const std::string& key : keys) Press(key, false);
-  }
 }
 
 void Script::Handles() {
