@@ -79,8 +79,9 @@ void Script::AddStoryCommands() {
     Until(place, [&] { return (at = PlaceOf(dialerId_, place)).has_value(); });
     if (!at) return;
     Sleep(kHaste);
-    SetCursorPos(at->x, at->y);
-    mouse_event(MOUSEEVENTF_LEFTDOWN, 0, 0, 0, 0);
+    const auto part = [](LONG pixels, int all) { return static_cast<DWORD>(MulDiv(pixels, 0xFFFF, all - 1)); };
+    mouse_event(MOUSEEVENTF_ABSOLUTE | MOUSEEVENTF_MOVE | MOUSEEVENTF_LEFTDOWN,
+                part(at->x, GetSystemMetrics(SM_CXSCREEN)), part(at->y, GetSystemMetrics(SM_CYSCREEN)), 0, 0);
     mouse_event(MOUSEEVENTF_LEFTUP, 0, 0, 0, 0);
   };
   commands_["keys"] = [this](const std::string& names) {
