@@ -33,36 +33,29 @@ class Item:
     top: int
     width: int
     height: int
-    enabled: bool
     focus: bool
     ticks: str
     text: str
 
     @classmethod
     def parse(cls, text):
-        kind, name, left, top, width, height, enabled, focus, ticks, rest = text.split("|", 9)
-        return cls(kind, name, int(left), int(top), int(width), int(height), enabled == "enabled", focus == "focus",
-                   ticks.strip(), rest.replace("\r\n", "\n"))
+        kind, name, left, top, width, height, focus, ticks, rest = text.split("|", 8)
+        return cls(kind, name, int(left), int(top), int(width), int(height), focus == "focus", ticks.strip(),
+                   rest.replace("\r\n", "\n"))
 
     @property
     def caption(self):
         """The text without the mark of the access key."""
         return self.text.replace("&", "")
 
-    @property
-    def middle(self):
-        """Where a person clicks it."""
-        return self.left + self.width // 2, self.top + self.height // 2
-
 
 class Session:
     """One dialer and one stand-in. Everything that belongs to the session lies in its folder: the program as it was
     built, its settings and logs, the simulator's log. `scenario` is a file that the line simulator reads; `tapi` says
-    which telephony library Wine offers ("n,b" the simulator, "" none); `messages` lets the stand-in speak the DDE
-    messages itself and not through the system's library; `control` has the simulator look for orders, which wakes the
-    dialer all the time; `hear` is told each line at once."""
+    which telephony library Wine offers ("n,b" the simulator, "" none); `control` has the simulator look for orders,
+    which wakes the dialer all the time; `hear` is told each line at once."""
 
-    def __init__(self, env, build, folder, scenario=None, tapi="n,b", messages=False, control=False, hear=None):
+    def __init__(self, env, build, folder, scenario=None, tapi="n,b", control=False, hear=None):
         self.env, self.build, self.folder = env, Path(build), Path(folder)
         self.lines = []
         self._hear = hear or (lambda line: None)
@@ -79,12 +72,10 @@ class Session:
                                     FONKLAV_SIM_SCENARIO=windows_path(scenario) if scenario else "",
                                     FONKLAV_SIM_LOG=windows_path(self.sim_log),
                                     FONKLAV_SIM_CONTROL=windows_path(self.sim_control) if control else "")
-        self._speech = ["--messages"] if messages else []
         self.suite = None
 
     def __enter__(self):
-        self.suite = subprocess.Popen(["wine", str(self.build / "sim/suite.exe"), *self._speech,
-                                       windows_path(self.program)],
+        self.suite = subprocess.Popen(["wine", str(self.build / "sim/suite.exe"), windows_path(self.program)],
                                       env=self._environ, cwd=self.folder, stdin=subprocess.PIPE,
                                       stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
         threading.Thread(target=self._read, daemon=True).start()
@@ -195,14 +186,8 @@ class Session:
 
     def readings(self):
         """What a screen reader learns of each control that is seen: class, states as bits, name."""
-        fields = (text.split("|", 3) for text in self._look("readings"))
-        return [(kind, int(states or 0), name) for kind, _, states, name in fields]
-
-    def place(self, name):
-        """Where a person aims at in the dialer's window: "close", "box 1" and so on, as the stand-in names them."""
-        places = {key: (int(x), int(y)) for key, x, y in (text.split("|") for text in self._look("places"))}
-        assert name in places, f"no {name!r} to aim at: {places}"
-        return places[name]
+        fields = (text.split("|", 2) for text in self._look("readings"))
+        return [(kind, int(states or 0), name) for kind, states, name in fields]
 
     def _look(self, command):
         with self._arrived:
@@ -230,17 +215,16 @@ class Session:
 
         wait_until(f"control {caption!r}", shown, seconds)
 
-    def press(self, items, caption):
-        """Clicks the button of this caption with the mouse."""
-        button = next(item for item in items if item.kind == "control" and item.caption == caption)
-        self.click(*button.middle)
+    def click(self, place):
+        """A click on what the dialer shows, as soon as it is there: a caption, "Edit 1", "box 1", "close" and so on."""
+        self.do(f"click {place}")
 
-    def click(self, x, y):
-        """A real click at a place of the screen."""
-        self.xdotool("mousemove", x, y, "click", 1)
+    def keys(self, *names):
+        """Keys one after the other, or some together: "alt+t"."""
+        self.do(f"keys {' '.join(names)}")
 
     def xdotool(self, *words):
-        """Synthetic input from outside the program, as a person's comes."""
+        """Synthetic input from outside of Wine: for what the stand-in has no words for, or no time."""
         subprocess.run(["xdotool", *map(str, words)], env=self._environ, check=True)
 
     def end_windows_session(self):

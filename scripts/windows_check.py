@@ -16,6 +16,7 @@ sys.path += [str(ROOT / "scripts"), str(ROOT / "tests/e2e")]
 import conversations
 import dialer_session
 import stories
+from dialer_session import Session
 
 TOPICS = ("start", "dial", "link", "window", "logs")
 # What a story may not do where the machine's own telephony answers, or cannot expect of it.
@@ -56,16 +57,16 @@ class Answer(Unknown):
 
 
 class Shown(Unknown):
-    """A window, or a control by its class and its place in the tab order."""
+    """A control by its class and its place in the tab order; without them a window."""
 
-    def __init__(self, story, *name):
-        self.story, self.middle = story, name
+    def __init__(self, story, window_class="", index=0):
+        self.story, self.name = story, f"{window_class} {index}"
         self.text = self.ticks = Answer(self._has)
 
     def _has(self, text, around=""):
-        control, content = " ".join(self.middle), one_line(text.replace("\n", "\r\n"))
-        ticks = " " * control.startswith("SysListView32")
-        self.story.do(f"has {control}\t{around}{re.escape(content)}{ticks}{around}")
+        content = one_line(text.replace("\n", "\r\n"))
+        ticks = " " * self.name.startswith("SysListView32")
+        self.story.do(f"has {self.name}\t{around}{re.escape(content)}{ticks}{around}")
 
 
 def one_line(text):
@@ -76,8 +77,8 @@ def one_line(text):
 class Story(Unknown):
     """A session that is written down: Session says what each procedure means."""
 
-    def __init__(self, scenario, tapi="n,b", messages=False, errors=False):
-        self.lines, self.expected, self.compared, self.messages, self.errors = [], (), 0, messages, errors
+    def __init__(self, scenario, tapi="n,b", errors=False):
+        self.lines, self.expected, self.compared, self.errors = [], (), 0, errors
         self.suite, self.scenario = self, scenario or ""
         self.write("scenario.txt", stories.TELEPHONY + self.scenario)
         if not tapi:
@@ -103,26 +104,13 @@ class Story(Unknown):
         for line in text.splitlines():
             self.do(f"append {name} {line}")
 
-    def start(self, settings="", arguments="/run"):
-        self.write("data/sett_TAPI.ini", settings)
-        self.do(f"start {arguments}")
-
-    def send(self, command):
-        self.do(f"send {command}")
+    start, send, click, keys = Session.start, Session.send, Session.click, Session.keys
 
     def kill(self):
         self.do("kill")
 
-    def wait(self, prefix, seconds=10, who=dialer_session.DIALER):
-        if who == dialer_session.DIALER:
-            self.do(f"wait {seconds * 1000} {prefix}")
-        elif prefix.startswith("dialer ended"):
-            self.do(f"expect-exit {seconds * 1000}")
-        elif prefix.startswith("the window has answered"):
-            self.do(f"answered-within {importlib.import_module('link_test').LONGEST_MS}")
-            return dialer_session.Line(0, who, prefix + "0")
-        else:
-            self.do(f"wait-event {prefix}")
+    def wait(self, prefix, **_):
+        self.do(f"wait {prefix}")
         return Unknown()
 
     def wait_for_reports(self, count):
@@ -144,32 +132,14 @@ class Story(Unknown):
     def said(self, text):
         return Answer(lambda count: self.do(f"said {count} {text}"))
 
-    def dialers(self):
-        self.do("runs")
-        return Unknown()
-
     def windows(self):
         return Answer(lambda none: self.do("hidden"))
 
     def window(self, caption):
-        self.do(f"shows {one_line(caption)}")
+        self.do(f"has {one_line(caption)}\t.*")
         return Shown(self)
 
     wait_for_control = window
-
-    def press(self, _, caption):
-        self.do(f"click {caption}")
-
-    def place(self, name):
-        return "", name
-
-    def click(self, *words):
-        self.do("click " + " ".join(words).strip())
-
-    def xdotool(self, action, *keys):
-        if action != "key":
-            raise NotWritten("it drags the mouse")
-        self.do("keys " + " ".join(keys))
 
     def read(self, file):
         return self.found(file, "(.*)")
@@ -192,7 +162,7 @@ def stories_told():
     stories.found, stories.given_back = Story.found, lambda story: story.do("given-back sim.log")
     for topic in TOPICS:
         module = importlib.import_module(f"{topic}_test")
-        module.control = lambda window, name, index=0: Shown(window.story, name, str(index))
+        module.control = lambda window, name, index=0: Shown(window.story, name, index)
         module.drag = Unknown._refuse
         for name in list(stories.CASES):
             told.clear()
@@ -217,11 +187,11 @@ def for_product(story):
     return f"box {start.NO_AREA_CODES}\n{text}"
 
 
-def write(folder, text, messages):
+def write(folder, text):
     """A story in two parts: the second stand-in looks what has come of it when the first one has gone."""
     folder.mkdir(parents=True)
     first, second = re.split(r"^(?<=exit\n|kill\n)", text, 1, re.MULTILINE)
-    for name, part in [("1.txt", first), ("2.txt", second), *([("messages", "")] * messages)]:
+    for name, part in [("1.txt", first), ("2.txt", second)]:
         (folder / name).write_text(part, encoding=dialer_session.CODE_PAGE, newline="\r\n")
 
 
@@ -232,15 +202,26 @@ def main():
         if reason:
             left_out.append(f"LEFT OUT  {name}: {reason}\n")
             continue
-        write(folder / "line" / name, story.text(), story.messages)
+        write(folder / "line" / name, story.text())
         if product := for_product(story):
-            write(folder / "product" / name, product, story.messages)
+            write(folder / "product" / name, product)
     with Story("call reply after=0\ncall state idle after=0\n") as story:
         story.start(conversations.SETTINGS)
         story.expected = conversations.STARTED
         story.reports()
-        story.do("dials 1000")
-    write(folder / "line/handles", story.text(), False)
+        for dial in range(1, 1001):
+            story.send("cmd|call|0301234567")
+            story.wait("anzlog|Leerlauf")
+            if dial in (100, 1000):
+                story.do("handles")
+    write(folder / "line/handles", story.text())
+    with Story(stories.FAR_END_HANGS_UP) as story:
+        # The stand-in starts the example of a main program, and that the dialer.
+        story.do("misbehave offline 1")
+        story.start(conversations.SETTINGS, "FonklavTAPI.exe 0301234567")
+        story.wait("dialer ended, exit code 0")
+        stories.given_back(story)
+    write(folder / "line/link.partner-on-the-library", story.text())
     (folder / "left-out.txt").write_text("".join(left_out))
 
 

@@ -38,9 +38,8 @@ MIRRORS = [
     ("docs/building.md", "Building and testing", 0, "`(.+)`", ["CMakePresets.json"],
      r'"name": "(\w+)",\s+"inherits"'),
     ("docs/building.md", "Playing the main program by hand", 0, r"`([\w-]+)",
-     ["sim/suite/Script.cpp", "sim/suite/Script_Check.cpp", "sim/suite/MessageServer_Misbehaviour.cpp"],
-     r'\{"([\w-]+)",\s+[&{[]|(?:how|name) == "([\w-]+)"',
-     "busy", "refuse"),  # values of answer
+     ["sim/suite/Script.cpp", "sim/suite/Script_Check.cpp", "sim/suite/Server.cpp"],
+     r'commands_\["([\w-]+)"|\{"([\w-]+)",\s+[\[\d]|name == "([\w-]+)"'),
     ("docs/language-files.md", "Language files", 0, r"^(\d+)$", [TREE], r"^lang/language_(\d+)\.ini$"),
     ("docs/reliability.md", "Fuzzing", 0, "`(.+)`", [TREE], r"^fuzz/(\w+)_fuzz\.cpp$"),
     ("docs/architecture.md", "The layers", 0, r"`(\w+)/`", [TREE], r"^([a-z]+)/", "cmake", "docs"),

@@ -29,6 +29,8 @@ pause
 exit /b %result%
 
 :story
+rem A name without a star comes here whether there is such a story or not.
+if not exist stories\%1\%2 exit /b
 set failures=0
 set folder=work\%1\%2
 mkdir %folder%\data %folder%\log %folder%\base
@@ -37,8 +39,8 @@ set script=..\..\..\stories\%1\%2
 cd %folder%
 echo [Paths]> Rufmonpaths.ini
 echo ProgramData=%cd%>> Rufmonpaths.ini
-set speech=
-if exist %script%\messages set speech=--messages
+set program=FonklavTAPI.exe
+if %2==link.partner-on-the-library set program=..\..\..\main-program.exe
 call :half 1
 call :half 2
 taskkill /f /im FonklavTAPI.exe >nul 2>nul
@@ -47,7 +49,7 @@ call :verdict %failures% "%1: %2" %folder%\conversation.txt
 exit /b
 
 :half
-..\..\..\suite.exe %speech% FonklavTAPI.exe < %script%\%1.txt >> conversation.txt 2>&1
+..\..\..\suite.exe %program% < %script%\%1.txt >> conversation.txt 2>&1
 if not %errorlevel%==0 set failures=1
 exit /b
 

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdio>
 #include <cstring>
+#include <span>
 #include <thread>
 #include <vector>
 
@@ -52,27 +53,18 @@ bool Try(const char* what, Work work) {
   return result == 0;
 }
 
-/// An answer of telephony of a size that varies; its second number says how large it would have to be.
-struct Answer {
-  explicit Answer(std::uint32_t size) : room(size) { std::memcpy(room.data(), &size, sizeof size); }
-  [[nodiscard]] std::uint32_t Number(std::size_t index) const {
-    std::uint32_t number = 0;
-    std::memcpy(&number, &room.at(index * sizeof number), sizeof number);
-    return number;
-  }
-  std::vector<std::byte> room;
-};
-
 void TellOfDevice(Win32Telephony& telephony, HLINEAPP app, std::uint32_t device, std::uint32_t highest) {
   std::uint32_t version = 0;
   LINEEXTENSIONID extension{};
   telephony.lineNegotiateAPIVersion(app, device, TAPI_VERSION1_3, highest, version, extension);
-  Answer caps(0x4000);
-  const int result = telephony.lineGetDevCaps(app, device, version, 0, caps.room);
-  const std::size_t name = caps.Number(offsetof(LINEDEVCAPS, dwLineNameOffset) / sizeof version);
+  std::vector<LINEDEVCAPS> room(64);  // the strings stand behind the first
+  const std::span bytes = std::as_writable_bytes(std::span(room));
+  LINEDEVCAPS& caps = room.front();
+  caps.dwTotalSize = static_cast<std::uint32_t>(bytes.size());
+  const int result = telephony.lineGetDevCaps(app, device, version, 0, bytes);
+  const char* const name = reinterpret_cast<const char*>(bytes.data()) + caps.dwLineNameOffset;
   std::printf("device %u: version 0x%X, capabilities %d, %u bytes, media 0x%X, %.200s\n", device, version, result,
-              caps.Number(1), caps.Number(offsetof(LINEDEVCAPS, dwMediaModes) / sizeof version),
-              name < caps.room.size() - 200 ? reinterpret_cast<const char*>(&caps.room[name]) : "");
+              caps.dwNeededSize, caps.dwMediaModes, caps.dwLineNameOffset < bytes.size() - 200 ? name : "");
 }
 
 void Probe(std::uint32_t highest) {
@@ -85,7 +77,10 @@ void Probe(std::uint32_t highest) {
   LINEINITIALIZEEXPARAMS params{sizeof params, 0, 0, LINEINITIALIZEEXOPTION_USEHIDDENWINDOW, 0, 0};
   std::array<char, 8> country{};
   std::array<char, 8> city{};
-  Answer caps(kTranslateRoom);
+  std::array<std::byte, kTranslateRoom> room{};
+  LINETRANSLATECAPS caps{};
+  caps.dwTotalSize = kTranslateRoom;
+  std::memcpy(room.data(), &caps, sizeof caps);
   Try("tapiGetLocationInfo", [&] { return telephony.tapiGetLocationInfo(country, city); });
   std::printf("country %.8s, area code %.8s\n", country.data(), city.data());
   if (!Try("lineInitializeEx",
@@ -94,8 +89,9 @@ void Probe(std::uint32_t highest) {
   }
   std::printf("%u devices, version 0x%X\n", devices, version);
   for (std::uint32_t device = 0; device < devices; ++device) TellOfDevice(telephony, app, device, highest);
-  Try("lineGetTranslateCaps", [&] { return telephony.lineGetTranslateCaps(app, TAPI_VERSION1_4, caps.room); });
-  std::printf("needs %u bytes of %u\n", caps.Number(1), kTranslateRoom);
+  Try("lineGetTranslateCaps", [&] { return telephony.lineGetTranslateCaps(app, TAPI_VERSION1_4, room); });
+  std::memcpy(&caps, room.data(), sizeof caps);
+  std::printf("needs %u bytes of %u\n", caps.dwNeededSize, kTranslateRoom);
   Try("lineShutdown", [&] { return telephony.lineShutdown(app); });
 }
 

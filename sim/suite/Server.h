@@ -1,14 +1,23 @@
 #pragma once
 
-#include <cstdint>
+#include <windows.h>
+// dde.h needs the types of windows.h.
+#include <dde.h>
+
 #include <functional>
+#include <map>
+#include <set>
 #include <string>
 #include <string_view>
+
+#include "platform/win32/Handles.h"
 
 namespace fonklav::suite {
 
 /// What the main program offers to its tools: one DDE item whose value is the command, and an ear for the execute
-/// strings that come back. One conversation at a time; it needs a thread that pumps messages.
+/// strings that come back. It speaks the published DDE messages themselves, as programs that are older than the
+/// system's DDE library do, so it can be as slow, as wrong and as rude as a message can be. It needs a thread that
+/// pumps messages.
 class Server {
  public:
   static constexpr const char* kService = "Rufmon Fonklav";
@@ -21,30 +30,49 @@ class Server {
     std::function<void(std::string_view what)> linkEvent;  ///< the link opened, was refused, closed
   };
 
-  /// How something is answered: the status word of the acknowledgement.
-  enum class Answer : std::uint16_t { Accept = 0x8000, Busy = 0x4000, Refuse = 0 };
-
-  explicit Server(Listener listener) : listener_(std::move(listener)) {}
+  explicit Server(Listener listener);
   Server(const Server&) = delete;
   Server& operator=(const Server&) = delete;
-  virtual ~Server() = default;
+  ~Server() = default;
 
-  /// Sets the item and tells the linked partner.
-  virtual void Publish(std::string value) = 0;
-  /// Ends the conversation from this side. False when there is none.
-  virtual bool Terminate() = 0;
-  /// Answers no further connection, as if the main program did not run.
-  virtual void Withdraw() = 0;
-  /// Does something that no good server does; false for what it does not know.
-  virtual bool Misbehave(std::string_view /*how*/, const std::string& /*detail*/) { return false; }
+  /// Sends the item's new value to whoever is linked to it.
+  void Publish(const std::string& value) const;
+  /// Ends each conversation from this side. False when there is none.
+  bool Terminate();
+  /// Does something that no good server does, or makes a habit of it, as the table of commands in docs/building.md
+  /// says; false for what it does not know.
+  bool Misbehave(const std::string& how, const std::string& detail);
 
-  void AcceptAdvise(bool accept) { acceptAdvise_ = accept; }
-  void AnswerWith(Answer answer) { answer_ = answer; }
+ private:
+  /// A value of the item, and all that can be wrong with it.
+  struct Value {
+    std::string bytes;  ///< with the terminating zero
+    WORD format{CF_TEXT};
+    bool asking{false};  ///< wants to be answered
+    const char* item{kItem};
+  };
 
- protected:
+  static LRESULT CALLBACK WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+  static void StandBy(const std::string& milliseconds);
+  [[nodiscard]] UniqueWindow MakeWindow();
+  void Hear(UINT message, HWND client, LPARAM lParam);
+  void OnInitiate(HWND client, LPARAM atoms);
+  void OnAdvise(HWND client, LPARAM lParam);
+  void OnExecute(HWND client, LPARAM lParam);
+  void OnAck(LPARAM lParam);
+  /// Acknowledges a message, as late, as often and with such a status as the habits for this kind of it say.
+  void Answer(const std::string& kind, HWND client, UINT_PTR what);
+  void PostValue(const Value& value) const { PostValueFrom(window_.Get(), value); }
+  void PostValueFrom(HWND sender, const Value& value) const;
+  void Post(HWND client, UINT message, LPARAM lParam) const;
+  void StrangerSpeaks() const;
+
   Listener listener_;
-  bool acceptAdvise_{true};
-  Answer answer_{Answer::Accept};  ///< to execute strings
+  std::map<std::string, unsigned> habits_;
+  std::set<HWND> clients_;  ///< each has a conversation with this server
+  std::set<HWND> linked_;   ///< those of them that are told the value
+  UniqueWindow window_;
+  UniqueWindow stranger_;  ///< a second window, which no client has linked to
 };
 
 }  // namespace fonklav::suite

@@ -5,26 +5,17 @@
 #include <oleacc.h>
 
 #include <algorithm>
+#include <iterator>
 #include <map>
-#include <memory>
-#include <optional>
+#include <string_view>
 
-#include "sim/suite/HeldFile.h"
+#include "platform/win32/WideText.h"
 #include "sim/suite/Script.h"
 #include "util/Text.h"
 
 namespace fonklav::suite {
 
 namespace {
-
-struct Releaser {
-  void operator()(IUnknown* object) const noexcept { object->Release(); }
-};
-
-struct Search {
-  DWORD processId;
-  std::vector<HWND>& windows;
-};
 
 std::string ClassOf(HWND window) {
   char name[64]{};
@@ -45,7 +36,7 @@ std::string TextOf(HWND window) {
 /// The numbers of the ticked entries of a list with check boxes, with a blank after each.
 std::string TicksOf(HWND window) {
   std::string ticks;
-  if (ClassOf(window) != "SysListView32") return ticks;
+  if (ClassOf(window) != WC_LISTVIEWA) return ticks;
   const LRESULT count = SendMessageA(window, LVM_GETITEMCOUNT, 0, 0);
   for (WPARAM entry = 0; entry < static_cast<WPARAM>(count); ++entry) {
     const LRESULT state = SendMessageA(window, LVM_GETITEMSTATE, entry, LVIS_STATEIMAGEMASK);
@@ -65,131 +56,63 @@ std::string Describe(std::string_view kind, HWND window) {
   for (const LONG number : {area.left, area.top, area.right - area.left, area.bottom - area.top}) {
     line += '|' + std::to_string(number);
   }
-  line += IsWindowEnabled(window) != FALSE ? "|enabled" : "|disabled";
   line += thread.hwndFocus == window ? "|focus" : "|";
   return line + '|' + TicksOf(window) + '|' + TextOf(window);
 }
 
-BOOL CALLBACK AddControl(HWND window, LPARAM windows) {
-  if (IsWindowVisible(window) != FALSE) reinterpret_cast<std::vector<HWND>*>(windows)->push_back(window);
-  return TRUE;
+/// The windows of the desktop, or those in another one, that follow each other from front to back.
+std::vector<HWND> WindowsIn(HWND parent) {
+  std::vector<HWND> windows;
+  HWND window = nullptr;
+  while ((window = FindWindowExA(parent, window, nullptr, nullptr)) != nullptr) windows.push_back(window);
+  return windows;
 }
 
-BOOL CALLBACK AddWindow(HWND window, LPARAM data) {
-  const auto& search = *reinterpret_cast<const Search*>(data);
+bool Belongs(HWND window, DWORD processId) {
   DWORD owner = 0;
   GetWindowThreadProcessId(window, &owner);
-  if (owner == search.processId && IsWindowVisible(window) != FALSE) {
-    search.windows.push_back(window);
-    EnumChildWindows(window, &AddControl, reinterpret_cast<LPARAM>(&search.windows));
-  }
-  return TRUE;
-}
-
-/// What a screen reader learns of an object or one of its children: numbers that the system told, or nothing.
-std::string Reading(IAccessible& object, const std::string& kind, LONG child) {
-  const _variant_t which(child);
-  _variant_t role, state, name;
-  object.get_accRole(which, &role);
-  object.get_accState(which, &state);
-  std::string bytes(1024, '\0');
-  if (object.get_accName(which, &name.bstrVal) == S_OK) {
-    name.vt = VT_BSTR;
-    WideCharToMultiByte(CP_ACP, 0, name.bstrVal, -1, bytes.data(), static_cast<int>(bytes.size()), nullptr, nullptr);
-  }
-  const auto number = [](const _variant_t& told) { return told.vt == VT_I4 ? std::to_string(told.lVal) : ""; };
-  return kind + '|' + number(role) + '|' + number(state) + '|' + bytes.c_str();
-}
-
-BOOL CALLBACK AddReading(HWND window, LPARAM data) {
-  auto& lines = *reinterpret_cast<std::vector<std::string>*>(data);
-  void* found = nullptr;
-  if (IsWindowVisible(window) == FALSE) return TRUE;
-  AccessibleObjectFromWindow(window, static_cast<DWORD>(OBJID_CLIENT), __uuidof(IAccessible), &found);
-  const std::unique_ptr<IAccessible, Releaser> object(static_cast<IAccessible*>(found));
-  if (!object) return TRUE;
-  const std::string kind = ClassOf(window);
-  lines.push_back(Reading(*object, kind, CHILDID_SELF));
-  const LRESULT entries = kind == WC_LISTVIEWA ? SendMessageA(window, LVM_GETITEMCOUNT, 0, 0) : 0;
-  for (LONG entry = 1; entry <= entries; ++entry) lines.push_back(Reading(*object, "entry", entry));
-  return TRUE;
+  return owner == processId;
 }
 
 /// Each visible window of a process and, after it, its visible controls.
 std::vector<HWND> ShownBy(DWORD processId) {
-  std::vector<HWND> windows;
-  Search search{processId, windows};
-  EnumWindows(&AddWindow, reinterpret_cast<LPARAM>(&search));
-  return windows;
+  std::vector<HWND> shown;
+  for (const HWND window : WindowsIn(nullptr)) {
+    if (!Belongs(window, processId) || IsWindowVisible(window) == FALSE) continue;
+    shown.push_back(window);
+    std::ranges::copy_if(WindowsIn(window), std::back_inserter(shown), IsWindowVisible);
+  }
+  return shown;
 }
 
-/// The middle of the part of the frame that the window says to have somewhere on a straight way; empty when it is not
-/// on the way.
-std::optional<POINT> PartOnTheWay(HWND window, LRESULT part, POINT from, POINT step) {
+/// A place in the part of the frame that the window says to have there, which is looked for from the upper right.
+std::optional<POINT> PlaceInFrame(HWND window, LRESULT part) {
+  constexpr LONG step = 4;  // finer than any button of a caption
+  const auto hits = [&](LONG x, LONG y) { return SendMessageA(window, WM_NCHITTEST, 0, MAKELPARAM(x, y)) == part; };
   RECT area{};
   GetWindowRect(window, &area);
-  const auto run = [&](bool inPart) {
-    for (; PtInRect(&area, from) != FALSE; from.x += step.x, from.y += step.y) {
-      if ((SendMessageA(window, WM_NCHITTEST, 0, MAKELPARAM(from.x, from.y)) == part) != inPart) break;
+  for (LONG y = area.top; y < area.bottom; y += step) {
+    for (LONG x = area.right; x > area.left; x -= step) {
+      if (hits(x, y) && hits(x - step, y + step)) return POINT{x - step / 2, y + step / 2};
     }
-    return from;
+  }
+  return std::nullopt;
+}
+
+/// The middle of an entry's text or, left of it, of its check box. The list tells the height of its rows as a number;
+/// a rectangle it would write to its own process alone.
+std::optional<POINT> PlaceInList(HWND list, bool box, LONG entry) {
+  const auto height = [&](WPARAM entries) {
+    return HIWORD(SendMessageA(list, LVM_APPROXIMATEVIEWRECT, entries, MAKELPARAM(-1, -1)));
   };
-  const POINT begin = run(false);
-  const POINT end = run(true);
-  if (begin.x == end.x && begin.y == end.y) return std::nullopt;
-  return POINT{(begin.x + end.x) / 2, (begin.y + end.y) / 2};
-}
-
-/// Room for a rectangle in the process of a list, which takes no other for a question about an entry.
-class EntryArea {
- public:
-  explicit EntryArea(HWND list) : list_(list) {
-    DWORD id = 0;
-    GetWindowThreadProcessId(list, &id);
-    process_.reset(OpenProcess(PROCESS_VM_OPERATION | PROCESS_VM_READ | PROCESS_VM_WRITE, FALSE, id));
-    rect_ = VirtualAllocEx(process_.get(), nullptr, sizeof(RECT), MEM_COMMIT | MEM_RESERVE, PAGE_READWRITE);
-  }
-  EntryArea(const EntryArea&) = delete;
-  EntryArea& operator=(const EntryArea&) = delete;
-  ~EntryArea() { VirtualFreeEx(process_.get(), rect_, 0, MEM_RELEASE); }
-
-  /// A part (LVIR_…) of an entry, in pixels of the screen.
-  [[nodiscard]] RECT Of(WPARAM entry, LONG part) const {
-    RECT area{part, 0, 0, 0};
-    WriteProcessMemory(process_.get(), rect_, &area, sizeof area, nullptr);
-    SendMessageA(list_, LVM_GETITEMRECT, entry, reinterpret_cast<LPARAM>(rect_));
-    ReadProcessMemory(process_.get(), rect_, &area, sizeof area, nullptr);
-    MapWindowPoints(list_, nullptr, reinterpret_cast<POINT*>(&area), 2);
-    return area;
-  }
-
- private:
-  HWND list_;
-  HeldFile process_;
-  void* rect_;
-};
-
-std::string Place(const std::string& name, LONG x, LONG y) {
-  return name + '|' + std::to_string(x) + '|' + std::to_string(y);
-}
-
-void AddEntries(HWND list, std::vector<std::string>& lines) {
-  const EntryArea area(list);
-  const auto first = static_cast<WPARAM>(SendMessageA(list, LVM_GETTOPINDEX, 0, 0));
-  const auto inSight = static_cast<WPARAM>(SendMessageA(list, LVM_GETCOUNTPERPAGE, 0, 0));
-  const auto count = static_cast<WPARAM>(SendMessageA(list, LVM_GETITEMCOUNT, 0, 0));
-  RECT seen{};
-  GetClientRect(list, &seen);
-  MapWindowPoints(list, nullptr, reinterpret_cast<POINT*>(&seen), 2);
-  for (WPARAM entry = first; entry < std::min(count, first + inSight); ++entry) {
-    const RECT all = area.Of(entry, LVIR_BOUNDS);
-    RECT text = area.Of(entry, LVIR_LABEL);
-    text.right = std::min(text.right, seen.right);
-    const LONG middle = (all.top + all.bottom) / 2;
-    // The check box is what is left of the icon, and there are no icons.
-    lines.push_back(Place("box " + std::to_string(entry), (all.left + area.Of(entry, LVIR_ICON).left) / 2, middle));
-    lines.push_back(Place("entry " + std::to_string(entry), (text.left + text.right) / 2, middle));
-  }
+  if (entry >= SendMessageA(list, LVM_GETITEMCOUNT, 0, 0)) return std::nullopt;
+  RECT area{};
+  GetClientRect(list, &area);
+  const LONG row = height(2) - height(1);
+  const LONG above = entry - static_cast<LONG>(SendMessageA(list, LVM_GETTOPINDEX, 0, 0));
+  POINT place{box ? row / 2 : area.right / 2, row * above + row / 2};
+  ClientToScreen(list, &place);
+  return place;
 }
 
 }  // namespace
@@ -202,9 +125,23 @@ std::vector<std::string> WindowList(DWORD processId) {
   return lines;
 }
 
-std::vector<std::string> ReadingList(HWND dialog) {
+std::vector<std::string> ReadingList(DWORD processId) {
   std::vector<std::string> lines;
-  EnumChildWindows(dialog, &AddReading, reinterpret_cast<LPARAM>(&lines));
+  for (const HWND window : ShownBy(processId)) {
+    IAccessible* object = nullptr;
+    AccessibleObjectFromWindow(window, static_cast<DWORD>(OBJID_CLIENT), __uuidof(IAccessible),
+                               reinterpret_cast<void**>(&object));
+    if (object == nullptr) continue;
+    const _variant_t self(static_cast<LONG>(CHILDID_SELF));
+    _variant_t state;
+    _bstr_t name;
+    object->get_accState(self, &state);
+    object->get_accName(self, name.GetAddress());
+    object->Release();
+    const std::string told = state.vt == VT_I4 ? std::to_string(state.lVal) : "";
+    const std::wstring_view wide(static_cast<const wchar_t*>(name), name.length());
+    lines.push_back(ClassOf(window) + '|' + told + '|' + BytesFrom(CP_ACP, wide));
+  }
   return lines;
 }
 
@@ -221,35 +158,29 @@ HWND FindShown(DWORD processId, const std::string& what) {
   return nullptr;
 }
 
-HWND DialogOf(DWORD processId, bool shown) {
-  HWND dialog = nullptr;
-  while ((dialog = FindWindowExA(nullptr, dialog, "#32770", nullptr)) != nullptr) {
-    DWORD owner = 0;
-    GetWindowThreadProcessId(dialog, &owner);
-    if (owner == processId && (!shown || IsWindowVisible(dialog) != FALSE)) return dialog;
-  }
-  return nullptr;
+HWND DialogOf(DWORD processId) {
+  const auto windows = WindowsIn(nullptr);
+  const auto isIt = [&](HWND window) { return Belongs(window, processId) && ClassOf(window) == "#32770"; };
+  const auto found = std::ranges::find_if(windows, isIt);
+  return found == windows.end() ? nullptr : *found;
 }
 
-std::vector<std::string> PlaceList(HWND dialog) {
-  std::vector<std::string> lines;
+std::optional<POINT> PlaceOf(DWORD processId, const std::string& name) {
+  static const std::map<std::string_view, LRESULT> frame{
+      {"caption", HTCAPTION}, {"minimize", HTMINBUTTON}, {"close", HTCLOSE}};
+  const HWND dialog = DialogOf(processId);
+  const HWND list = FindWindowExA(dialog, nullptr, WC_LISTVIEWA, nullptr);
+  const bool visible = IsWindowVisible(dialog) != FALSE;
+  const bool box = name.starts_with("box ");
+  if (const auto part = frame.find(name); part != frame.end()) {
+    return visible ? PlaceInFrame(dialog, part->second) : std::nullopt;
+  }
+  if (box || name.starts_with("entry ")) {
+    return visible ? PlaceInList(list, box, std::stol(name.substr(name.find(' ')))) : std::nullopt;
+  }
   RECT area{};
-  GetWindowRect(dialog, &area);
-  const LONG middle = (area.left + area.right) / 2;
-  const auto add = [&](const std::string& name, LRESULT part, POINT from, POINT step) {
-    const auto place = PartOnTheWay(dialog, part, from, step);
-    if (place) lines.push_back(Place(name, place->x, place->y));
-    return place.value_or(from);
-  };
-  const LONG right = area.right - 1;
-  const LONG bottom = area.bottom - 1;
-  const LONG title = add("caption", HTCAPTION, {middle, area.top}, {0, 1}).y;
-  add("minimize", HTMINBUTTON, {right, title}, {-1, 0});
-  add("close", HTCLOSE, {right, title}, {-1, 0});
-  add("lower edge", HTBOTTOM, {middle, bottom}, {0, -1});
-  add("corner", HTBOTTOMRIGHT, {right, bottom}, {-1, -1});
-  if (const HWND list = FindWindowExA(dialog, nullptr, "SysListView32", nullptr)) AddEntries(list, lines);
-  return lines;
+  if (GetWindowRect(FindShown(processId, name), &area) == FALSE) return std::nullopt;
+  return POINT{(area.left + area.right) / 2, (area.top + area.bottom) / 2};
 }
 
 }  // namespace fonklav::suite

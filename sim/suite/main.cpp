@@ -4,37 +4,41 @@
 #include <windows.h>
 
 #include <cstdio>
-#include <cstring>
 #include <exception>
+#include <future>
+#include <iostream>
+#include <optional>
+#include <string>
 
-#include "sim/suite/InputLines.h"
 #include "sim/suite/Script.h"
 
-/// suite.exe [--messages] PROGRAM: plays the suite's main program towards the dialer PROGRAM, as the lines of standard
-/// input tell it; with --messages not through the system's DDE library. Ends with the input, with 0 when everything
-/// that it was told to wait for has happened.
+/// The next line of standard input; nothing at its end.
+std::optional<std::string> NextLine() {
+  std::string line;
+  if (!std::getline(std::cin, line)) return std::nullopt;
+  if (line.ends_with('\r')) line.pop_back();
+  return line;
+}
+
+/// suite.exe PROGRAM: plays the suite's main program towards the dialer PROGRAM, as the lines of standard input tell
+/// it. Ends with the input, with 0 when everything that it was told to wait for has happened.
 int main(int argc, char** argv) {
-  using namespace fonklav::suite;
-  const bool messages = argc == 3 && std::strcmp(argv[1], "--messages") == 0;
-  if (argc != 2 && !messages) {
-    std::fputs("usage: suite.exe [--messages] PROGRAM < SCRIPT\n", stderr);
+  using namespace std::chrono_literals;
+  if (argc != 2) {
+    std::fputs("usage: suite.exe PROGRAM < SCRIPT\n", stderr);
     return 2;
   }
-  try {
-    SetProcessDPIAware();  // where a person aims at is said in pixels of the screen
-    // Reports are bytes of the code page and leave as such; so do the line ends.
-    _setmode(_fileno(stdout), _O_BINARY);
-    CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);  // for what a screen reader asks; the end of the process ends it
-    InputLines input;
-    Script script(argv[argc - 1], messages ? Script::Speech::Messages : Script::Speech::Library);
-    while (!input.AtEnd()) {
-      const auto line = input.Take();
-      if (line && !script.Run(*line)) break;
-      if (!line) script.Pump();
-    }
-    return script.Ok() ? 0 : 1;
-  } catch (const std::exception& fault) {
-    std::fprintf(stderr, "suite: %s\n", fault.what());
-    return 2;
-  }
+  SetProcessDPIAware();  // where a person aims at is said in pixels of the screen
+  // Reports are bytes of the code page and leave as such; so do the line ends.
+  _setmode(_fileno(stdout), _O_BINARY);
+  CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);  // for what a screen reader asks; the end of the process ends it
+  fonklav::suite::Script script(argv[1]);
+  std::optional<std::string> line;
+  do {
+    // A pipe offers no wait that goes together with a message queue, so a thread waits for it.
+    std::future<std::optional<std::string>> coming = std::async(std::launch::async, NextLine);
+    while (coming.wait_for(1ms) != std::future_status::ready) script.Pump();
+    line = coming.get();
+  } while (line && script.Run(*line));
+  return script.Ok() ? 0 : 1;
 }

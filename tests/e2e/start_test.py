@@ -53,7 +53,8 @@ def area_codes(name):
     with dialer(name, "refuse tapiGetLocationInfo 0x80000048") as session:
         session.start(SETTINGS)
         session.wait_for_control(NO_AREA_CODES)
-        session.press(session.window(TITLE), "OK")
+        session.window(TITLE)
+        session.click("OK")
         session.wait("link to the item established", who="suite")
         session.settle()
         equal(session.windows(), [])
@@ -68,7 +69,8 @@ def arguments(name):
         for argument in ("", "/SETT", "/sett ", "/run now", "call me"):
             session.start(SETTINGS, argument)
             session.wait_for_control(NO_DIRECT_CALL)
-            session.press(session.window(TITLE), "OK")
+            session.window(TITLE)
+            session.click("OK")
             session.wait("dialer ended", who="suite")
         equal(session.said("conversation open"), 0)
         equal(calls(session), [])

@@ -18,12 +18,6 @@ def control(items, window_class, index=0):
     return [item for item in items if item.window_class == window_class][index]
 
 
-def click(session, place):
-    """Clicks a place of the settings window, as soon as that is there."""
-    session.window(CAPTION)
-    session.click(*session.place(place))
-
-
 def ticks(session):
     """The ticked entries, by number."""
     return control(session.window(CAPTION), "SysListView32").ticks
@@ -31,9 +25,8 @@ def ticks(session):
 
 def type_into(session, index, keys):
     """Clicks the index-th one-line box that is seen and types."""
-    box = control(session.window(CAPTION), "Edit", index)
-    session.click(*box.middle)
-    session.xdotool("key", *keys)
+    session.click(f"Edit {index}")
+    session.keys(*keys)
 
 
 def hidden(session):
@@ -43,7 +36,7 @@ def hidden(session):
 
 def open_panel(session, shows):
     """Opens the panel that shows this control."""
-    session.press(session.window(CAPTION), "Test" if shows == "Wählen" else "Geräte-Info")
+    session.click("Test" if shows == "Wählen" else "Geräte-Info")
     session.wait_for_control(shows)
 
 
@@ -62,27 +55,27 @@ def settings_window(name, scenario="", shows=None):
 def settings(name):
     """The whole way of a setting: tick, untick, code, OK, and Cancel after another tick."""
     with settings_window(name, "device name=B") as session:
-        click(session, "box 1")
+        session.click("box 1")
         heard = [*STARTED, *B_BOUND]
         expect_reports(session, heard)
         equal(ticks(session), "1")
-        click(session, "caption")  # two clicks on one place would be a double click
-        click(session, "box 1")
+        session.click("caption")  # two clicks on one place would be a double click
+        session.click("box 1")
         heard += B_BOUND
         expect_reports(session, heard)
         equal(ticks(session), "1")
         type_into(session, 0, ["9", "comma"])
-        session.press(session.window(CAPTION), "OK")
+        session.click("OK")
         heard += [*B_BOUND, "cmd|settchange"]
         expect_reports(session, heard)
         wait_until("OK hides the window", lambda: hidden(session))
         equal(found(session, "data/sett_TAPI.ini", "(.+)"),
               ["[TAPIDial]", "TAPILine=B", "TAPIAmtVW=9,", "[Dimensions]", "TopTAPI=600", "LeftTAPI=600"])
         session.send("settings")
-        click(session, "box 0")
+        session.click("box 0")
         heard += ["cmd|quitt", *STARTED]
         expect_reports(session, heard)
-        session.press(session.window(CAPTION), "Abbrechen")
+        session.click("Abbrechen")
         heard += [*B_BOUND, *B_BOUND]
         expect_reports(session, heard)
         session.send("settings")
@@ -102,7 +95,7 @@ def panels(name):
             return window[0].height, panel, focus
 
         def press(caption, expected):
-            session.press(session.window(CAPTION), caption)
+            session.click(caption)
             wait_until(f"{caption}: {shown()} is not {expected}", lambda: shown() == expected)
 
         press("Test", (EXPANDED, "test", "Edit"))
@@ -119,8 +112,10 @@ def panels(name):
 
 
 def drag(session, place, by):
-    """Drags a part of the window's frame."""
-    x, y = session.place(place)
+    """Drags the lower edge of the window's frame, or its corner."""
+    frame = session.window(CAPTION)[0]
+    x = frame.left + (frame.width - 2 if place == "corner" else frame.width // 2)
+    y = frame.top + frame.height - 2
     session.xdotool("mousemove", x, y, "mousedown", 1, "mousemove", x + by[0] // 2, y + by[1] // 2, "mousemove",
                     x + by[0], y + by[1], "mouseup", 1)
 
@@ -154,15 +149,18 @@ def brought_back(name):
     """Minimised or covered by another program, the command shows it."""
     with settings_window(name) as session:
         before = session.window(CAPTION)[0]
-        click(session, "minimize")
+        session.click("minimize")
         wait_until("minimised", lambda: session.window(CAPTION)[0].width != before.width)
         session.send("settings")
+        session.wait("cmd|quitt")
         wait_until("restored", lambda: session.window(CAPTION)[0] == before)
         session.do("cover")
         wait_until("the keyboard is the other program's", lambda: not any(item.focus for item in session.windows()))
         session.send("settings")
         expect_reports(session, [*STARTED, "cmd|quitt", "cmd|quitt"])
-        session.press(session.window(CAPTION), "Abbrechen")
+        # Not by the stand-in, whose window it was that covered this one: Wine was seen to lose such clicks.
+        button = control(session.window(CAPTION), "Button", 4)
+        session.xdotool("mousemove", button.left + 9, button.top + 9, "click", 1)
         wait_until("the click reached the window", lambda: hidden(session))
 
 
@@ -187,13 +185,13 @@ def long_number(name):
                                    (["7", "ctrl+z"], "7")):
             session.send(f"cmd|call|{number}")
             session.wait("anzlog|Verbunden")
-            session.xdotool("key", *keys_pressed)
+            session.keys(*keys_pressed)
             wait_until(f"{keys_pressed}: {shown()[:20]}", lambda left=left: shown() == left)
             session.send("cmd|hangup")
             session.wait("anzlog|Leerlauf")
             if keys_pressed != ["End"]:
                 continue
-            session.xdotool("key", "Return")  # nobody has touched it: all of it is dialed
+            session.keys("Return")  # nobody has touched it: all of it is dialed
             session.wait("anzlog|Verbunden")
             equal(found(session, "sim.log", f"^call (lineTranslateAddress).*{number}"), ["lineTranslateAddress"] * 2)
             session.send("cmd|hangup")
@@ -206,17 +204,17 @@ def by_hand(name):
     with settings_window(name, CALL_UP, "Wählen") as session:
         type_into(session, 1, ["0", "3", "0", "ctrl+a", "ctrl+c", "End", "ctrl+v"])
         session.wait_for_control("030030")
-        session.xdotool("key", "Return")
+        session.keys("Return")
         heard = [*STARTED, *DIALED[1:], *ANSWERED]
         expect_reports(session, heard)
-        session.xdotool("key", "Return", "End", "7")  # there is nothing to dial while a call is up
+        session.keys("Return", "End", "7")  # there is nothing to dial while a call is up
         session.wait_for_control("0300307")
         expect_reports(session, heard)
         status = control(session.window(CAPTION), "Edit", 2)
         equal(status.text, "Anmeldung >> ISDN-Line1\nVorbereitung\nWählen\nKlingeln\nVerbunden\n")
-        session.press(session.window(CAPTION), "Auflegen")
+        session.click("Auflegen")
         session.wait("anzlog|Leerlauf")
-        session.press(session.window(CAPTION), "clear")
+        session.click("clear")
         wait_until("the status box is empty", lambda: control(session.window(CAPTION), "Edit", 2).text == "")
         type_into(session, 0, ["Return"])
         wait_until("Enter is OK elsewhere", lambda: hidden(session))
@@ -227,7 +225,7 @@ def by_hand(name):
 def report(name):
     """Selecting is not ticking, and the next call still goes to the ticked line."""
     with settings_window(name, "device name=B provider=Sim\n" + CALL_UP, "Geräte-Informationen ") as session:
-        click(session, "entry 1")
+        session.click("entry 1")
         wait_until("the report", lambda: "TAPI LINE NAME: B" in control(session.window(CAPTION), "Edit", 1).text)
         equal(ticks(session), "0")
         expect_reports(session, STARTED)
@@ -238,12 +236,12 @@ def report(name):
 def keys(name):
     """Space ticks, the access key opens the panel, Esc is Cancel."""
     with settings_window(name, "device name=B") as session:
-        click(session, "entry 1")
-        session.xdotool("key", "space")
+        session.click("entry 1")
+        session.keys("space")
         expect_reports(session, [*STARTED, *B_BOUND])
-        session.xdotool("key", "alt+t")
+        session.keys("alt+t")
         session.wait_for_control("Nummer")
-        session.xdotool("key", "Escape")
+        session.keys("Escape")
         wait_until("Esc hides the window", lambda: hidden(session))
         expect_reports(session, [*STARTED, *B_BOUND, *STARTED, *STARTED])
 
@@ -261,7 +259,7 @@ def read_aloud(name):
         equal(told("Button"), [("TAPI Geräte ", 0), ("Geräte-Info", 0), ("Test", 0), ("OK", 0), ("Abbrechen", 0),
                                ("Test ", 0), ("Wählen", DISABLED), ("Auflegen", DISABLED), ("clear", 0)])
         equal(told("Edit"), [("Amtskennzahl", 0), ("Nummer", 0), ("Nummer", READ_ONLY)])
-        session.xdotool("key", "1")
+        session.keys("1")
         wait_until("there is a number to dial", lambda: ("Wählen", 0) in told("Button"))
 
         def focused():
@@ -270,7 +268,7 @@ def read_aloud(name):
         way = [("Edit", "Nummer")]
         while len(way) < 11:
             wait_until(f"the keyboard at {way[-1]}", lambda: focused() == way[-1])
-            session.xdotool("key", "Tab")
+            session.keys("Tab")
             way.append(wait_until("the next", lambda: focused() not in (None, way[-1]) and focused()))
         equal(way, [("Edit", "Nummer"), ("Button", "Wählen"), ("Edit", "Nummer"), ("Button", "clear"),
                     ("SysListView32", ""), ("Edit", "Amtskennzahl"), ("Button", "Geräte-Info"), ("Button", "Test"),
@@ -278,22 +276,22 @@ def read_aloud(name):
 
 
 def close_by_keys(session):
-    click(session, "caption")
-    session.xdotool("key", "alt+F4")
+    session.click("caption")
+    session.keys("alt+F4")
 
 
 def dial_by_hand(session):
     open_panel(session, "Wählen")
     type_into(session, 1, ["1", "2"])
-    session.press(session.window(CAPTION), "Wählen")
+    session.click("Wählen")
     wait_until("the call is up", lambda: "Verbunden" in control(session.window(CAPTION), "Edit", 2).text)
 
 
 CLOSINGS = {
-    "close-box": (lambda session: click(session, "close"), 0),
+    "close-box": (lambda session: session.click("close"), 0),
     "system-key": (close_by_keys, 0),
-    "ok": (lambda session: session.press(session.window(CAPTION), "OK"), 1),
-    "cancel": (lambda session: session.press(session.window(CAPTION), "Abbrechen"), 1),
+    "ok": (lambda session: session.click("OK"), 1),
+    "cancel": (lambda session: session.click("Abbrechen"), 1),
 }
 
 
@@ -305,7 +303,7 @@ def closing_the_window(name, close, mode, linked, call):
     with dialer(name, CALL_UP) as session:
         session.write("Rufmonspec.ini", "[Debug]\nLogTAPI=1\n")
         if not linked:
-            session.do("offline")
+            session.do("misbehave offline 1")
         session.start(SETTINGS, "/sett")
         session.window(CAPTION)
         if call and linked:
@@ -315,7 +313,6 @@ def closing_the_window(name, close, mode, linked, call):
         close(session)
         if linked:
             wait_until("the window hides", lambda: hidden(session))
-            equal(len(session.dialers()), 1)
         else:
             session.wait_for_end(seconds=5)
         equal(found(session, "log/debug.log", "FormFonklav_(.*)"),
@@ -323,6 +320,9 @@ def closing_the_window(name, close, mode, linked, call):
         # The end gives a call back. So does Cancel, which makes the line object anew; hiding leaves the call alone.
         given_back = call and (not linked or close is CLOSINGS["cancel"][0])
         equal(found(session, "sim.log", "^call (lineDeallocateCall)"), ["lineDeallocateCall"] * given_back)
+        if linked:
+            session.do("terminate")  # which cannot be done any more where the dialer has gone
+            session.wait("dialer ended, exit code 0", who="suite")
 
 
 @case("windows-ends-the-session")
@@ -363,10 +363,10 @@ def names(name):
         session.start("[TAPIDial]\nTAPILine=Line200\n", "/sett")
         heard = ["Init2LastOK|1", "line|Line200"]
         expect_reports(session, heard)
-        click(session, "entry 1")
-        session.xdotool("key", "space")
+        session.click("entry 1")
+        session.keys("space")
         expect_reports(session, [*heard, "Init2LastOK|1", "line|" + "Ü" * 200])
-        session.xdotool("key", "End", "space")
+        session.keys("End", "space")
         expect_reports(session, [*session.expected, *heard])
 
 
