@@ -45,6 +45,7 @@ TEST(SuiteFolders, AreResolved) {
     const ConfigState& state = system.config.state;
     EXPECT_EQ(state.dataRoot, dataRoot);
     EXPECT_EQ(state.bookFolder, bookFolder);
+    EXPECT_FALSE(state.bookRefresh);
     EXPECT_EQ(state.commonDataFolder, kCommon);
     EXPECT_FALSE(system.diagnostics.traceMode || state.debug.logTAPI || state.logMode.mail || state.logMode.exports);
     EXPECT_EQ(system.diagnostics.tag, "FVT");
@@ -90,8 +91,9 @@ TEST(SuiteStart, EndsBesideAnotherInstanceOnlyWhenItIsToldTo) {
 
 TEST(SuiteStart, ReadsItsSwitchesBeforeItsFolders) {
   ConfigSystem system;
-  system.File(ConfigSystem::kPathsFile) = system.File(ConfigSystem::kSwitches) = "[CAPI]\r\nLoadThisValues=0\r\n";
+  system.File(ConfigSystem::kPathsFile) = system.File(ConfigSystem::kSwitches) = "[Paths]\r\nBookRefresh=1\r\n";
   EXPECT_TRUE(system.Init());
+  EXPECT_TRUE(system.config.state.bookRefresh);
   EXPECT_THAT(system.profile.asked,
               ElementsAre("Debug LogExport", "Debug LogCAPI", "Debug LogAVM", "Debug LogNCID", "Debug LogTAPI",
                           "Debug LogOther", "Debug LogTiming", "Debug TraceMode", "LogMode Export", "LogMode Mail",
