@@ -10,7 +10,7 @@
 namespace fonklav::bench {
 
 /// Calls of operator new in this process so far.
-[[nodiscard]] std::size_t Allocations() noexcept;
+[[nodiscard]] long Allocations() noexcept;
 
 /// Nanoseconds: of this thread's processor time, which other programs leave alone, where a stretch is long, and by the
 /// wall clock, which is asked in no time, where it is short.
@@ -25,15 +25,13 @@ inline double Now(std::int64_t works) {
 template <typename Body, typename Undo>
 void Measure(benchmark::State& state, std::int64_t works, Body&& body, Undo&& undo) {
   std::vector<double> stretches;
-  std::size_t allocations = 0;
+  long allocations = 0;
   for (auto _ : state) {
-    const std::size_t before = Allocations();
+    const long before = Allocations();
     const double start = Now(works);
     for (std::int64_t work = 0; work < works; ++work) body();
-    const double time = Now(works) - start;
+    stretches.push_back((Now(works) - start) / static_cast<double>(works));
     allocations += Allocations() - before;
-    state.SetIterationTime(time / 1e9);
-    stretches.push_back(time / static_cast<double>(works));
     undo();
   }
   const auto middle = stretches.begin() + static_cast<std::ptrdiff_t>(stretches.size() / 2);
@@ -46,14 +44,6 @@ template <typename Body>
 void Measure(benchmark::State& state, std::int64_t works, Body&& body) {
   Measure(state, works, body, [] {});
 }
-
-/// Makes a benchmark known, for each of these sizes.
-struct Registered {
-  Registered(const char* name, void (*run)(benchmark::State&), const std::vector<std::int64_t>& sizes = {}) {
-    auto* const made = benchmark::RegisterBenchmark(name, run)->UseManualTime();
-    for (const std::int64_t size : sizes) made->Arg(size);
-  }
-};
 
 /// A collection of `count` items under distinct keys, and a work on each of them.
 inline std::string Key(std::int64_t number) { return "Key" + std::to_string(number); }

@@ -2,7 +2,7 @@
 """The link to a main program that speaks the DDE messages itself, and is as slow or as wrong as messages can be."""
 from itertools import product
 
-from conversations import ANSWERED, CALL, CAPTION, DIAL, DIALED, IDLE, SETTINGS, STARTED, WHOLE_CALL
+from conversations import ANSWERED, CALL, CAPTION, DIAL, DIALED, IDLE, SETTINGS, STARTED, WHOLE_CALL, open_panel
 from dialer_session import wait_until
 from stories import CALL_UP, FAR_END_HANGS_UP, calls, case, cases, converse, dialer, equal, expect_clean_end, found, run
 
@@ -111,8 +111,7 @@ def refused(name):
         session.do("refuse-advise")
         session.start(SETTINGS, "/sett")
         converse(session, STARTED, commands=False)
-        session.press(session.window(CAPTION), "Test")
-        session.wait_for_control("Wählen")
+        open_panel(session)
         session.xdotool("key", "1", "Return")
         converse(session, [*STARTED, *DIALED[1:], *ANSWERED], commands=False)
         session.do("terminate")
