@@ -22,8 +22,9 @@ inline double Now(std::int64_t works) {
 
 /// Runs the body `works` times at a stretch and undoes it, which is not measured, over and over. The result is one
 /// work's share of the median stretch: what else the machine does in between moves the mean, but not that.
-template <typename Body, typename Undo>
-void Measure(benchmark::State& state, std::int64_t works, Body&& body, Undo&& undo) {
+template <typename Body, typename Undo = void (*)()>
+void Measure(
+    benchmark::State& state, std::int64_t works, Body&& body, Undo&& undo = [] {}) {
   std::vector<double> stretches;
   long allocations = 0;
   for (auto _ : state) {
@@ -39,10 +40,6 @@ void Measure(benchmark::State& state, std::int64_t works, Body&& body, Undo&& un
   state.counters["ns"] = *middle;
   const double all = static_cast<double>(stretches.size()) * static_cast<double>(works);
   state.counters["allocations"] = static_cast<double>(allocations) / all;
-}
-template <typename Body>
-void Measure(benchmark::State& state, std::int64_t works, Body&& body) {
-  Measure(state, works, body, [] {});
 }
 
 /// A collection of `count` items under distinct keys, and a work on each of them.

@@ -47,9 +47,10 @@ class Item(namedtuple("Item", "kind window_class left top width height enabled f
 
 class Session:
     """One dialer and one stand-in. Everything that belongs to the session lies in its folder: the program as it was
-    built, its settings and logs, the simulator's log. `scenario` is what the line simulator plays; `tapi` says which telephony library Wine offers ("n,b" the simulator, "" none); `messages` lets the stand-in speak the DDE
-    messages itself and not through the system's library; `control` has the simulator look for orders, which wakes the
-    dialer all the time; `hear` is told each line at once."""
+    built, its settings and logs, the simulator's log. `scenario` is what the line simulator plays; `tapi` says which
+    telephony library Wine offers ("n,b" the simulator, "" none); `messages` lets the stand-in speak the DDE messages
+    itself and not through the system's library; `control` has the simulator look for orders, which wakes the dialer all
+    the time; `hear` is told each line at once."""
 
     def __init__(self, env, folder, scenario, tapi="n,b", messages=False, control=False, hear=None):
         self.env, self.folder = env, Path(folder)
@@ -70,7 +71,6 @@ class Session:
                                     FONKLAV_SIM_LOG=windows_path(self.sim_log),
                                     FONKLAV_SIM_CONTROL=windows_path(self.sim_control) if control else "")
         self._speech = ["--messages"] if messages else []
-        self.suite = None
 
     def __enter__(self):
         self.suite = subprocess.Popen(["wine", str(self.env.build / "sim/suite.exe"), *self._speech,
@@ -112,12 +112,6 @@ class Session:
         self.do("terminate")
         self.wait("dialer ended, exit code 0", who="suite")
 
-    def play_example(self, settings, *arguments):
-        """Lets the example of a main program do it all in place of the stand-in; its end and what it has printed."""
-        self.write("data/sett_TAPI.ini", settings)
-        example = self.wine(self.env.build / "examples/main-program.exe", windows_path(self.program), *arguments)
-        return example.returncode, example.stdout.decode(CODE_PAGE).splitlines()
-
     def wine(self, program, *arguments):
         """Runs another program beside the dialer, to its end."""
         return subprocess.run(["wine", str(program), *arguments], env=self._environ, stdout=subprocess.PIPE, timeout=60,
@@ -142,13 +136,11 @@ class Session:
 
     def reports(self):
         """Everything that the dialer has reported so far."""
-        with self._arrived:
-            return [line.text for line in self.lines if line.who == DIALER]
+        return [line.text for line in self.lines if line.who == DIALER]
 
     def said(self, text):
         """How often the stand-in has said this."""
-        with self._arrived:
-            return [line.text for line in self.lines].count(text)
+        return [line.text for line in self.lines].count(text)
 
     def wait_for_reports(self, count, seconds=10):
         """Waits until that many reports have come; whether they have."""
@@ -157,8 +149,7 @@ class Session:
     def settle(self, seconds=10):
         """Waits until the dialer has dealt with all that was said before. It answers in order: what it has not said by
         then it does not say. Neither the question nor its answer counts as part of the conversation."""
-        with self._arrived:
-            begin = len(self.lines)
+        begin = len(self.lines)
         self.send("debug|0")
 
         def answer():
@@ -170,10 +161,8 @@ class Session:
         line.who = "settled"
 
     def wait_for_end(self, seconds=2):
-        """Waits until no process of the dialer is left; the seconds that it took."""
-        begin = time.monotonic()
+        """Waits until no process of the dialer is left."""
         wait_until("the dialer has ended", lambda: not self.dialers(), seconds)
-        return time.monotonic() - begin
 
     def dialers(self):
         """The process ids of this session's dialer."""
@@ -206,12 +195,10 @@ class Session:
         return places[name]
 
     def _look(self, command):
-        with self._arrived:
-            first = len(self.lines)
+        first = len(self.lines)
         self.do(command)
         self.wait("end", who="screen")
-        with self._arrived:
-            return [line.text for line in self.lines[first:self._heard - 1] if line.who == "screen"]
+        return [line.text for line in self.lines[first:self._heard - 1] if line.who == "screen"]
 
     def window(self, caption, seconds=10):
         """Waits for a window with this caption and returns it with its controls."""
@@ -244,11 +231,6 @@ class Session:
         """Synthetic input from outside the program, as a person's comes."""
         subprocess.run(["xdotool", *map(str, words)], env=self._environ, check=True)
 
-    def end_windows_session(self):
-        """Tells every program of the prefix that Windows ends the session, as when the user logs off."""
-        subprocess.run(["wine", "wineboot", "--end-session"], env=self._environ, check=False, timeout=30,
-                       stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-
     def picture(self, path, item=None):
         """Saves what the screen shows where this window is, or all of it."""
         crop = ["-crop", f"{item.width}x{item.height}+{item.left}+{item.top}", "+repage"] if item else []
@@ -267,8 +249,7 @@ class Session:
         return path.read_bytes().decode(CODE_PAGE).splitlines() if path.exists() else []
 
     def __str__(self):
-        with self._arrived:
-            return "\n".join(str(line) for line in self.lines if line.who != "screen")
+        return "\n".join(str(line) for line in self.lines if line.who != "screen")
 
     def _until(self, met, seconds):
         """Looks whenever a line has come; what met() gave last."""

@@ -4,7 +4,6 @@
 wine_env.py start BUILD    makes the prefix of this build's folder if it is not there yet, and starts the screen
 wine_env.py stop BUILD     ends everything that runs in the prefix, and the screen
 """
-import json
 import os
 import shutil
 import signal
@@ -31,7 +30,7 @@ class WineEnv:
         self.build = Path(folder).resolve()
         self.folder = self.build / "wine"
         self.prefix = self.folder / "prefix"
-        self._screen_file = self.folder / "screen.json"
+        self._screen = self.folder / "screen"  # the display's number, and the server's process
 
     def __enter__(self):
         self.start()
@@ -56,21 +55,21 @@ class WineEnv:
         """Ends the programs of this prefix and this screen, and no others. Does nothing when none run."""
         if self.prefix.exists():
             subprocess.run(["wineserver", "-k"], env=self.environ(), check=False, stderr=subprocess.DEVNULL)
-        if self._screen_file.exists():
-            pid = json.loads(self._screen_file.read_text())["pid"]
-            self._screen_file.unlink()
+        if self._screen.exists():
+            process = self._screen.read_text().split()[1]
+            self._screen.unlink()
             # The number may belong to somebody else by now.
-            if Path(f"/proc/{pid}/comm").exists() and Path(f"/proc/{pid}/comm").read_text().strip() == "Xvfb":
-                os.kill(pid, signal.SIGTERM)
+            name = Path(f"/proc/{process}/comm")
+            if name.exists() and name.read_text() == "Xvfb\n":
+                os.kill(int(process), signal.SIGTERM)
 
     def environ(self, **more):
         """The environment for any program of this run."""
         # Under the C locale Wine finds no file whose name has an umlaut.
         result = {**os.environ, "LC_ALL": "C.UTF-8", "WINEPREFIX": str(self.prefix), "WINEARCH": "win64",
-                  "WINEDEBUG": "-all", **more}
-        result.setdefault("WINEDLLOVERRIDES", "mscoree,mshtml=")
-        if self._screen_file.exists():
-            result["DISPLAY"] = f":{json.loads(self._screen_file.read_text())['display']}"
+                  "WINEDEBUG": "-all", "WINEDLLOVERRIDES": "mscoree,mshtml=", **more}
+        if self._screen.exists():
+            result["DISPLAY"] = ":" + self._screen.read_text().split()[0]
         return result
 
     def drive_c(self, *parts):
@@ -93,7 +92,7 @@ class WineEnv:
             display = answer.readline().strip()
         if not display:
             raise RuntimeError(f"no screen: see {self.folder / 'xvfb.log'}")
-        self._screen_file.write_text(json.dumps({"display": int(display), "pid": server.pid}))
+        self._screen.write_text(f"{display} {server.pid}")
 
     def _make_prefix(self):
         print("Making a Wine prefix (about 10 seconds, once)", flush=True)

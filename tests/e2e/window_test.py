@@ -327,7 +327,7 @@ def session_end(name):
         session.write("Rufmonspec.ini", "[Debug]\nLogTAPI=1\nTraceMode=1\n")
         session.start(SETTINGS)
         converse(session, [*STARTED, *CALL])
-        session.end_windows_session()
+        session.wine("wineboot", "--end-session")
         session.wait_for_end(seconds=5)
         equal(found(session, "log/debug.log", "FormFonklav_(.*)"), ["QueryUnload - Param=2", "Unload"])
         equal([line.split("(")[0] for line in calls(session, "lineDeallocateCall", "lineClose", "lineShutdown")][-3:],
