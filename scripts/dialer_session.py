@@ -1,4 +1,4 @@
-"""The unmodified dialer in a conversation with the suite stand-in, under Wine: for the demo and the end-to-end tests."""
+"""The unmodified dialer in a conversation with the suite stand-in, under Wine: for scripts and end-to-end tests."""
 import os
 import re
 import shutil
@@ -174,8 +174,9 @@ class Session:
             except OSError:
                 return b""  # ended meanwhile, or not ours to look at
 
-        return [int(process.name) for process in Path("/proc").glob("[0-9]*")
-                if b"FonklavTAPI.exe" in told(process / "cmdline").split(b"\0")[0] and ours in told(process / "environ")]
+        running = (process for process in Path("/proc").glob("[0-9]*")
+                   if b"FonklavTAPI.exe" in told(process / "cmdline").split(b"\0")[0])
+        return [int(process.name) for process in running if ours in told(process / "environ")]
 
     # What a person does and sees.
 
