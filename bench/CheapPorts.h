@@ -5,10 +5,8 @@
 #include <unistd.h>
 
 #include <map>
-#include <stdexcept>
 
-#include "app/Program.h"
-#include "tests/fakes/FakeSystem.h"
+#include "tests/app/BareDialer.h"
 
 // Ports that do next to nothing, so that what is measured is the program.
 namespace fonklav::bench {
@@ -22,29 +20,21 @@ struct CheapCodePage : CodePage {
   [[nodiscard]] std::string ToBytes(std::string_view text) const override { return std::string(text); }
 };
 
-struct CheapDde : test::FakeDdeTransport {
-  DdeExecute PostExecute(std::string_view) override { return ++posts; }
-  DdeExecute posts{0};
-};
-
 /// Every file is there, empty, and takes everything.
-struct NoDisk : FileSystem {
-  using Facts = std::optional<std::uint32_t>;
-  [[nodiscard]] Facts GetAttributesA(const std::string&) const override { return 0x20; }
-  [[nodiscard]] Facts GetAttributesW(const std::string& path) const override { return GetAttributesA(path); }
-  bool DeleteA(const std::string&) override { return true; }
+struct NoDisk : test::FakeFileSystem {
+  [[nodiscard]] std::optional<std::uint32_t> GetAttributesA(const std::string&) const override { return 0x20; }
   [[nodiscard]] std::unique_ptr<FileLock> Lock(const std::string&) override { return std::make_unique<FileLock>(); }
   [[nodiscard]] std::string Read(const std::string&) const override { return {}; }
   [[nodiscard]] std::uint64_t Length(const std::string&) const override { return 0; }
-  void Write(const std::string&, std::string_view) override {}
   void Append(const std::string&, std::string_view) override {}
-  void Replace(const std::string&, std::string_view) override {}
 };
 
 /// One real file, whatever name is asked for, by the calls that the Windows adapter makes; or a full disk.
 struct OneFile : NoDisk {
   OneFile() { Put(kPath, O_TRUNC, {}); }
-  [[nodiscard]] Facts GetAttributesA(const std::string& path) const override { return Length(path), 0x20; }
+  [[nodiscard]] std::optional<std::uint32_t> GetAttributesA(const std::string& path) const override {
+    return Length(path), 0x20;
+  }
   [[nodiscard]] std::uint64_t Length(const std::string&) const override {
     struct stat status {};
     Check(stat(kPath, &status) == 0);
@@ -79,14 +69,9 @@ struct OneFile : NoDisk {
 
 /// Telephony that knows its answers by heart: the simulator's, from the first time that each was asked for.
 struct CheapTelephony : LineSimulator {
-  using LineSimulator::LineSimulator;
-  std::int32_t lineInitializeEx(HLINEAPP& app, LineMessageSink& to, const char* name, std::uint32_t& count,
-                                std::uint32_t& version, LINEINITIALIZEEXPARAMS& params) override {
-    sink = &to;
-    const auto result = LineSimulator::lineInitializeEx(app, to, name, count, version, params);
-    registration = app;
-    return result;
-  }
+  explicit CheapTelephony(std::int64_t devices)
+      : LineSimulator(Scenario::Parse("location country=49 city=30 local=0\nrepeat " + std::to_string(devices) +
+                                      " device name=ISDN-Line{n} version=0x00020000")) {}
   std::int32_t lineOpen(HLINEAPP, std::uint32_t, HLINE& line, std::uint32_t, std::uint32_t, std::uintptr_t number,
                         std::uint32_t, std::uint32_t) override {
     instance = number;
@@ -106,12 +91,12 @@ struct CheapTelephony : LineSimulator {
   }
   std::int32_t lineGetDevCaps(HLINEAPP app, std::uint32_t device, std::uint32_t version, std::uint32_t extension,
                               std::span<std::byte> out) override {
+    registration = app;
     const auto ask = [&] { LineSimulator::lineGetDevCaps(app, device, version, extension, out); };
     return FromMemory(capabilities_[device], out, ask);
   }
 
-  LineMessageSink* sink{nullptr};
-  HLINEAPP registration{0};
+  HLINEAPP registration{0};  ///< who last asked for capabilities
   std::uintptr_t instance{0};
   std::int32_t requests{0};
 
@@ -130,74 +115,42 @@ struct CheapTelephony : LineSimulator {
   std::map<std::uint32_t, std::vector<std::byte>> capabilities_;
 };
 
-struct CheapView : FormView {
-  void ControlChanged(ControlId) override {}
-  void TextAppended(ControlId, const std::string&) override {}
-  void FormChanged() override {}
-  void TimerChanged(TimerId) override {}
-  void FocusTo(ControlId) override {}
-  void ComeToFront() override {}
-  void Unloaded() override {}
-};
-
-inline std::string Devices(std::int64_t count) {
-  std::string scenario = "location country=49 city=30 local=0\n";
-  for (std::int64_t device = 1; device <= count; ++device) {
-    scenario += "device name=ISDN-Line" + std::to_string(device) + " version=0x00020000\n";
-  }
-  return scenario;
-}
-
-/// A fake computer whose ports in a call's way are the cheap ones.
-template <typename Disk = NoDisk>
-struct CheapSystem : test::FakeSystem {
-  explicit CheapSystem(const std::string& switches, std::int64_t devices = 1)
-      : telephony(Scenario::Parse(Devices(devices))) {
+/// A dialer, not yet started, whose ports in a call's way are the cheap ones.
+struct CheapSystem : test::BareDialer {
+  explicit CheapSystem(const std::string& switches, std::int64_t devices = 1, FileSystem* disk = nullptr)
+      : BareDialer({}), driver(devices) {
     Switch(switches);
-  }
-  Ports CheapPorts() {
-    Ports ports = AllPorts();
-    ports.codePage = codePage;
-    ports.dde = dde;
-    ports.files = disk;
-    ports.telephony = telephony;
-    return ports;
+    ports.codePage = bytes;
+    ports.files = disk != nullptr ? *disk : noDisk;
+    ports.telephony = driver;
+    dde.remembers = view.remembers = false;
   }
 
-  CheapCodePage codePage;
-  CheapDde dde;
-  Disk disk;
-  CheapTelephony telephony;
+  CheapCodePage bytes;
+  NoDisk noDisk;
+  CheapTelephony driver;
 };
 
-/// A dialer on it, linked and with its line.
-struct CheapDialer : CheapSystem<> {
+/// It is linked and has its line.
+struct CheapDialer : CheapSystem {
   explicit CheapDialer(const std::string& switches, std::int64_t devices = 1) : CheapSystem(switches, devices) {
-    profile.WriteString("TAPIDial", "TAPILine", "ISDN-Line1", "C:\\ProgramData\\Rufmon\\data\\sett_TAPI.ini");
-    process.commandLine = "/run";
-    if (!program.Load(view)) throw std::runtime_error("the dialer did not start");
-    program.Input().TimerTick(TimerId::Start0);
-    dde.DeliverOutcome();
-    dde.Sink().OnAdviseAck(kDdeAckPositive);
-    if (program.Controls().tmStart[1].Enabled()) program.Input().TimerTick(TimerId::Start1);
+    StoreLine("ISDN-Line1");
+    Check(Start("/run"));
   }
+  ~CheapDialer() { program.reset(); }
   void Dial() {
-    const int before = telephony.requests;
-    dde.Sink().OnData("cmd|call|0301234567");
-    if (telephony.requests != before + 1) throw std::runtime_error("nothing was dialed");
+    const int before = driver.requests;
+    Command("cmd|call|0301234567");
+    Check(driver.requests == before + 1);
   }
   /// The call ends, the reports are acknowledged, and the main program clears the item.
   void HangUp() {
-    const auto request = static_cast<std::uintptr_t>(telephony.requests);
-    telephony.sink->LineCallBackProc(1, LINE_REPLY, telephony.instance, request, 0, 0);
-    telephony.sink->LineCallBackProc(1, LINE_CALLSTATE, telephony.instance, LINECALLSTATE_IDLE, 0, 0);
-    while (acknowledged < dde.posts) dde.Sink().OnExecuteAck(++acknowledged, kDdeAckPositive);
-    dde.Sink().OnData("");
+    driver.InjectMessage(1, LINE_REPLY, driver.instance, static_cast<std::uintptr_t>(driver.requests), 0, 0);
+    driver.InjectMessage(1, LINE_CALLSTATE, driver.instance, LINECALLSTATE_IDLE, 0, 0);
+    driver.Advance({});
+    dde.DeliverAcks();
+    Command("");
   }
-
-  CheapView view;
-  Program program{CheapPorts()};
-  DdeExecute acknowledged{0};
 };
 
 }  // namespace fonklav::bench

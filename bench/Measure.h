@@ -10,7 +10,7 @@
 namespace fonklav::bench {
 
 /// Calls of operator new in this process so far.
-[[nodiscard]] std::size_t Allocations() noexcept;
+[[nodiscard]] long Allocations() noexcept;
 
 /// Nanoseconds: of this thread's processor time, which other programs leave alone, where a stretch is long, and by the
 /// wall clock, which is asked in no time, where it is short.
@@ -22,18 +22,17 @@ inline double Now(std::int64_t works) {
 
 /// Runs the body `works` times at a stretch and undoes it, which is not measured, over and over. The result is one
 /// work's share of the median stretch: what else the machine does in between moves the mean, but not that.
-template <typename Body, typename Undo>
-void Measure(benchmark::State& state, std::int64_t works, Body&& body, Undo&& undo) {
+template <typename Body, typename Undo = void (*)()>
+void Measure(
+    benchmark::State& state, std::int64_t works, Body&& body, Undo&& undo = [] {}) {
   std::vector<double> stretches;
-  std::size_t allocations = 0;
+  long allocations = 0;
   for (auto _ : state) {
-    const std::size_t before = Allocations();
+    const long before = Allocations();
     const double start = Now(works);
     for (std::int64_t work = 0; work < works; ++work) body();
-    const double time = Now(works) - start;
+    stretches.push_back((Now(works) - start) / static_cast<double>(works));
     allocations += Allocations() - before;
-    state.SetIterationTime(time / 1e9);
-    stretches.push_back(time / static_cast<double>(works));
     undo();
   }
   const auto middle = stretches.begin() + static_cast<std::ptrdiff_t>(stretches.size() / 2);
@@ -42,18 +41,6 @@ void Measure(benchmark::State& state, std::int64_t works, Body&& body, Undo&& un
   const double all = static_cast<double>(stretches.size()) * static_cast<double>(works);
   state.counters["allocations"] = static_cast<double>(allocations) / all;
 }
-template <typename Body>
-void Measure(benchmark::State& state, std::int64_t works, Body&& body) {
-  Measure(state, works, body, [] {});
-}
-
-/// Makes a benchmark known, for each of these sizes.
-struct Registered {
-  Registered(const char* name, void (*run)(benchmark::State&), const std::vector<std::int64_t>& sizes = {}) {
-    auto* const made = benchmark::RegisterBenchmark(name, run)->UseManualTime();
-    for (const std::int64_t size : sizes) made->Arg(size);
-  }
-};
 
 /// A collection of `count` items under distinct keys, and a work on each of them.
 inline std::string Key(std::int64_t number) { return "Key" + std::to_string(number); }

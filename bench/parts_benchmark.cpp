@@ -61,13 +61,13 @@ void CommandDispatched(benchmark::State& state) {
 
 /// A line object on cheap telephony.
 struct CheapLine : test::TapiSystem {
-  explicit CheapLine(std::int64_t devices) : TapiSystem(""), telephony(Scenario::Parse(Devices(devices))) {
-    line = CvbTAPILine::Make({diagnostics, telephony, icons, codePage, callback, "bench"}, events);
+  explicit CheapLine(std::int64_t devices) : TapiSystem(""), driver(devices) {
+    line = CvbTAPILine::Make({diagnostics, driver, icons, bytes, callback, "bench"}, events);
     Check(line->Create());
   }
   ~CheapLine() { line.reset(); }
-  CheapTelephony telephony;
-  CheapCodePage codePage;
+  CheapTelephony driver;
+  CheapCodePage bytes;
 };
 
 void Capabilities(benchmark::State& state) {
@@ -78,17 +78,18 @@ void Capabilities(benchmark::State& state) {
 /// The same by a reader that believes the driver.
 void UncheckedCapabilities(benchmark::State& state) {
   CheapLine system(1);
-  Telephony& telephony = system.telephony;
+  Telephony& telephony = system.driver;
+  system.line->CurrentLineID(0);
   std::array<std::string, 3> texts;
   std::array<std::uint32_t, 10> numbers{};
   Measure(state, 1000, [&] {
     std::array<std::byte, 2301> buffer{};
     SetTotalSize(buffer);
-    telephony.lineGetDevCaps(0x10001, 0, 0x00020000, 0, buffer);
+    telephony.lineGetDevCaps(system.driver.registration, 0, 0x00020000, 0, buffer);
     LINEDEVCAPS caps;
     std::memcpy(&caps, buffer.data(), sizeof caps);
     const auto text = [&](std::uint32_t offset) {
-      return system.codePage.ToText(reinterpret_cast<const char*>(buffer.data()) + offset);
+      return system.bytes.ToText(reinterpret_cast<const char*>(buffer.data()) + offset);
     };
     texts = {text(caps.dwLineNameOffset), text(caps.dwProviderInfoOffset), text(caps.dwSwitchInfoOffset)};
     std::memcpy(numbers.data(), &caps.dwPermanentLineID, sizeof numbers);
@@ -141,24 +142,24 @@ void BareBody(benchmark::State& state) {
   Measure(state, 1000, [&] { benchmark::DoNotOptimize(CharacterCount(number)); });
 }
 
-const Registered kAll[]{{"Add/ours", Add<Ours>, {1000, 10000}},
-                        {"Find/ours", Find<Ours>, {1000, 10000}},
-                        {"At/ours", At<Ours>, {1000, 10000}},
-                        {"RemoveOldest/ours", RemoveOldest<Ours>, {1000, 10000}},
-                        {"Add/floor", Add<DequeAndMap>, {10000}},
-                        {"Find/floor", Find<DequeAndMap>, {10000}},
-                        {"At/floor", At<DequeAndMap>, {10000}},
-                        {"RemoveOldest/floor", RemoveOldest<DequeAndMap>, {10000}},
-                        {"RemoveFromTheMiddle", RemoveFromTheMiddle},
-                        {"CommandDispatched", CommandDispatched},
-                        {"Capabilities", Capabilities},
-                        {"UncheckedCapabilities", UncheckedCapabilities},
-                        {"Enumerate", Enumerate, {10, 100, 1000}},
-                        {"NumberPrepared", NumberPrepared},
-                        {"BuilderAppend", BuilderAppend},
-                        {"StringAppend", StringAppend},
-                        {"Guard", Guard},
-                        {"BareBody", BareBody}};
+BENCHMARK_TEMPLATE(Add, Ours)->Arg(1000)->Arg(10000);
+BENCHMARK_TEMPLATE(Find, Ours)->Arg(1000)->Arg(10000);
+BENCHMARK_TEMPLATE(At, Ours)->Arg(1000)->Arg(10000);
+BENCHMARK_TEMPLATE(RemoveOldest, Ours)->Arg(1000)->Arg(10000);
+BENCHMARK_TEMPLATE(Add, DequeAndMap)->Arg(10000);
+BENCHMARK_TEMPLATE(Find, DequeAndMap)->Arg(10000);
+BENCHMARK_TEMPLATE(At, DequeAndMap)->Arg(10000);
+BENCHMARK_TEMPLATE(RemoveOldest, DequeAndMap)->Arg(10000);
+BENCHMARK(RemoveFromTheMiddle);
+BENCHMARK(CommandDispatched);
+BENCHMARK(Capabilities);
+BENCHMARK(UncheckedCapabilities);
+BENCHMARK(Enumerate)->Arg(10)->Arg(100)->Arg(1000);
+BENCHMARK(NumberPrepared);
+BENCHMARK(BuilderAppend);
+BENCHMARK(StringAppend);
+BENCHMARK(Guard);
+BENCHMARK(BareBody);
 
 }  // namespace
 }  // namespace fonklav::bench

@@ -61,14 +61,14 @@ struct Boost {
   boost::multi_index_container<Item, boost::multi_index::indexed_by<boost::multi_index::sequenced<>, Key>> items;
 };
 
-const Registered kAll[]{{"{fmt}", FmtTracedStep},
-                        {"spdlog/line", [](benchmark::State& state) { Spdlog(state, spdlog::level::info); }},
-                        {"spdlog/off", [](benchmark::State& state) { Spdlog(state, spdlog::level::debug); }},
-                        {"Abseil", AbslDispatch},
-                        {"libphonenumber", Libphonenumber},
-                        {"Boost/Add", Add<Boost>, {10000}},
-                        {"Boost/Find", Find<Boost>, {10000}},
-                        {"Boost/RemoveOldest", RemoveOldest<Boost>, {10000}}};
+BENCHMARK(FmtTracedStep)->Name("{fmt}");
+BENCHMARK_CAPTURE(Spdlog, line, spdlog::level::info)->Name("spdlog/line");
+BENCHMARK_CAPTURE(Spdlog, off, spdlog::level::debug)->Name("spdlog/off");
+BENCHMARK(AbslDispatch)->Name("Abseil");
+BENCHMARK(Libphonenumber)->Name("libphonenumber");
+BENCHMARK_TEMPLATE(Add, Boost)->Name("Boost/Add")->Arg(10000);
+BENCHMARK_TEMPLATE(Find, Boost)->Name("Boost/Find")->Arg(10000);
+BENCHMARK_TEMPLATE(RemoveOldest, Boost)->Name("Boost/RemoveOldest")->Arg(10000);
 
 }  // namespace
 }  // namespace fonklav::bench

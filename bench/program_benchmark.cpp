@@ -3,11 +3,15 @@
 #include "config/Configuration.h"
 #include "diag/clsErrorHandling.h"
 #include "tapi/StructReader.h"
+#include "tests/app/CountedMemory.h"
 #include "tests/fakes/RecordingLog.h"
 #include "util/Procedure.h"
 
 // The dial, the logs and what grows with the number of lines.
 namespace fonklav::bench {
+
+long Allocations() noexcept { return test::memory.allocations; }
+
 namespace {
 
 /// From the command's arrival until the call is asked for and the handler has returned. The status box is emptied after
@@ -16,7 +20,7 @@ void Dial(benchmark::State& state, const char* switches, bool gather) {
   CheapDialer dialer(switches);
   const auto end = [&] {
     dialer.HangUp();
-    if (!gather) dialer.program.Input().Click(ControlId::cmdLogClear);
+    if (!gather) dialer.Input().Click(ControlId::cmdLogClear);
   };
   for (int call = 0; call < (gather ? 1000 : 1); ++call) {
     dialer.Dial();
@@ -29,7 +33,7 @@ void Dial(benchmark::State& state, const char* switches, bool gather) {
 /// What the simulator does in a dial.
 void SimulatorsPart(benchmark::State& state) {
   CheapDialer dialer("");
-  CheapTelephony& sim = dialer.telephony;
+  CheapTelephony& sim = dialer.driver;
   std::array<std::byte, 1064> output{};
   HLINE line = 0;
   HCALL call = 0;
@@ -37,7 +41,7 @@ void SimulatorsPart(benchmark::State& state) {
     sim.LineSimulator::lineOpen(sim.registration, 0, line, 0x00020000, 0, 1, LINECALLPRIVILEGE_NONE, 4);
     SetTotalSize(output);
     sim.LineSimulator::lineTranslateAddress(sim.registration, 0, 0x00020000, "00301234567", 0, 0, output);
-    if (sim.LineSimulator::lineMakeCall(line, call, "00301234567", 0) <= 0) throw std::runtime_error("no call");
+    Check(sim.LineSimulator::lineMakeCall(line, call, "00301234567", 0) > 0);
   };
   Measure(state, 1, part, [&] {
     sim.LineSimulator::lineClose(line);
@@ -46,9 +50,8 @@ void SimulatorsPart(benchmark::State& state) {
 }
 
 /// The logs as a program has them, on no disk or on a real file.
-template <typename Disk = NoDisk>
-struct Logs : CheapSystem<Disk> {
-  explicit Logs(const std::string& switches) : CheapSystem<Disk>(switches) {
+struct Logs : CheapSystem {
+  explicit Logs(const std::string& switches, FileSystem* disk = nullptr) : CheapSystem(switches, 1, disk) {
     Check(config.declareAll.Init("FVT", false));
   }
   ~Logs() { diagnostics.log.reset(); }
@@ -58,16 +61,17 @@ struct Logs : CheapSystem<Disk> {
   void Flush() { static_cast<clsErrorHandling&>(*diagnostics.log).oTraceQueue_QueueAdded(); }
 
   Diagnostics diagnostics;
-  Configuration config{diagnostics, this->CheapPorts(), [this]() -> std::unique_ptr<ProcedureLog> {
-                         return std::make_unique<clsErrorHandling>(diagnostics, config, this->CheapPorts());
+  Configuration config{diagnostics, ports, [this]() -> std::unique_ptr<ProcedureLog> {
+                         return std::make_unique<clsErrorHandling>(diagnostics, config, ports);
                        }};
 };
 
 constexpr std::string_view kLine = "2026/03/07  09:05:31  TAPI FVT DDE Execute - cmd|call|0301234567\r\n";
 
 void LogLine(benchmark::State& state, std::int32_t limitKB) {
-  Logs<OneFile> logs("");
-  clsFiles files(logs.diagnostics, logs.config.files, logs.disk, logs.codePage, logs.clock);
+  OneFile disk;
+  Logs logs("", &disk);
+  clsFiles files(logs.diagnostics, logs.config.files, disk, logs.bytes, logs.clock);
   const std::string path = "C:\\ProgramData\\Rufmon\\log\\debug.log";
   std::string line;
   Measure(state, 200, [&] { files.FileWrite_Log(path, line = "TAPI FVT DDE Execute - cmd|call|0301234567", limitKB); });
@@ -84,7 +88,7 @@ void RawLine(benchmark::State& state, std::int64_t limitKB) {
 
 /// Fifty steps wait; the one behind them would write.
 void TracedStep(benchmark::State& state) {
-  Logs<> logs("TraceMode=1\r\n");
+  Logs logs("TraceMode=1\r\n");
   logs.Flush();
   Measure(
       state, 50, [&] { logs.Steps(1); }, [&] { logs.Flush(); });
@@ -92,11 +96,12 @@ void TracedStep(benchmark::State& state) {
 
 /// The lines wait because the disk is full, and then it is not.
 void TraceBatch(benchmark::State& state) {
-  Logs<OneFile> logs("TraceMode=1\r\n");
+  OneFile disk;
+  Logs logs("TraceMode=1\r\n", &disk);
   const auto wait = [&] {
-    logs.disk.full = true;
+    disk.full = true;
     logs.Steps(51);
-    logs.disk.full = false;
+    disk.full = false;
   };
   logs.Flush();
   wait();
@@ -111,7 +116,7 @@ void RawBatch(benchmark::State& state) {
 }
 
 void DebugLineOff(benchmark::State& state) {
-  Logs<> logs("");
+  Logs logs("");
   const std::string text = "cmd|call|0301234567";
   Measure(state, 1000, [&] { DebugTapi(logs.diagnostics, "DDE Execute - ", text); });
 }
@@ -131,28 +136,27 @@ void EmptyCall(benchmark::State& state) {
 void SetLine(benchmark::State& state) {
   CheapDialer dialer("", state.range(0));
   std::size_t entry = 0;
-  const auto tick = [&] { dialer.program.Input().TickEntry(entry, true); };
+  const auto tick = [&] { dialer.Input().TickEntry(entry, true); };
   Measure(state, 1, tick, [&] {
-    dialer.telephony.ForgetCalls();
-    entry = dialer.program.Controls().lstTAPI.Count() - 1 - entry;
+    dialer.driver.ForgetCalls();
+    entry = dialer.Controls().lstTAPI.Count() - 1 - entry;
   });
 }
 
-using State = benchmark::State;
-const Registered kAll[]{{"Dial/first", [](State& state) { Dial(state, "", false); }},
-                        {"Dial/after1000", [](State& state) { Dial(state, "", true); }},
-                        {"Dial/logged", [](State& state) { Dial(state, "TraceMode=1\r\nLogTAPI=1\r\n", false); }},
-                        {"LogLine/unlimited", [](State& state) { LogLine(state, 0); }},
-                        {"LogLine/limited", [](State& state) { LogLine(state, 50); }},
-                        {"RawLine/unlimited", [](State& state) { RawLine(state, INT32_MAX); }},
-                        {"RawLine/limited", [](State& state) { RawLine(state, 50); }},
-                        {"SimulatorsPart", SimulatorsPart},
-                        {"TracedStep", TracedStep},
-                        {"TraceBatch", TraceBatch},
-                        {"RawBatch", RawBatch},
-                        {"DebugLineOff", DebugLineOff},
-                        {"EmptyCall", EmptyCall},
-                        {"SetLine", SetLine, {10, 100, 1000}}};
+BENCHMARK_CAPTURE(Dial, first, "", false);
+BENCHMARK_CAPTURE(Dial, after1000, "", true);
+BENCHMARK_CAPTURE(Dial, logged, "TraceMode=1\r\nLogTAPI=1\r\n", false);
+BENCHMARK_CAPTURE(LogLine, unlimited, 0);
+BENCHMARK_CAPTURE(LogLine, limited, 50);
+BENCHMARK_CAPTURE(RawLine, unlimited, INT32_MAX);
+BENCHMARK_CAPTURE(RawLine, limited, 50);
+BENCHMARK(SimulatorsPart);
+BENCHMARK(TracedStep);
+BENCHMARK(TraceBatch);
+BENCHMARK(RawBatch);
+BENCHMARK(DebugLineOff);
+BENCHMARK(EmptyCall);
+BENCHMARK(SetLine)->Arg(10)->Arg(100)->Arg(1000);
 
 }  // namespace
 }  // namespace fonklav::bench

@@ -14,3 +14,9 @@ FAR_END_HUNG_UP = ["btnHangUp|0", "anzlog|Getrennt", "cmd|autohide", "anzlog|Cal
 IDLE = ["btnCall|1|Idle", "btnHangUp|0", "anzlog|Leerlauf", "cmd|autohide"]
 WHOLE_CALL = [*CALL, *FAR_END_HUNG_UP, *IDLE]
 HANG_UP = ["> cmd|hangup", "cmd|quitt", "btnHangUp|0|cmdHangUp_Click", "anzlog|Auflegen"]
+
+
+def open_panel(session, shows="Wählen", button="Test"):
+    """Opens the panel of the settings window that shows this control."""
+    session.click(button)
+    session.wait_for_control(shows)

@@ -1,4 +1,4 @@
-"""The unmodified dialer in a conversation with the suite stand-in, under Wine: for the demo and the end-to-end tests."""
+"""The unmodified dialer in a conversation with the suite stand-in, under Wine: for scripts and end-to-end tests."""
 import os
 import re
 import shutil
@@ -6,6 +6,7 @@ import signal
 import subprocess
 import threading
 import time
+from collections import namedtuple
 from dataclasses import dataclass
 from pathlib import Path
 
@@ -24,24 +25,13 @@ class Line:
         return f"{self.milliseconds:7} ms  {self.who:16}  {self.text}"
 
 
-@dataclass
-class Item:
+class Item(namedtuple("Item", "kind window_class left top width height focus ticks text")):
     """A window or a control that the dialer shows; position and size in pixels of the screen."""
-    kind: str
-    window_class: str
-    left: int
-    top: int
-    width: int
-    height: int
-    focus: bool
-    ticks: str
-    text: str
 
     @classmethod
-    def parse(cls, text):
-        kind, name, left, top, width, height, focus, ticks, rest = text.split("|", 8)
-        return cls(kind, name, int(left), int(top), int(width), int(height), focus == "focus", ticks.strip(),
-                   rest.replace("\r\n", "\n"))
+    def parse(cls, said):
+        kind, name, *place, focus, ticks, text = said.split("|", 8)
+        return cls(kind, name, *map(int, place), focus == "focus", ticks.strip(), text.replace("\r\n", "\n"))
 
     @property
     def caption(self):
@@ -51,12 +41,12 @@ class Item:
 
 class Session:
     """One dialer and one stand-in. Everything that belongs to the session lies in its folder: the program as it was
-    built, its settings and logs, the simulator's log. `scenario` is a file that the line simulator reads; `tapi` says
-    which telephony library Wine offers ("n,b" the simulator, "" none); `control` has the simulator look for orders,
-    which wakes the dialer all the time; `hear` is told each line at once."""
+    built, its settings and logs, the simulator's log. `scenario` is what the line simulator plays; `tapi` says which
+    telephony library Wine offers ("n,b" the simulator, "" none); `control` has the simulator look for orders, which
+    wakes the dialer all the time; `hear` is told each line at once."""
 
-    def __init__(self, env, build, folder, scenario=None, tapi="n,b", control=False, hear=None):
-        self.env, self.build, self.folder = env, Path(build), Path(folder)
+    def __init__(self, env, folder, scenario, tapi="n,b", control=False, hear=None):
+        self.env, self.folder = env, Path(folder)
         self.lines = []
         self._hear = hear or (lambda line: None)
         self._arrived = threading.Condition()
@@ -65,17 +55,17 @@ class Session:
         for name in ("data", "log", "base"):
             (self.folder / name).mkdir(parents=True)
         self.program = self.folder / "FonklavTAPI.exe"
-        shutil.copyfile(self.build / "FonklavTAPI.exe", self.program)
+        shutil.copyfile(env.build / "FonklavTAPI.exe", self.program)
         self.write("Rufmonpaths.ini", f"[Paths]\nProgramData={windows_path(self.folder)}\n")
+        self.write("scenario.txt", scenario)
         self.sim_log, self.sim_control = self.folder / "sim.log", self.folder / "sim.control"
         self._environ = env.environ(WINEDLLOVERRIDES=f"mscoree,mshtml=;tapi32={tapi}",
-                                    FONKLAV_SIM_SCENARIO=windows_path(scenario) if scenario else "",
+                                    FONKLAV_SIM_SCENARIO=windows_path(self.folder / "scenario.txt"),
                                     FONKLAV_SIM_LOG=windows_path(self.sim_log),
                                     FONKLAV_SIM_CONTROL=windows_path(self.sim_control) if control else "")
-        self.suite = None
 
     def __enter__(self):
-        self.suite = subprocess.Popen(["wine", str(self.build / "sim/suite.exe"), windows_path(self.program)],
+        self.suite = subprocess.Popen(["wine", str(self.env.build / "sim/suite.exe"), windows_path(self.program)],
                                       env=self._environ, cwd=self.folder, stdin=subprocess.PIPE,
                                       stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
         threading.Thread(target=self._read, daemon=True).start()
@@ -108,11 +98,10 @@ class Session:
         """A command to the dialer, which is taken back once it was acknowledged."""
         self.do(f"send {command}")
 
-    def play_example(self, settings, *arguments):
-        """Lets the example of a main program do it all in place of the stand-in; its end and what it has printed."""
-        self.write("data/sett_TAPI.ini", settings)
-        example = self.wine(self.build / "examples/main-program.exe", windows_path(self.program), *arguments)
-        return example.returncode, example.stdout.decode(CODE_PAGE).splitlines()
+    def end(self):
+        """Ends the conversation; the dialer has to end with it, and well."""
+        self.do("terminate")
+        self.wait("dialer ended, exit code 0", who="suite")
 
     def wine(self, program, *arguments):
         """Runs another program beside the dialer, to its end."""
@@ -132,51 +121,53 @@ class Session:
                     return line
             return None
 
-        with self._arrived:
-            line = self._arrived.wait_for(found, seconds)
+        line = self._until(found, seconds)
         assert line, f"nothing from {who} began with {prefix!r} within {seconds} s"
         return line
 
     def reports(self):
         """Everything that the dialer has reported so far."""
-        with self._arrived:
-            return [line.text for line in self.lines if line.who == DIALER]
+        return [line.text for line in self.lines if line.who == DIALER]
 
     def said(self, text):
         """How often the stand-in has said this."""
-        with self._arrived:
-            return [line.text for line in self.lines].count(text)
+        return [line.text for line in self.lines].count(text)
 
     def wait_for_reports(self, count, seconds=10):
         """Waits until that many reports have come; whether they have."""
-        with self._arrived:
-            return self._arrived.wait_for(lambda: len(self.reports()) >= count, seconds)
+        return self._until(lambda: len(self.reports()) >= count, seconds)
 
     def settle(self, seconds=10):
         """Waits until the dialer has dealt with all that was said before. It answers in order: what it has not said by
         then it does not say. Neither the question nor its answer counts as part of the conversation."""
-        with self._arrived:
-            begin = len(self.lines)
+        begin = len(self.lines)
         self.send("debug|0")
 
         def answer():
             said = (line for line in self.lines[begin:] if line.who == DIALER and line.text == "cmd|quitt")
             return next(said, None)
 
-        with self._arrived:
-            line = self._arrived.wait_for(answer, seconds)
-            assert line, f"the dialer has not answered within {seconds} s"
-            line.who = "settled"
+        line = self._until(answer, seconds)
+        assert line, f"the dialer has not answered within {seconds} s"
+        line.who = "settled"
 
     def wait_for_end(self, seconds=2):
-        """Waits until no process of the dialer is left; the seconds that it took."""
-        begin = time.monotonic()
+        """Waits until no process of the dialer is left."""
         wait_until("the dialer has ended", lambda: not self.dialers(), seconds)
-        return time.monotonic() - begin
 
     def dialers(self):
         """The process ids of this session's dialer."""
-        return [pid for pid in process_ids() if self._owns(pid)]
+        ours = os.fsencode(f"FONKLAV_SIM_LOG={windows_path(self.sim_log)}\0")
+
+        def told(file):
+            try:
+                return file.read_bytes()
+            except OSError:
+                return b""  # ended meanwhile, or not ours to look at
+
+        running = (process for process in Path("/proc").glob("[0-9]*")
+                   if b"FonklavTAPI.exe" in told(process / "cmdline").split(b"\0")[0])
+        return [int(process.name) for process in running if ours in told(process / "environ")]
 
     # What a person does and sees.
 
@@ -190,12 +181,10 @@ class Session:
         return [(kind, int(states or 0), name) for kind, states, name in fields]
 
     def _look(self, command):
-        with self._arrived:
-            first = len(self.lines)
+        first = len(self.lines)
         self.do(command)
         self.wait("end", who="screen")
-        with self._arrived:
-            return [line.text for line in self.lines[first:self._heard - 1] if line.who == "screen"]
+        return [line.text for line in self.lines[first:self._heard - 1] if line.who == "screen"]
 
     def window(self, caption, seconds=10):
         """Waits for a window with this caption and returns it with its controls."""
@@ -227,11 +216,6 @@ class Session:
         """Synthetic input from outside of Wine: for what the stand-in has no words for, or no time."""
         subprocess.run(["xdotool", *map(str, words)], env=self._environ, check=True)
 
-    def end_windows_session(self):
-        """Tells every program of the prefix that Windows ends the session, as when the user logs off."""
-        subprocess.run(["wine", "wineboot", "--end-session"], env=self._environ, check=False, timeout=30,
-                       stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-
     def picture(self, path, item=None):
         """Saves what the screen shows where this window is, or all of it."""
         crop = ["-crop", f"{item.width}x{item.height}+{item.left}+{item.top}", "+repage"] if item else []
@@ -250,8 +234,12 @@ class Session:
         return path.read_bytes().decode(CODE_PAGE).splitlines() if path.exists() else []
 
     def __str__(self):
+        return "\n".join(str(line) for line in self.lines if line.who != "screen")
+
+    def _until(self, met, seconds):
+        """Looks whenever a line has come; what met() gave last."""
         with self._arrived:
-            return "\n".join(str(line) for line in self.lines if line.who != "screen")
+            return self._arrived.wait_for(met, seconds)
 
     def _read(self):
         # Columns: 7 digits and " ms  ", the speaker in 16, two blanks, the text.
@@ -263,14 +251,6 @@ class Session:
                 self.lines.append(line)
                 self._arrived.notify_all()
             self._hear(line)
-
-    def _owns(self, pid):
-        try:
-            return (b"FonklavTAPI.exe" in Path(f"/proc/{pid}/cmdline").read_bytes().split(b"\0")[0]
-                    and os.fsencode(f"FONKLAV_SIM_LOG={windows_path(self.sim_log)}\0")
-                    in Path(f"/proc/{pid}/environ").read_bytes())
-        except OSError:
-            return False  # ended meanwhile, or not ours to look at
 
 
 def wait_until(what, met, seconds=5):
@@ -286,11 +266,6 @@ def private_kb(pid):
     """Memory that only this process has, in KB."""
     text = Path(f"/proc/{pid}/smaps_rollup").read_text()
     return sum(int(number) for number in re.findall(r"^Private_(?:Clean|Dirty): +(\d+) kB", text, re.M))
-
-
-def process_ids():
-    """All processes of the machine."""
-    return [int(entry.name) for entry in Path("/proc").iterdir() if entry.name.isdigit()]
 
 
 def windows_path(path):

@@ -1,10 +1,9 @@
 #!/usr/bin/env python3
 """One Wine prefix and one invisible screen, shared by all programs of a run.
 
-wine_env.py start FOLDER   makes the prefix in FOLDER if it is not there yet, and starts the screen
-wine_env.py stop FOLDER    ends everything that runs in the prefix, and the screen
+wine_env.py start BUILD    makes the prefix of this build's folder if it is not there yet, and starts the screen
+wine_env.py stop BUILD     ends everything that runs in the prefix, and the screen
 """
-import json
 import os
 import shutil
 import signal
@@ -12,16 +11,33 @@ import subprocess
 import sys
 from pathlib import Path
 
+ROOT = Path(__file__).resolve().parent.parent
+WIN64 = ROOT / "build/win64"
 SCREEN = "1600x1200x24"
 
 
-class WineEnv:
-    """The prefix FOLDER/prefix and its screen, whose number is kept in FOLDER/screen.json between processes."""
+def build(preset, *targets):
+    """Builds what a script is about to run."""
+    for command in (["cmake", "--preset", preset], ["cmake", "--build", "--preset", preset, *targets]):
+        subprocess.run(command, cwd=ROOT, check=True, stdout=subprocess.DEVNULL)
 
-    def __init__(self, folder):
-        self.folder = Path(folder).resolve()
+
+class WineEnv:
+    """The prefix BUILD/wine/prefix with the line simulator of that build, and its screen, whose number is kept beside
+    the prefix between processes. As a context manager: started, and stopped at the end."""
+
+    def __init__(self, folder=WIN64):
+        self.build = Path(folder).resolve()
+        self.folder = self.build / "wine"
         self.prefix = self.folder / "prefix"
-        self._screen_file = self.folder / "screen.json"
+        self._screen = self.folder / "screen"  # the display's number, and the server's process
+
+    def __enter__(self):
+        self.start()
+        return self
+
+    def __exit__(self, *_):
+        self.stop()
 
     def start(self):
         """Leaves a prefix that is ready and a screen that runs. What an aborted run left behind is ended first."""
@@ -30,38 +46,35 @@ class WineEnv:
         self._start_screen()
         if not (self.folder / "prefix.ready").exists():
             self._make_prefix()
+        # Where Windows has its telephony library: the dialer looks nowhere else. To programs of 32 bits, another folder
+        # goes by the name of the system folder.
+        system = "syswow64" if self.build.name == "win32" else "system32"
+        shutil.copyfile(self.build / "sim/tapi32.dll", self.drive_c("windows", system, "tapi32.dll"))
 
     def stop(self):
         """Ends the programs of this prefix and this screen, and no others. Does nothing when none run."""
         if self.prefix.exists():
             subprocess.run(["wineserver", "-k"], env=self.environ(), check=False, stderr=subprocess.DEVNULL)
-        if self._screen_file.exists():
-            pid = json.loads(self._screen_file.read_text())["pid"]
-            self._screen_file.unlink()
+        if self._screen.exists():
+            process = self._screen.read_text().split()[1]
+            self._screen.unlink()
             # The number may belong to somebody else by now.
-            if Path(f"/proc/{pid}/comm").exists() and Path(f"/proc/{pid}/comm").read_text().strip() == "Xvfb":
-                os.kill(pid, signal.SIGTERM)
+            name = Path(f"/proc/{process}/comm")
+            if name.exists() and name.read_text() == "Xvfb\n":
+                os.kill(int(process), signal.SIGTERM)
 
     def environ(self, **more):
         """The environment for any program of this run."""
         # Under the C locale Wine finds no file whose name has an umlaut.
         result = {**os.environ, "LC_ALL": "C.UTF-8", "WINEPREFIX": str(self.prefix), "WINEARCH": "win64",
-                  "WINEDEBUG": "-all", **more}
-        result.setdefault("WINEDLLOVERRIDES", "mscoree,mshtml=")
-        if self._screen_file.exists():
-            result["DISPLAY"] = f":{json.loads(self._screen_file.read_text())['display']}"
+                  "WINEDEBUG": "-all", "WINEDLLOVERRIDES": "mscoree,mshtml=", **more}
+        if self._screen.exists():
+            result["DISPLAY"] = ":" + self._screen.read_text().split()[0]
         return result
 
     def drive_c(self, *parts):
         """A path on the prefix's drive C."""
         return self.prefix.joinpath("drive_c", *parts)
-
-    def install_tapi(self, dll):
-        """Puts the line simulator where Windows has its telephony library: the dialer looks nowhere else. To programs
-        of 32 bits, another folder goes by the name of the system folder."""
-        target = self.drive_c("windows", "syswow64" if is_32_bit(dll) else "system32", "tapi32.dll")
-        if not target.exists() or target.read_bytes() != Path(dll).read_bytes():
-            shutil.copyfile(dll, target)
 
     def set_registry(self, key, name, kind, value):
         """Writes one value and waits until it is kept."""
@@ -79,7 +92,7 @@ class WineEnv:
             display = answer.readline().strip()
         if not display:
             raise RuntimeError(f"no screen: see {self.folder / 'xvfb.log'}")
-        self._screen_file.write_text(json.dumps({"display": int(display), "pid": server.pid}))
+        self._screen.write_text(f"{display} {server.pid}")
 
     def _make_prefix(self):
         print("Making a Wine prefix (about 10 seconds, once)", flush=True)
@@ -95,13 +108,6 @@ class WineEnv:
     def _wine(self, *command):
         subprocess.run(["wine", *command], env=self.environ(), check=True, stdin=subprocess.DEVNULL,
                        stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-
-
-def is_32_bit(file):
-    """Whether this program or library is for 32-bit Windows: the machine's number stands behind the signature."""
-    data = Path(file).read_bytes()
-    header = int.from_bytes(data[0x3C:0x40], "little")
-    return data[header:header + 6] == b"PE\0\0\x4c\x01"
 
 
 def main():

@@ -44,7 +44,7 @@ class BareDialer : public FakeSystem {
   /// The start up to the question for a main program, which is still out afterwards.
   bool Ask(const std::string& commandLine) {
     process.commandLine = commandLine;
-    program = std::make_unique<Program>(AllPorts());
+    program = std::make_unique<Program>(ports);
     if (!program->Load(view)) return false;
     Input().TimerTick(TimerId::Start0);
     return true;
@@ -56,8 +56,8 @@ class BareDialer : public FakeSystem {
   }
 
   /// The main program changes the linked item, and time passes where this is given.
-  void Command(const std::string& bytes, int milliseconds = 0) {
-    dde.Sink().OnData(bytes);
+  void Command(std::string bytes, int milliseconds = 0) {
+    dde.Sink().OnData(std::move(bytes));
     if (milliseconds > 0) Pump(milliseconds);
   }
 

@@ -15,7 +15,7 @@ struct ConfigSystem : FakeSystem, Recorded {
   explicit ConfigSystem(bool languageCheck = false)
       : Recorded(false),
         config(
-            diagnostics, AllPorts(), [this] { return MakeLog(); }, languageCheck) {}
+            diagnostics, ports, [this] { return MakeLog(); }, languageCheck) {}
 
   bool Init() { return config.declareAll.Init("FVT", false); }
 

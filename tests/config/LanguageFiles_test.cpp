@@ -34,12 +34,12 @@ std::set<std::string> KeysTheProgramAsksFor() {
   for (const char* argument : {"/run", "no number"}) {
     system.process.commandLine = argument;
     FakeView view;
-    Program program(system.AllPorts());
+    Program program(system.ports);
     EXPECT_EQ(program.Load(view), system.process.commandLine == "/run");
   }
   EXPECT_TRUE(system.Init());
   system.config.languagePrivate.LoadTexts();
-  clsErrorHandling log(system.diagnostics, system.config, system.AllPorts());
+  clsErrorHandling log(system.diagnostics, system.config, system.ports);
   system.diagnostics.pending.number = 5;
   log.ErrorLogWithMsgBox("somewhere", {});
   std::set<std::string> keys;

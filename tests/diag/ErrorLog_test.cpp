@@ -98,12 +98,12 @@ TEST(ErrorLog, CountsTheLinesThatItFinds) {
   LogSystem system;
   system.File(LogSystem::kErrorLog) = "a\r\nb\r\nc";
   system.diagnostics.tag.clear();
-  const clsErrorHandling second(system.diagnostics, system.config, system.AllPorts());
+  const clsErrorHandling second(system.diagnostics, system.config, system.ports);
   EXPECT_EQ(second.ErrorLogLineCount, 3);
   EXPECT_EQ(system.diagnostics.tag, "NON");
   system.diagnostics.startingUp = true;
   system.files.faults[FakeFileSystem::Key(LogSystem::kErrorLog)] = ErrorNumber::PermissionDenied;
-  const clsErrorHandling third(system.diagnostics, system.config, system.AllPorts());
+  const clsErrorHandling third(system.diagnostics, system.config, system.ports);
   EXPECT_EQ(third.ErrorLogLineCount, 0) << "a log that somebody else holds is no reason not to start";
 }
 

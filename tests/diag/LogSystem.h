@@ -48,8 +48,8 @@ struct LogSystem : FakeSystem {
   static constexpr const char* kLogFolder = "c:\\programdata\\rufmon\\log";
 
   Diagnostics diagnostics;
-  Configuration config{diagnostics, AllPorts(), [this]() -> std::unique_ptr<ProcedureLog> {
-                         return std::make_unique<clsErrorHandling>(diagnostics, config, AllPorts());
+  Configuration config{diagnostics, ports, [this]() -> std::unique_ptr<ProcedureLog> {
+                         return std::make_unique<clsErrorHandling>(diagnostics, config, ports);
                        }};
 };
 

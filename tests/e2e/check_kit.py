@@ -15,7 +15,7 @@ shutil.rmtree(FOLDER, ignore_errors=True)
 shutil.unpack_archive(next(BUILD.glob("*-windows-check.zip")), FOLDER)
 KIT = next(FOLDER.iterdir())
 subprocess.run(["wine", "cmd", "/c", "check.cmd", "link.partner-*"], cwd=KIT, stdin=subprocess.DEVNULL, check=False,
-               env=WineEnv(BUILD / "wine").environ(WINEDLLOVERRIDES="mscoree,mshtml=;tapi32=b"))
+               env=WineEnv(BUILD).environ(WINEDLLOVERRIDES="mscoree,mshtml=;tapi32=b"))
 REPORT = (KIT / "report.txt").read_text(encoding="cp1252")
 TOLD = [f"{kind}: {story.name}" for kind in ("product", "line")
         for story in sorted((KIT / "stories" / kind).glob("link.partner-*"))]

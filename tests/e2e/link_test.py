@@ -2,7 +2,7 @@
 """The link to a main program that is as slow or as wrong as DDE messages can be."""
 from itertools import product
 
-from conversations import ANSWERED, CALL, CAPTION, DIAL, DIALED, IDLE, SETTINGS, STARTED, WHOLE_CALL
+from conversations import ANSWERED, CALL, CAPTION, DIAL, DIALED, IDLE, SETTINGS, STARTED, WHOLE_CALL, open_panel
 from dialer_session import wait_until
 from stories import CALL_UP, FAR_END_HANGS_UP, calls, case, cases, converse, dialer, equal, expect_clean_end, found, run
 
@@ -105,8 +105,7 @@ def refused(name):
         session.do("misbehave advise-status 0")
         session.start(SETTINGS, "/sett")
         converse(session, STARTED, commands=False)
-        session.click("Test")
-        session.wait_for_control("Wählen")
+        open_panel(session)
         session.keys("1", "Return")
         converse(session, [*STARTED, *DIALED[1:], *ANSWERED], commands=False)
         session.do("terminate")

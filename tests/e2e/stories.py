@@ -3,7 +3,6 @@ import os
 import re
 import sys
 from itertools import zip_longest
-from pathlib import Path
 
 from dialer_session import Session
 from wine_env import WineEnv
@@ -66,14 +65,8 @@ def cases(rows):
 def dialer(name, scenario="", errors=False, **more):
     """A session with a line simulator that plays `scenario`, the text of a scenario file. Its folder is named after
     the case and stays for a look after a failure."""
-    build = Path(os.environ["FONKLAV_BUILD"])
-    env = WineEnv(build / "wine")
-    env.install_tapi(build / "sim/tapi32.dll")
-    folder = build / "e2e" / name
-    script = build / "e2e" / f"{name}.scenario.txt"
-    script.parent.mkdir(parents=True, exist_ok=True)
-    script.write_text(TELEPHONY + scenario if scenario is not None else "", encoding="cp1252")
-    session = Case(env, build, folder, script, **more)
+    env = WineEnv(os.environ["FONKLAV_BUILD"])
+    session = Case(env, env.build / "e2e" / name, TELEPHONY + scenario, **more)
     session.errors = errors
     return session
 

@@ -2,7 +2,7 @@
 """The window as a person has it: real clicks and keys, and what the program shows, reports and stores then."""
 from contextlib import contextmanager
 
-from conversations import ANSWERED, CALL, CAPTION, DIALED, SETTINGS, STARTED
+from conversations import ANSWERED, CALL, CAPTION, DIALED, SETTINGS, STARTED, open_panel
 from dialer_session import wait_until
 from stories import CALL_UP, calls, case, cases, converse, dialer, equal, expect_reports, found, run
 
@@ -34,20 +34,14 @@ def hidden(session):
     return session.windows() == []
 
 
-def open_panel(session, shows):
-    """Opens the panel that shows this control."""
-    session.click("Test" if shows == "Wählen" else "Geräte-Info")
-    session.wait_for_control(shows)
-
-
 @contextmanager
-def settings_window(name, scenario="", shows=None):
-    """A dialer that was started with its window and, if asked for, the panel that shows this control."""
+def settings_window(name, scenario="", *panel):
+    """A dialer that was started with its window and, if asked for, a panel."""
     with dialer(name, scenario) as session:
         session.start(SETTINGS, "/sett")
         expect_reports(session, STARTED)
-        if shows:
-            open_panel(session, shows)
+        if panel:
+            open_panel(session, *panel)
         yield session
 
 
@@ -174,7 +168,7 @@ def long_number(name):
         expect_reports(session, STARTED)
         equal((session.windows(), calls(session, "lineMakeCall")), ([], []))
         session.send("settings")
-        open_panel(session, "Wählen")
+        open_panel(session)
         type_into(session, 1, ["ctrl+a", "ctrl+c"])
 
         def shown():
@@ -224,7 +218,8 @@ def by_hand(name):
 @case("a-click-on-a-line-shows-its-report")
 def report(name):
     """Selecting is not ticking, and the next call still goes to the ticked line."""
-    with settings_window(name, "device name=B provider=Sim\n" + CALL_UP, "Geräte-Informationen ") as session:
+    report = "Geräte-Informationen ", "Geräte-Info"
+    with settings_window(name, "device name=B provider=Sim\n" + CALL_UP, *report) as session:
         session.click("entry 1")
         wait_until("the report", lambda: "TAPI LINE NAME: B" in control(session.window(CAPTION), "Edit", 1).text)
         equal(ticks(session), "0")
@@ -281,7 +276,7 @@ def close_by_keys(session):
 
 
 def dial_by_hand(session):
-    open_panel(session, "Wählen")
+    open_panel(session)
     type_into(session, 1, ["1", "2"])
     session.click("Wählen")
     wait_until("the call is up", lambda: "Verbunden" in control(session.window(CAPTION), "Edit", 2).text)
@@ -332,7 +327,7 @@ def session_end(name):
         session.write("Rufmonspec.ini", "[Debug]\nLogTAPI=1\nTraceMode=1\n")
         session.start(SETTINGS)
         converse(session, [*STARTED, *CALL])
-        session.end_windows_session()
+        session.wine("wineboot", "--end-session")
         session.wait_for_end(seconds=5)
         equal(found(session, "log/debug.log", "FormFonklav_(.*)"), ["QueryUnload - Param=2", "Unload"])
         equal([line.split("(")[0] for line in calls(session, "lineDeallocateCall", "lineClose", "lineShutdown")][-3:],

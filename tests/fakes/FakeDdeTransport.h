@@ -27,9 +27,11 @@ class FakeDdeTransport : public DdeTransport, public CanFail {
   DdeExecute PostExecute(std::string_view bytes) override {
     if (onReport) onReport(bytes);
     if (!postSucceeds || Due()) return 0;
-    executed.emplace_back(bytes);
-    posted.push_back(++last_);
+    ++last_;
     if (answersAtOnce) pendingAcks_.push_back(last_);
+    if (!remembers) return last_;
+    executed.emplace_back(bytes);
+    posted.push_back(last_);
     return last_;
   }
   void End() noexcept override {
@@ -50,7 +52,9 @@ class FakeDdeTransport : public DdeTransport, public CanFail {
   }
   /// The server's answers arrive.
   void DeliverAcks() {
-    for (const DdeExecute execute : std::exchange(pendingAcks_, {})) sink_->OnExecuteAck(execute, kDdeAckPositive);
+    const std::vector<DdeExecute> due = pendingAcks_;
+    pendingAcks_.clear();
+    for (const DdeExecute execute : due) sink_->OnExecuteAck(execute, kDdeAckPositive);
   }
   DdeSink& Sink() { return *sink_; }
 
@@ -62,6 +66,7 @@ class FakeDdeTransport : public DdeTransport, public CanFail {
   bool serverRunning{true};
   bool postSucceeds{true};
   bool answersAtOnce{true};
+  bool remembers{true};  ///< reports; not where a great many come
   bool alive{false};
   bool ticking{false};
   int ends{0};

@@ -30,9 +30,6 @@ struct FakeSystem {
   FakeSystem(const FakeSystem&) = delete;
   FakeSystem& operator=(const FakeSystem&) = delete;
 
-  Ports AllPorts() {
-    return {clock, codePage, dde, files, icons, boxes, loop, locale, profile, process, shell, telephony};
-  }
   /// From now on all of it goes by these faults, telephony too.
   void FailBy(Faults& faults) {
     for (CanFail* fake : std::initializer_list<CanFail*>{&clock, &codePage, &dde, &files, &boxes, &locale, &profile,
@@ -65,6 +62,8 @@ struct FakeSystem {
   FakeProcess process;
   FakeShellFolders shell;
   LineSimulator telephony;
+  /// All of it. Another implementation can take a fake's place before the program starts.
+  Ports ports{clock, codePage, dde, files, icons, boxes, loop, locale, profile, process, shell, telephony};
 };
 
 }  // namespace fonklav::test

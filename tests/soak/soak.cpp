@@ -12,35 +12,28 @@ namespace {
 /// One call by command and its end, from this side or the far one; at times the settings are saved or given up, which
 /// makes a new line object. False when the call was not connected and ended.
 bool Cycle(BareDialer& dialer, long number) {
-  const auto command = [&](const char* text) {
-    dialer.Command(text);
-    dialer.Pump(100);
-  };
-  command("cmd|call|0301234567");
+  dialer.Command("cmd|call|0301234567", 100);
   const bool connected = dialer.sim.LiveCalls() == 1;
   if (number % 2 == 0) {
-    command("cmd|hangup");
+    dialer.Command("cmd|hangup");
   } else {
     dialer.sim.RemoteHangUp();
   }
   dialer.Pump(100);
-  if (number % 5 == 0) command("unload");
+  if (number % 5 == 0) dialer.Command("unload", 100);
   if (number % 5 == 1) dialer.Input().Click(ControlId::cmdSave);
   if (number % 5 == 2) dialer.Input().ClickEntry(0);
-  command("");
-  // What grows by design: the status box, and what the simulator and the fakes remember.
+  dialer.Command("", 100);
+  // What grows by design: the status box, and what the simulator and a fake remember.
   dialer.Input().Click(ControlId::cmdLogClear);
   dialer.sim.ForgetCalls();
-  dialer.TakeReports();
-  dialer.dde.posted.clear();
-  dialer.view.changed.clear();
-  dialer.view.appended.clear();
   dialer.profile.asked.clear();
   return connected && dialer.sim.OpenLines() == 0 && dialer.view.unloads == 0;
 }
 
 int Soak(long cycles) {
   BareDialer dialer(kTwoLinesAndACall);
+  dialer.view.remembers = dialer.dde.remembers = false;
   dialer.StoreLine("A");
   if (!dialer.Start("/run")) return 1;
   Memory tenth;

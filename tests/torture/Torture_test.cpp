@@ -135,15 +135,14 @@ long Happen(const Story& story, long failing, bool allocation, bool forever) {
   dialer.lostCloses = dialer.lostShutdowns = failing < 0 ? 0 : 1;  // the failing call may be the one that gives back
   dialer.faults.Arm(allocation ? -1 : failing, forever);
   memory.allocations = 0;
-  memory.failing = failing;
-  memory.counting = allocation;
+  memory.failing = allocation ? failing : -1;
   dialer.Happen();
-  memory.counting = false;
-  const long calls = dialer.faults.Calls();
+  memory.failing = -1;
+  const long count = allocation ? memory.allocations : dialer.faults.Calls();
   dialer.faults.Disarm();
   dialer.ExpectTheNextDialToWork();
   dialer.End();
-  return allocation ? memory.allocations : calls;
+  return count;
 }
 
 void Torment(const Story& story, bool allocation, bool forever) {
