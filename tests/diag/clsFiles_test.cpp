@@ -114,6 +114,10 @@ TEST(Lines, AreCounted) {
   EXPECT_FALSE(system.textFiles.CheckFileMaxLines(kFile, 3));
   EXPECT_EQ(real, 2);
   EXPECT_THAT(system.Errors(), IsEmpty());
+  system.files.faults[FakeFileSystem::Key(kFile)] = ErrorNumber::PermissionDenied;
+  EXPECT_EQ(system.textFiles.GetFileRowCount(kFile), 0) << "one that cannot be read has none that we know of";
+  EXPECT_FALSE(system.textFiles.CheckFileMaxLines(kFile, 1));
+  EXPECT_THAT(system.Errors(), SizeIs(2));
 }
 
 TEST(Lines, AreSplit) {

@@ -40,8 +40,8 @@ TEST(Procedure, WhateverIsThrownEndsInTheLog) {
 }
 
 TEST(Procedure, BeforeStartUpHasComeSoFar) {
-  test::Recorded unarmed;
-  unarmed.diagnostics.handlersArmed = false;
+  test::Recorded unarmed(false);
+  unarmed.diagnostics.log = unarmed.MakeLog();
   EXPECT_THROW(Procedure(unarmed.diagnostics, "x", {}, [] { throw RunTimeError(ErrorNumber::Overflow); }),
                RunTimeError);
   EXPECT_THAT(unarmed.log->errors, IsEmpty());
