@@ -21,7 +21,7 @@ MAY_INCLUDE = {
 }
 WINDOWS_FOLDERS = ("platform/win32/", "window/", "sim/tapi32/", "sim/suite/", "sim/check/")
 GENERATED = {"Version.h"}
-PROCEDURES = ("config", "tapi", "diag", "app")
+PROCEDURES = ("util", "config", "tapi", "diag", "app")
 # Procedures in two pieces, and the end of an object.
 OTHER_NAMES = {"clsFiles.MakeFileOf": "clsFiles.MakeFile", "CvbTAPILine.Release": "CvbTAPILine.Class_Terminate",
                "CvbTAPILine.~CvbTAPILine": "CvbTAPILine.Class_Terminate"}

@@ -21,10 +21,10 @@ Result Suppressed(Result otherwise, Body&& body) {
 }
 
 void Raise(const std::function<void()>& event) {
-  Suppressed(false, [&] {
+  try {
     if (event) event();
-    return true;
-  });
+  } catch (...) {  // NOLINT(bugprone-empty-catch): what the owner does wrong is not the collection's
+  }
 }
 
 const std::string* TextOf(const KeyedItems::Item* item) {

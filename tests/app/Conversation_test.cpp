@@ -192,6 +192,24 @@ void Play(const Scene& scene) {
 
 TEST(Conversation, IsHeardStageByStageWhateverTheDriverDoes) { std::ranges::for_each(kScenes, Play); }
 
+TEST(Conversation, StandsInTheDebugLogStepByStep) {
+  Dialer dialer(kLine + kAnswered);
+  dialer.Switch("LogTAPI=1\r\n");
+  dialer.StoreLine("ISDN-Line1");
+  dialer.Start("/run");
+  const std::size_t started = dialer.Steps().size();
+  dialer.Command("cmd|call|030/1234567", 100);
+  dialer.sim.RemoteHangUp();
+  dialer.Pump(100);
+  dialer.Command("cmd|hangup");
+  std::vector<std::string> steps = dialer.Steps();
+  steps.erase(steps.begin(), steps.begin() + static_cast<std::ptrdiff_t>(started));
+  EXPECT_THAT(steps, ElementsAre("DDE Execute - cmd|call|030/1234567", "MakeCallAsynch - Number: 030/1234567",
+                                 "MakeCallAsynch - To API: 030 1234567", "TAPIMakeCallResult -  OK", "TAPIDialing",
+                                 "TAPIConnected", "TAPIDisconnected", "TAPIDropCallResult -  Call Dropped", "TAPIIdle",
+                                 "DDE Execute - cmd|hangup"));
+}
+
 TEST(Conversation, EveryKnownCommandIsAcknowledgedAndNoOther) {
   const Reports acknowledged{"cmd|quitt"};
   const Reports asked{"cmd|quitt", "anzlog|Anmeldung >> ISDN-Line1", "btnHangUp|1", "anzlog|Vorbereitung"};

@@ -97,6 +97,7 @@ TEST(Startup, ReportsWhatItFindsAndWhatItMisses) {
     EXPECT_EQ(dialer.Ticks(), row.ticks);
     EXPECT_EQ(dialer.Text(ControlId::txtTestStatus), dialer.codePage.ToText(row.status));
     EXPECT_EQ(dialer.boxes.shown.size(), row.boxes);
+    EXPECT_FALSE(dialer.Controls().tmStart[0].Enabled() || dialer.Controls().tmStart[1].Enabled());
     EXPECT_EQ(dialer.Controls().tmStart[2].Enabled(), *row.stored != 0 && row.heard.starts_with("Init2LastOK"));
     const std::string again = std::regex_replace(row.debug, std::regex("TAPI check - Message=.*\n"), "");
     std::string steps;

@@ -341,6 +341,17 @@ TEST(End, GivesBackOneByOneWhateverFails) {
   }
 }
 
+TEST(End, TellsWhetherTheLineWasClosed) {
+  for (const auto& [fault, closed] : {std::pair{"", true}, {"refuse lineClose 0x80000048", false}}) {
+    TapiSystem system(kDevice + fault, Stage::Open);
+    EXPECT_EQ(system.line->CloseLine(), closed) << fault;
+    EXPECT_FALSE(system.line->CloseLine()) << "there is none any more";
+  }
+  TapiSystem poor(kDevice, Stage::Open);
+  poor.sim.inside = Without("lineClose");
+  EXPECT_FALSE(poor.line->CloseLine());
+}
+
 TEST(End, ThatTelephonyRefusesKeepsTheCellOfTheCall) {
   TapiSystem system(kDevice + "call reply after=20\nrefuse lineClose 0x80000048\nrefuse lineShutdown 0x80000048\n",
                     Stage::Open);
@@ -423,6 +434,15 @@ TEST(Report, NamesEverySetBitInItsOrder) {
             "\tLINEMEDIAMODE_VIDEOTEX\r\nLine Tone Generation supported: True\r\n\tLINETONEMODE_BEEP\r\n"
             "\tLINETONEMODE_BILLING\r\n\tLINETONEMODE_BUSY\r\n\tLINETONEMODE_CUSTOM\r\n\tLINETONEMODE_RINGBACK\r\n"
             "Number of terminals for this line: 5");
+}
+
+TEST(Report, NamesTheFormatOfStrings) {
+  for (const auto& [format, name] : {std::pair{1, "ASCII"}, {2, "DBCS"}, {3, "UNICODE"}, {4, "BINARY"}}) {
+    TapiSystem system("device format=" + std::to_string(format) + "\n" + kLocation, Stage::Created);
+    LineState lines;
+    EXPECT_THAT(mTAPIFunctions(system.diagnostics, lines).GetLineInfo(*system.line, 0),
+                HasSubstr(std::string("String Format: STRINGFORMAT_") + name + "\r\n"));
+  }
 }
 
 TEST(Report, LeavesOutWhatTheLineDoesNotSay) {

@@ -57,6 +57,9 @@ TEST(Queue, KeepsTheNewestWithinItsLimit) {
   for (const char* line : {"a", "b", "c", "d"}) queue.collection.Queue_Add(line);
   EXPECT_THAT(queue.Texts(), ElementsAre("b", "c", "d"));
   EXPECT_EQ(queue.collection.Queue_ReadLast(), "b");
+  queue.collection.Queue_Limit(1);
+  queue.collection.Queue_Add("last");
+  EXPECT_THAT(queue.Texts(), ElementsAre("last"));
   queue.collection.Queue_Limit(-1);  // nonsense keeps nothing, and ends
   queue.collection.Queue_Add("e");
   EXPECT_THAT(queue.Texts(), IsEmpty());
