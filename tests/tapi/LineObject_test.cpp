@@ -77,7 +77,7 @@ std::string Work(TapiSystem& system, const std::function<void(int)>& pump) {
   step("closed", !system.line->IsOpen());
   step("config", system.line->ConfigDialog(5, "tapi/line") && system.line->ConfigDialog());
   step("rules", system.line->DialingPropertiesDialog(6, "12") && system.line->DialingPropertiesDialog());
-  step("icon", system.line->PaintDevIcon(7, 1, 2, 16, 17));
+  step("icon", system.line->PaintDevIcon(7, 1, 2, 16, 17) && system.line->PaintDevIcon(8));
   return seen;
 }
 
@@ -87,8 +87,8 @@ TEST(LineObject, AsksTelephonyForThisAndNothingElse) {
       "device name=C version=0x00010004\nlocation country=49 city=30 local=9 id=3\n");
   TapiSystem system("", Stage::Made, &telephony);
   EXPECT_EQ(Work(system, [&](int time) { telephony.Advance(std::chrono::milliseconds(time)); }), "");
-  EXPECT_THAT(system.icons.drawn, ElementsAre("7 1 2 9 16 17"));
-  EXPECT_THAT(system.icons.destroyed, ElementsAre(9U));
+  EXPECT_THAT(system.icons.drawn, ElementsAre("7 1 2 9 16 17", "8 0 0 9 0 0"));
+  EXPECT_THAT(system.icons.destroyed, ElementsAre(9U, 9U));
   system.line.reset();
   EXPECT_THAT(
       telephony.calls,
@@ -110,8 +110,8 @@ TEST(LineObject, AsksTelephonyForThisAndNothingElse) {
           "lineConfigDialog(device=0x1 owner=0x0 class=null) = 0x0",
           "lineTranslateDialog(app=0x10001 device=0x1 version=0x20002 owner=0x6 address=\"12\") = 0x0",
           "lineTranslateDialog(app=0x10001 device=0x1 version=0x20002 owner=0x0 address=null) = 0x0",
-          "lineGetIcon(device=0x1 class=null) = 0x0", "lineDeallocateCall(call=0x30001) = 0x80000018",
-          "lineShutdown(app=0x10001) = 0x0"));
+          "lineGetIcon(device=0x1 class=null) = 0x0", "lineGetIcon(device=0x1 class=null) = 0x0",
+          "lineDeallocateCall(call=0x30001) = 0x80000018", "lineShutdown(app=0x10001) = 0x0"));
 }
 
 /// Telephony that does not have this function.
