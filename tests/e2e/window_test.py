@@ -212,6 +212,7 @@ def by_hand(name):
         wait_until("the status box is empty", lambda: control(session.window(CAPTION), "Edit", 2).text == "")
         type_into(session, 0, ["Return"])
         wait_until("Enter is OK elsewhere", lambda: hidden(session))
+        session.settle()
         equal(session.said("cmd|settchange"), 1)
 
 
