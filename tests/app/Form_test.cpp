@@ -2,7 +2,10 @@
 
 #include "app/FormTexts.h"
 #include "app/Layout.h"
+#include "app/modSaveSetting.h"
+#include "tapi/mTAPIFunctions.h"
 #include "tests/app/Dialer.h"
+#include "tests/config/ConfigSystem.h"
 
 // What a person does at the window, and what the form hands to the window that shows it.
 namespace fonklav::test {
@@ -92,7 +95,25 @@ TEST(Settings, PositionsAreAppliedAsReadAndDefaultTo600) {
     dialer.Start("/run");
     EXPECT_EQ(dialer.Controls().form.Top(), top) << line;
     EXPECT_EQ(dialer.Controls().form.Left(), 600);
-    EXPECT_THAT(dialer.profile.asked, IsSupersetOf({"General LogCount", "General BackupCount"}));
+  }
+}
+
+TEST(Settings, LimitsForLogsAreKeptWithinTheirRange) {
+  for (const auto& [count, backups, kept] : {std::tuple{"", "", "25 9"},
+                                             {"10", "0", "10 0"},
+                                             {"1000", "9", "1000 9"},
+                                             {"9", "-1", "10 0"},
+                                             {"1001", "10", "1000 9"}}) {
+    ConfigSystem system;
+    EXPECT_TRUE(system.Init());
+    system.File(Dialer::kSettings) =
+        std::string("[General]\r\nLogCount=") + count + "\r\nBackupCount=" + backups + "\r\n";
+    FormControls controls;
+    LineState lines;
+    DialSettings settings;
+    LogLimits limits{0, 0};
+    modSaveSetting(system.diagnostics, system.config.ini, controls.form, lines, settings, limits).LoadSettings();
+    EXPECT_EQ(std::to_string(limits.logLineLimit) + " " + std::to_string(limits.backupCount), kept);
   }
 }
 
