@@ -281,6 +281,9 @@ TEST(View, AFaultThatNobodyCaughtIsToldUnderTheProgramsTitle) {
 TEST(View, IsToldOfEachChangeOnceAndOfNoOther) {
   FakeView view;
   FormControls controls;
+  const auto& timers = controls.tmStart;
+  EXPECT_THAT((std::array{timers[0].Interval(), timers[1].Interval(), timers[2].Interval()}),
+              ElementsAre(100, 100, 3000));
   controls.slot.view = &view;
   int changes = 0;
   std::vector<std::size_t> checked;
