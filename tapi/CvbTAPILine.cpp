@@ -90,7 +90,7 @@ bool CvbTAPILine::Create() {
     if (hLineApp_ != 0) static_cast<void>(Release());
     if (!Register()) return;
     NegotiateVersions();
-    static_cast<void>(GetLineDevCaps());
+    GetLineDevCaps();
     const std::int16_t locations = ReadLocations();
     created = locations >= 1;
     idle_ = true;
@@ -132,8 +132,8 @@ void CvbTAPILine::NegotiateVersion(std::size_t device) {
   highestApiVersion_ = std::max(highestApiVersion_, Signed(version));
 }
 
-bool CvbTAPILine::GetLineDevCaps() {
-  return Procedure(services_.diagnostics, "CvbTAPILine.GetLineDevCaps", {currentLineId_}, false, [&](bool& done) {
+void CvbTAPILine::GetLineDevCaps() {
+  Procedure(services_.diagnostics, "CvbTAPILine.GetLineDevCaps", {currentLineId_}, [&] {
     std::array<std::byte, kDevCapsSize> buffer{};
     SetTotalSize(buffer);
     const auto device = static_cast<std::uint32_t>(currentLineId_);
@@ -154,7 +154,6 @@ bool CvbTAPILine::GetLineDevCaps() {
     caps_.generateToneMaxNumFreq = Signed(caps.dwGenerateToneMaxNumFreq);
     caps_.generateToneModes = Signed(caps.dwGenerateToneModes);
     caps_.numTerminals = Signed(caps.dwNumTerminals);
-    done = true;
   });
 }
 
@@ -201,7 +200,7 @@ void CvbTAPILine::CurrentLineID(std::int32_t newId) {
   TraceEntry(services_.diagnostics, "CvbTAPILine.CurrentLineID", {newId});
   if (newId < 0 || newId >= numLines()) throw RunTimeError(ErrorNumber::InvalidPropertyValue);
   currentLineId_ = newId;
-  static_cast<void>(GetLineDevCaps());
+  GetLineDevCaps();
 }
 
 std::int32_t CvbTAPILine::NegotiatedAPIVersion() const {

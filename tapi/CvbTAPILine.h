@@ -194,7 +194,7 @@ class CvbTAPILine : public std::enable_shared_from_this<CvbTAPILine> {
   [[nodiscard]] bool Register();
   void NegotiateVersions();
   void NegotiateVersion(std::size_t device);
-  [[nodiscard]] bool GetLineDevCaps();
+  void GetLineDevCaps();
   [[nodiscard]] std::int16_t ReadLocations();
   void TakeAccessCodes(std::span<const std::byte> translateCaps, const LINETRANSLATECAPS& header);
   void GetTAPIStructString(std::span<const std::byte> structure, std::uint32_t offset, std::uint32_t size,

@@ -32,17 +32,19 @@ TEST(OsDescription, NamesTheEditionAndTellsTheNt6Family) {
   const SystemRow home[] = {
       {3, 11, 0, "Windows"}, {4, 0, 950, "Windows 95"}, {4, 89, 9, "Windows 98"}, {4, 90, 0, "Windows Me"}};
   // The last client is younger than this program: the youngest name there is.
-  const SystemRow clients[] = {{0, 0, 0, "Windows NT"},      {4, 0, 1381, "Windows NT"},   {5, 0, 0, "Windows 2000"},
-                               {5, 1, 0, "Windows XP"},      {5, 2, 0, "Windows XP x64"},  {6, 0, 0, "Windows Vista"},
-                               {6, 1, 0, "Windows 7"},       {6, 2, 0, "Windows 8"},       {6, 3, 0, "Windows 8.1"},
-                               {10, 0, 21999, "Windows 10"}, {10, 0, 22000, "Windows 11"}, {12, 1, 5, "Windows 11"}};
+  const SystemRow clients[] = {{0, 0, 0, "Windows NT"},  {4, 0, 1381, "Windows NT"},   {5, 0, 0, "Windows 2000"},
+                               {5, 1, 0, "Windows XP"},  {5, 2, 0, "Windows XP x64"},  {6, 0, 0, "Windows Vista"},
+                               {6, 1, 0, "Windows 7"},   {6, 2, 0, "Windows 8"},       {6, 3, 0, "Windows 8.1"},
+                               {10, 0, 0, "Windows 10"}, {10, 0, 21999, "Windows 10"}, {10, 0, 22000, "Windows 11"},
+                               {12, 1, 5, "Windows 11"}};
   const SystemRow servers[] = {{4, 9, 9999, "Windows NT Server"},     {5, 0, 0, "Windows 2000 Server"},
                                {5, 1, 9, "Windows 2000 Server"},      {5, 2, 0, "Windows Server 2003"},
                                {6, 0, 0, "Windows Server 2008"},      {6, 1, 0, "Windows Server 2008 R2"},
                                {6, 2, 0, "Windows Server 2012"},      {6, 3, 0, "Windows Server 2012 R2"},
-                               {10, 0, 17762, "Windows Server 2016"}, {10, 0, 17763, "Windows Server 2019"},
-                               {10, 0, 20347, "Windows Server 2019"}, {10, 0, 20348, "Windows Server 2022"},
-                               {10, 0, 26099, "Windows Server 2022"}, {10, 0, 26100, "Windows Server 2025"}};
+                               {10, 0, 0, "Windows Server 2016"},     {10, 0, 17762, "Windows Server 2016"},
+                               {10, 0, 17763, "Windows Server 2019"}, {10, 0, 20347, "Windows Server 2019"},
+                               {10, 0, 20348, "Windows Server 2022"}, {10, 0, 26099, "Windows Server 2022"},
+                               {10, 0, 26100, "Windows Server 2025"}};
   expect(false, false, home);
   expect(true, false, clients);
   expect(true, true, servers);
