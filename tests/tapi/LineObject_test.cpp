@@ -436,12 +436,25 @@ TEST(Report, NamesEverySetBitInItsOrder) {
             "Number of terminals for this line: 5");
 }
 
-TEST(Report, NamesTheFormatOfStrings) {
+/// The report on a line of which this is known.
+std::string ReportOn(const std::string& device) {
+  TapiSystem system("device " + device + "\n" + kLocation, Stage::Created);
+  LineState lines;
+  return mTAPIFunctions(system.diagnostics, lines).GetLineInfo(*system.line, 0);
+}
+
+TEST(Report, NamesTheFormatOfStringsAndEachBitByItself) {
   for (const auto& [format, name] : {std::pair{1, "ASCII"}, {2, "DBCS"}, {3, "UNICODE"}, {4, "BINARY"}}) {
-    TapiSystem system("device format=" + std::to_string(format) + "\n" + kLocation, Stage::Created);
-    LineState lines;
-    EXPECT_THAT(mTAPIFunctions(system.diagnostics, lines).GetLineInfo(*system.line, 0),
+    EXPECT_THAT(ReportOn("format=" + std::to_string(format)),
                 HasSubstr(std::string("String Format: STRINGFORMAT_") + name + "\r\n"));
+  }
+  for (const auto& [bits, begin, end, prefix] : {std::tuple{"bearer=", 0, 6, "\tLINEBEARERMODE_"},
+                                                 {"addressmodes=", 0, 2, "\tLINEADDRESSMODE_"},
+                                                 {"media=", 1, 14, "\tLINEMEDIAMODE_"},
+                                                 {"tonefreq=1 tones=", 0, 5, "\tLINETONEMODE_"}}) {
+    for (int bit = begin; bit < end; ++bit) {
+      EXPECT_EQ(Split(ReportOn(bits + std::to_string(1 << bit)), prefix).size(), 2U) << prefix << bit;
+    }
   }
 }
 
