@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""The Windows check, unpacked and started as its user does: all its parts, and the stories of a dialer that loses its partner."""
+"""The Windows check, unpacked and started as its user does: all its parts, and the stories of a lost partner."""
 import os
 import shutil
 import subprocess
