@@ -145,8 +145,8 @@ struct CheapDialer : CheapSystem {
   }
   /// The call ends, the reports are acknowledged, and the main program clears the item.
   void HangUp() {
-    driver.InjectMessage(1, LINE_REPLY, driver.instance, static_cast<std::uintptr_t>(driver.requests), 0, 0);
-    driver.InjectMessage(1, LINE_CALLSTATE, driver.instance, LINECALLSTATE_IDLE, 0, 0);
+    driver.InjectMessage({1, LINE_REPLY, driver.instance, static_cast<std::uintptr_t>(driver.requests)});
+    driver.InjectMessage({1, LINE_CALLSTATE, driver.instance, LINECALLSTATE_IDLE});
     driver.Advance({});
     dde.DeliverAcks();
     Command("");

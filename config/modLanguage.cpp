@@ -20,8 +20,7 @@ bool DescribesFile(const std::string& key) {
 
 void modLanguage::LanguageInit(const std::string& code) {
   Procedure(diagnostics_, "modLanguage.LanguageInit", {code}, [&] {
-    state_.languageCode =
-        code.empty() ? ini_.GetSettStr("General", "Language", state_.languageCode, "", true) : code;
+    state_.languageCode = code.empty() ? ini_.GetSettStr("General", "Language", state_.languageCode, "", true) : code;
     state_.languageFile = ReplaceAll(kFilePattern, "##", state_.languageCode);
     state_.languageFileMissing = !files_.FileExist(state_.programFolder + state_.languageFile);
   });
