@@ -48,9 +48,7 @@ TEST(Convention, AFaultInEachLayerOfOneRun) {
   Desk desk;
   desk.Switch("LogTAPI=1\r\nTraceMode=1\r\n");
   desk.profile.brokenKey = "TAPIAmtVW";
-  desk.sim.inside = [](std::string_view function) {
-    if (function == "lineMakeCall") throw RunTimeError(ErrorNumber::DllEntryPointNotFound);
-  };
+  desk.sim.inside = Without("lineMakeCall");
   desk.view.faulty = ControlId::lbLineIDActive;
   desk.errors = ElementsAre(
       "modAPI_INI.GetSettStr, Line:n + 57 + Device I/O error Params(S:TAPIDial, S:TAPIAmtVW, S:, "

@@ -6,6 +6,7 @@
 #include <functional>
 #include <map>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -158,5 +159,12 @@ class FakeMessageLoop : public MessageLoop {
 
   std::deque<std::function<void()>> posted;
 };
+
+/// For LineSimulator::inside: a system whose telephony does not have this function.
+inline std::function<void(std::string_view)> Without(std::string_view function) {
+  return [function](std::string_view called) {
+    if (called == function) throw RunTimeError(ErrorNumber::DllEntryPointNotFound);
+  };
+}
 
 }  // namespace fonklav::test

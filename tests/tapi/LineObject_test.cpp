@@ -114,13 +114,6 @@ TEST(LineObject, AsksTelephonyForThisAndNothingElse) {
           "lineDeallocateCall(call=0x30001) = 0x80000018", "lineShutdown(app=0x10001) = 0x0"));
 }
 
-/// Telephony that does not have this function.
-std::function<void(std::string_view)> Without(std::string_view function) {
-  return [function](std::string_view called) {
-    if (called == function) throw RunTimeError(ErrorNumber::DllEntryPointNotFound);
-  };
-}
-
 TEST(LineObject, KeepsTheCodeOfWhatFailed) {
   // The function, and what is seen of it where it is refused and where telephony does not have it.
   using Row = std::tuple<const char*, const char*, const char*>;
