@@ -1,4 +1,5 @@
 """The unmodified dialer in a conversation with the suite stand-in, under Wine: for scripts and end-to-end tests."""
+import contextlib
 import os
 import re
 import shutil
@@ -157,17 +158,12 @@ class Session:
 
     def dialers(self):
         """The process ids of this session's dialer."""
-        ours = os.fsencode(f"FONKLAV_SIM_LOG={windows_path(self.sim_log)}\0")
-
-        def told(file):
-            try:
-                return file.read_bytes()
-            except OSError:
-                return b""  # ended meanwhile, or not ours to look at
-
-        running = (process for process in Path("/proc").glob("[0-9]*")
-                   if b"FonklavTAPI.exe" in told(process / "cmdline").split(b"\0")[0])
-        return [int(process.name) for process in running if ours in told(process / "environ")]
+        ours, running = windows_path(self.program).encode() + b"\0", []
+        for process in Path("/proc").glob("[0-9]*"):
+            with contextlib.suppress(OSError):  # ended meanwhile, or not ours to look at
+                if (process / "cmdline").read_bytes().startswith(ours):
+                    running.append(int(process.name))
+        return running
 
     # What a person does and sees.
 
