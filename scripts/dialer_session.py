@@ -113,11 +113,8 @@ class Session:
 
     def wait(self, prefix, seconds=10, who=DIALER):
         """Waits for the next line of this speaker that begins so, and returns it; later waits look behind it."""
-
         def found():
-            while self._heard < len(self.lines):
-                line = self.lines[self._heard]
-                self._heard += 1
+            for self._heard, line in enumerate(self.lines[self._heard:], self._heard + 1):
                 if line.who == who and line.text.startswith(prefix):
                     return line
             return None
@@ -143,14 +140,9 @@ class Session:
         then it does not say. Neither the question nor its answer counts as part of the conversation."""
         begin = len(self.lines)
         self.send("debug|0")
-
-        def answer():
-            said = (line for line in self.lines[begin:] if line.who == DIALER and line.text == "cmd|quitt")
-            return next(said, None)
-
-        line = self._until(answer, seconds)
-        assert line, f"the dialer has not answered within {seconds} s"
-        line.who = "settled"
+        answer = self._until(lambda: [line for line in self.lines[begin:] if line.text == "cmd|quitt"], seconds)
+        assert answer, f"the dialer has not answered within {seconds} s"
+        answer[0].who = "settled"
 
     def wait_for_end(self, seconds=2):
         """Waits until no process of the dialer is left."""

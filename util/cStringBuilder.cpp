@@ -106,7 +106,7 @@ void cStringBuilder::Grow(std::size_t more, int line) {
   if (needed <= capacity_) return;
   const auto chunk = static_cast<std::size_t>(chunkSize_);
   const std::size_t grown = capacity_ + (needed - capacity_ + chunk - 1) / chunk * chunk;
-  if (more > kMostCharacters || grown > kMostCharacters) throw RunTimeError(ErrorNumber::OutOfMemory, line);
+  if (grown > kMostCharacters) throw RunTimeError(ErrorNumber::OutOfMemory, line);
   text_.reserve(grown);
   capacity_ = grown;
 }

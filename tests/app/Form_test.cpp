@@ -37,6 +37,9 @@ TEST(Lines, ThatDisappearNextToEachOtherGoOneARefresh) {
   dialer->Input().TimerTick(TimerId::Start1);  // the line stage again
   ASSERT_EQ(dialer->Controls().lstTAPI.Count(), 2U);
   EXPECT_EQ(dialer->Controls().lstTAPI.At(0).text, "B");
+  dialer->Input().ClickEntry(1);
+  dialer->Input().ClickEntry(0);
+  EXPECT_EQ(dialer->Text(ControlId::txtLineInfo), "<No Valid TAPI Line Selected>") << "and no report on another one";
 }
 
 TEST(Lines, OneTickStaysWhicheverIsSet) {
@@ -85,6 +88,15 @@ TEST(Settings, SaveWithoutATickKeepsTheStoredName) {
   EXPECT_THAT(dialer->TakeReports(), ElementsAre("Init2LastOK|0", "line|Ger\xE4t gone nicht verf\xFCgbar!",
                                                  "log|Ger\xE4t gone nicht verf\xFCgbar!", "cmd|settchange"));
   EXPECT_THAT(dialer->Settings(), HasSubstr("TAPILine=gone\r\n"));
+}
+
+TEST(Settings, ANameOfNoLineThatIsStoredMeanwhileTakesTheLineAway) {
+  const auto dialer = Started(kTwoLines);
+  dialer->StoreLine("gone");
+  dialer->Command("unload");
+  EXPECT_THAT(dialer->TakeReports(), Contains("Init2LastOK|0"));
+  dialer->Input().Edit(ControlId::txtNumber, "12");
+  EXPECT_EQ(dialer->Buttons(), "[]");
 }
 
 TEST(Settings, PositionsAreAppliedAsReadAndDefaultTo600) {
@@ -153,6 +165,9 @@ TEST(Closing, HidesWhileLinkedAndEndsOtherwiseAndWithTheSession) {
 
 TEST(Closing, WhateverComesAfterTheEndFindsNobody) {
   const auto dialer = Started(kTwoLines);
+  dialer->sim.inside = [&](std::string_view function) {
+    if (function == "lineShutdown") dialer->dde.Sink().OnData("cmd|hangup");
+  };
   dialer->Input().CloseRequested(UnloadMode::SessionEnds);
   dialer->sim.ForgetCalls();
   for (const TimerId timer : {TimerId::Start0, TimerId::Start1, TimerId::Start2}) dialer->Input().TimerTick(timer);

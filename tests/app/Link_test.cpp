@@ -138,7 +138,8 @@ TEST(Link, ACallMadeByHandMeanwhileIsNotTakenAway) {
 }
 
 TEST(Link, ABusyServerIsAskedForTheItemAgainUntilItSaysYesOrNo) {
-  for (const std::uint16_t verdict : {kDdeAckPositive, std::uint16_t{0}}) {
+  constexpr std::uint16_t yesThoughBusy = kDdeAckPositive | kDdeAckBusy;
+  for (const std::uint16_t verdict : {kDdeAckPositive, yesThoughBusy, std::uint16_t{0}}) {
     Dialer dialer(kScenario);
     dialer.Switch("LogTAPI=1\r\n");
     dialer.adviseStatus = kDdeAckBusy;
@@ -159,6 +160,14 @@ TEST(Link, ABusyServerIsAskedForTheItemAgainUntilItSaysYesOrNo) {
     EXPECT_EQ(std::ranges::count(dialer.Steps(), "DDE LinkError"), verdict != 0 ? 0 : 1);
     EXPECT_EQ(StillLinked(dialer), verdict != 0) << "without the flag, closing the window ends the program";
   }
+}
+
+TEST(Link, AnItemThatCannotBeAskedForIsARefusedOne) {
+  Dialer dialer(kScenario);
+  dialer.Switch("LogTAPI=1\r\n");
+  dialer.dde.postSucceeds = false;
+  dialer.Start("/run");
+  EXPECT_THAT(dialer.Steps(), Contains("DDE LinkError"));
 }
 
 TEST(Link, APostThatFailsLowersTheFlagAndTheHandlerGoesOn) {

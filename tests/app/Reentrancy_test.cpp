@@ -73,6 +73,19 @@ TEST_P(Inside, NothingDeadIsTouchedAndNothingIsLost) {
   EXPECT_EQ(dialer.sim.LiveCalls() + dialer.sim.OpenLines() + dialer.sim.Registrations(), 0U);
 }
 
+TEST(Inside, ALineObjectThatWasLetGoOfIsSilent) {
+  const auto dialer = Ready(kTwoLinesAndACall, "A");
+  dialer->Command("cmd|call|0301234567", 100);
+  bool arrived = false;
+  dialer->sim.inside = [&](std::string_view entered) {
+    if (entered == "lineDeallocateCall" && !std::exchange(arrived, true)) dialer->dde.Sink().OnData("unload");
+  };
+  dialer->TakeReports();
+  dialer->sim.InjectState(LINECALLSTATE_IDLE);
+  dialer->Pump(100);
+  EXPECT_THAT(dialer->TakeReports(), ElementsAre("cmd|quitt", "Init2LastOK|1", "line|A", "Init2LastOK|1", "line|A"));
+}
+
 INSTANTIATE_TEST_SUITE_P(Rows, Inside, Combine(ValuesIn(kTelephony), ValuesIn(kArrivals)),
                          [](const auto& row) { return std::get<0>(row.param) + "_" + std::get<1>(row.param).name; });
 

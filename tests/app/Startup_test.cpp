@@ -16,6 +16,7 @@ TEST(CommandLine, IsJudged) {
     SCOPED_TRACE(argument);
     Dialer dialer(kLine);
     dialer.StoreLine("ISDN-Line1");
+    dialer.process.otherRunning = true;  // that is another user's, or another suite's, and no reason to end
     EXPECT_EQ(dialer.Start(argument), starts);
     EXPECT_EQ(dialer.Controls().form.Visible(), std::string_view(argument) == "/sett");
     EXPECT_EQ(dialer.Text(ControlId::txtNumber), number);
@@ -28,6 +29,14 @@ TEST(CommandLine, IsJudged) {
     EXPECT_THAT(dialer.sim.Calls(), IsEmpty());
     EXPECT_THAT(dialer.dde.asked, IsEmpty());
   }
+}
+
+TEST(CommandLine, IsNotLookedAtWhereTheSuitesFoldersAreUnknown) {
+  Dialer dialer(kLine);
+  dialer.File("C:\\Rufmon\\Rufmonpaths.ini") = "[Paths]\r\nProgramData=D:\\Daten\r\n";
+  dialer.profile.brokenKey = "BookPath";
+  EXPECT_FALSE(dialer.Start("/run"));
+  EXPECT_THAT(dialer.boxes.shown, SizeIs(1));
 }
 
 const std::string kWrong = "Fehlende oder falsche TAPI-Version!";

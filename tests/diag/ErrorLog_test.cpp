@@ -86,12 +86,12 @@ TEST(ErrorLog, TellsTheUserWhereToLookAndLogsWhatFailsMeanwhile) {
 TEST(ErrorLog, OnlyTheMainProgramsEntriesTellTheElapsedTime) {
   LogSystem system;
   system.diagnostics.tag = "PRG";
-  system.clock.Advance(std::chrono::hours(30) + std::chrono::minutes(2) + std::chrono::milliseconds(3999));
+  system.clock.Advance(std::chrono::hours(30) + std::chrono::minutes(9) + std::chrono::milliseconds(10999));
   system.Log().ErrorLogForceWrite("Start", {});
   system.clock.Advance(std::chrono::hours(-40));
   system.Log().ErrorLogForceWrite("Start", {});
   const std::string head = std::string(LogSystem::kStamp) + "PRG v" + LogSystem::Version();
-  EXPECT_THAT(system.Errors(), ElementsAre(head + " 30:02:03 Start", head + " TimeError Start"));
+  EXPECT_THAT(system.Errors(), ElementsAre(head + " 30:09:10 Start", head + " TimeError Start"));
 }
 
 TEST(ErrorLog, CountsTheLinesThatItFinds) {
@@ -132,13 +132,15 @@ TEST(UnwritableLog, StopsNothingAndRecovers) {
                                   ErrorNumber::PermissionDenied, ErrorNumber::DiskFull}) {
     SCOPED_TRACE(static_cast<int>(fault));
     LogSystem system("TraceMode=1\r\nLogTAPI=1\r\n");
-    for (const char* log : {LogSystem::kErrorLog, LogSystem::kTraceLog, LogSystem::kDebugLog}) {
+    const char* const other = "C:\\ProgramData\\Rufmon\\log\\other.log";
+    for (const char* log : {LogSystem::kErrorLog, LogSystem::kTraceLog, LogSystem::kDebugLog, other}) {
       system.files.faults[FakeFileSystem::Key(log)] = fault;
     }
     int reached = 0;
     for (int call = 0; call < 100; ++call) {
       Procedure(system.diagnostics, "fMain.cmdWahl_Click", {call}, [&] {
         system.Log().LogDebug_TAPI("Call", {call});
+        system.Log().WriteLine("\\log\\other.log", "a line");
         ++reached;
         throw RunTimeError(ErrorNumber::Overflow);
       });
@@ -149,9 +151,11 @@ TEST(UnwritableLog, StopsNothingAndRecovers) {
     system.files.faults.clear();
     system.Fail("clsX.Do");
     system.Log().LogDebug_TAPI("Again");
+    system.Log().WriteLine("\\log\\other.log", "a line");
     system.diagnostics.log.reset();
     EXPECT_THAT(system.Errors(), ElementsAre(HasSubstr("clsX.Do")));
     EXPECT_THAT(system.Debug(), ElementsAre(EndsWith("Again")));
+    EXPECT_THAT(system.Lines(other), ElementsAre(EndsWith("a line")));
     EXPECT_THAT(system.Trace().front(), HasSubstr("fMain.cmdWahl_Click 01(N:0)")) << "they wait for better times";
   }
 }

@@ -212,11 +212,14 @@ TEST(Create, HostileCapabilitiesReadAsEmptyWhereTheyLeaveTheBuffer) {
 }
 
 TEST(Create, MissingOrEndlessCodesAreNoCodes) {
-  for (const auto& [codes, complete] :
-       {std::pair{"country=49 city=30", true}, std::pair{"country=1234567 city=7654321", true},
-        std::pair{"country=49 city=12345678", false}, std::pair{"country=12345678 city=30", false}}) {
+  for (const auto& [codes, country, area, complete] : {std::tuple{"country=49 city=30", "49", "30", true},
+                                                       {"country=1234567 city=7654321", "1234567", "7654321", true},
+                                                       {"country=49 city=12345678", "49", "", false},
+                                                       {"country=12345678 city=30", "", "30", false}}) {
     TapiSystem system(std::string("device\nlocation ") + codes);
     EXPECT_EQ(system.line->CheckAreaCodes(), complete) << codes;
+    EXPECT_EQ(system.line->Country(), country);
+    EXPECT_EQ(system.line->AreaCode(), area);
   }
 }
 
@@ -478,6 +481,8 @@ TEST(LineTable, HoldsTheVoiceLinesOnlyAndWithoutTheirNuls) {
   EXPECT_EQ(lines.table[1].ID, 3);
   EXPECT_EQ(functions.GetLineID("B"), 3);
   for (const char* nobody : {"b", "", "A2"}) EXPECT_EQ(functions.GetLineID(nobody), -1) << nobody;
+  functions.GetTAPIInterfaces(*TapiSystem(kDevice).line);
+  EXPECT_EQ(lines.table.size(), 2U) << "a line object that knows of no line changes nothing";
 
   TapiSystem mute("device media=0x10\n" + kLocation, Stage::Created);
   functions.GetTAPIInterfaces(*mute.line);

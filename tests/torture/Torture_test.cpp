@@ -3,6 +3,7 @@
 
 #include "tests/app/BareDialer.h"
 #include "tests/app/CountedMemory.h"
+#include "util/KeyedItems.h"
 
 // Every story once for each thing in it that can fail: each call of a port, once and from then on, and each allocation
 // of memory. What may come of it is little: no crash, no leak, nothing said that is not so, one line and one call at
@@ -159,6 +160,26 @@ TEST_P(Torture, ACallOfAPortFails) { Torment(GetParam(), false, false); }
 TEST_P(Torture, EachCallOfAPortFromOneOnFails) { Torment(GetParam(), false, true); }
 
 TEST_P(Torture, AnAllocationFails) { Torment(GetParam(), true, false); }
+
+TEST(Memory, AnItemThatFindsNoneIsNotKeptAndMayComeAgain) {
+  KeyedItems items;
+  for (std::int64_t item = 1; item <= 200; ++item) {
+    const std::string key = "Key" + std::to_string(item);
+    bool added = false;
+    for (long failing = 0; failing < 5 && !added; ++failing) {
+      memory.allocations = 0;
+      memory.failing = failing;
+      try {
+        added = items.Add(key, {});
+      } catch (const std::bad_alloc&) {  // as it was told to
+      }
+      memory.failing = -1;
+      EXPECT_EQ(items.Find(key) != nullptr, added);
+    }
+    ASSERT_TRUE(added);
+    EXPECT_EQ(items.At(item)->first, key);
+  }
+}
 
 INSTANTIATE_TEST_SUITE_P(Stories, Torture, testing::ValuesIn(kStories), [](const auto& row) { return row.param.name; });
 

@@ -45,6 +45,10 @@ TEST(StringBuilder, ReservesInWholeChunks) {
   EXPECT_EQ(text.builder.Capacity(), 8232);
   text.builder.HeapMinimize();
   EXPECT_EQ(text.builder.Capacity(), 2) << "whole chunks are given back, until no more than one is free";
+  text.builder.ChunkSize(0x7FFFFFFF);
+  text.builder.Append(u"abc");
+  EXPECT_EQ(text.builder.Length(), 0) << "no more than a position can tell";
+  EXPECT_EQ(text.log->errors, std::vector<std::string>{"cStringBuilder.Append 7 Out of memory"});
 }
 
 TEST(StringBuilder, PositionsOutsideAreError9ForTheCaller) {
