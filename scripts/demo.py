@@ -15,12 +15,6 @@ FOLDER = ROOT / "build/demo"
 EXPECTED = [*STARTED, "cmd|quitt", *DIALED, *ANSWERED, *FAR_END_HUNG_UP, *IDLE]
 
 
-def show(line):
-    """Prints what is said, not what the script looks at."""
-    if line.who != "screen":
-        print(line, flush=True)
-
-
 def session_of(env, scenario, **more):
     return Session(env, FOLDER / "session", (ROOT / f"sim/scenarios/{scenario}.txt").read_text(), **more)
 
@@ -39,7 +33,7 @@ def take_picture(session, name, window=CAPTION):
 
 def run(env):
     """The demo's script."""
-    with session_of(env, "answered", hear=show) as session:
+    with session_of(env, "answered", hear=lambda line: line.who == "screen" or print(line, flush=True)) as session:
         session.start(SETTINGS)
         session.wait("line|")
         session.send("settings")

@@ -3,20 +3,14 @@
 # Prints a line that stands out from the output of tools.
 say() { printf '\n== %s\n' "$*"; }
 
-# need_packages PACKAGE...: installs those that are missing. Asks apt nothing when all are there.
+# need_packages PACKAGE...: installs them. Asks apt nothing when all are there.
 need_packages() {
-  local missing=() package root=()
-  for package in "$@"; do
-    [[ $(dpkg-query -W -f='${Status}' "$package" 2>/dev/null) == "install ok installed" ]] || missing+=("$package")
-  done
-  ((${#missing[@]})) || return 0
-  if ((EUID != 0)); then
-    command -v sudo >/dev/null || { echo "Missing packages, and no way to become root: ${missing[*]}" >&2; return 1; }
-    root=(sudo)
-  fi
-  say "Installing ${#missing[@]} packages: ${missing[*]}"
+  local root=()
+  [[ $(dpkg-query -W -f='${db:Status-Abbrev}\n' "$@" 2>&1 | sort -u) == "ii " ]] && return
+  ((EUID == 0)) || root=(sudo)
+  say "Installing what is missing of these packages: $*"
   "${root[@]}" apt-get update
-  "${root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y --no-install-recommends "${missing[@]}"
+  "${root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y --no-install-recommends "$@"
 }
 
 # What the Windows programs are built with, and what shows them.
