@@ -1,18 +1,15 @@
 #pragma once
 
-#include <chrono>
-#include <cstddef>
 #include <functional>
 #include <initializer_list>
 #include <map>
-#include <string>
-#include <string_view>
+#include <type_traits>
 #include <utility>
 #include <variant>
-#include <vector>
 
 #include "platform/Telephony.h"
 #include "sim/Scenario.h"
+#include "sim/TapiCodes.h"
 
 namespace fonklav {
 
@@ -135,18 +132,27 @@ class LineSimulator : public Telephony {
     LineMessage message{};
   };
 
-  /// Refuses the call or runs its body, and records it with the result.
+  /// Refuses the call or runs its body, and records it with the result: what a body does not return is 0.
   template <typename Body>
   std::int32_t Recorded(CallRecord record, const Body& body) {
     if (inside) inside(record.function);
-    const auto refused = Refused(record.function);
-    const std::int32_t result = record.result = refused ? *refused : body();
+    try {
+      CheckRefusals(record.function);
+      if constexpr (std::is_void_v<decltype(body())>) {
+        body();
+      } else {
+        record.result = body();
+      }
+    } catch (const sim::Refused& refused) {
+      record.result = refused.code;
+    }
+    const std::int32_t result = record.result;
     if (log_) log_(record.LogLine());
     calls_.push_back(std::move(record));
     if (scenario_.inside != 0) Advance({});
     return result;
   }
-  std::optional<std::int32_t> Refused(std::string_view function);
+  void CheckRefusals(std::string_view function);
   /// A handle for a new entry of `living`; `last` is the newest given out.
   template <typename Map>
   std::uint32_t NextHandle(const Map& living, std::uint32_t& last) {
@@ -156,15 +162,20 @@ class LineSimulator : public Telephony {
     return last;
   }
 
-  [[nodiscard]] std::int32_t CheckApp(HLINEAPP app) const;
-  [[nodiscard]] std::int32_t CheckDevice(HLINEAPP app, std::uint32_t device) const;
-  [[nodiscard]] std::int32_t CheckVersion(HLINEAPP app, std::uint32_t device, std::uint32_t version,
-                                          std::uint32_t extension = 0) const;
-  [[nodiscard]] std::int32_t CheckDeviceClass(std::uint32_t device, const char* deviceClass) const;
-  [[nodiscard]] const Scenario::Location* CurrentLocation() const;
+  // These refuse what they do not find, or what does not fit together.
+  void CheckApp(HLINEAPP app) const;
+  const Scenario::Device& DeviceOf(std::uint32_t number) const;
+  const Scenario::Device& DeviceOf(std::uint32_t number, const char* deviceClass) const;
+  const Scenario::Device& DeviceOf(HLINEAPP app, std::uint32_t number, std::uint32_t version,
+                                   std::uint32_t extension = 0) const;
+  [[nodiscard]] const Scenario::Location& CurrentLocation(std::int32_t otherwise) const;
 
   void Queue(const DueMessage& message);
-  std::int32_t Schedule(const std::vector<Scenario::Step>& steps, const DueMessage& origin);
+  /// Queues what comes of the newest request, or by itself, for a call; filled up with what it belongs to.
+  void QueueStep(const Scenario::Step& step, HCALL call, HCALL* cell = nullptr);
+  /// Queues a request's steps and returns its number.
+  std::int32_t Request(const std::vector<Scenario::Step>& steps, HCALL call, HCALL* cell = nullptr);
+  /// Takes back the states that a call was still to go through, and where it ends its replies too.
   void DropWaiting(HCALL call, bool repliesToo);
   void EndLine(HLINE line);
   bool Process(const DueMessage& due);

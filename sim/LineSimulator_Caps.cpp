@@ -1,10 +1,8 @@
 #include <algorithm>
 #include <cstring>
 #include <regex>
-#include <utility>
 
 #include "sim/LineSimulator.h"
-#include "sim/TapiCodes.h"
 
 namespace fonklav {
 
@@ -17,14 +15,14 @@ constexpr std::size_t kDevCapsSize = 292;
 
 /// What telephony would dial for `address` from a location. A number that does not begin with "+" counts as dialable
 /// and comes back as it is, the canonical form "+CC (AREA) N" gets the location's prefixes, anything else with a "+" is
-/// no address: nothing.
-std::optional<std::string> Translated(const std::string& address, const Scenario::Location& location, bool blanks) {
+/// refused.
+std::string Translated(const std::string& address, const Scenario::Location& location, bool blanks) {
   if (!address.starts_with('+')) return address;
   const std::regex head(blanks ? R"(\+(\d+) (?:\((\d+)\) )?)" : R"(\+(\d+) ?(?:\((\d+)\) ?)?)");
   std::smatch codes;
   const bool canonical = std::regex_search(address, codes, head, std::regex_constants::match_continuous);
   const std::string number = canonical ? codes.suffix().str() : "";
-  if (number.empty() || number.find_first_of("()+") != std::string::npos) return std::nullopt;
+  Require(!number.empty() && number.find_first_of("()+") == std::string::npos, LINEERR_INVALADDRESS);
   const std::string country = codes[1];
   const std::string area = codes[2];
   if (country != std::to_string(location.country)) return location.longDistanceAccess + "00" + country + area + number;
@@ -37,22 +35,15 @@ std::optional<std::string> Translated(const std::string& address, const Scenario
 /// dwNeededSize. Never writes beyond the caller's bytes, nor beyond the dwTotalSize at their start.
 class Structure {
  public:
-  explicit Structure(std::span<std::byte> bytes) {
+  /// Begins with a fixed part of `size` bytes, zeros behind what is known of it; dwTotalSize stays.
+  template <typename Fixed>
+  Structure(std::span<std::byte> bytes, const Fixed& fixed, std::size_t size = sizeof(Fixed)) : used_(size) {
     std::uint32_t total = 0;
     if (bytes.size() >= sizeof total) std::memcpy(&total, bytes.data(), sizeof total);
     bytes_ = bytes.first(std::min<std::size_t>(bytes.size(), total));
-  }
-
-  /// Begins with a fixed part of `size` bytes, zeros behind what is known of it; dwTotalSize stays. False when there is
-  /// no room for it.
-  template <typename Fixed>
-  [[nodiscard]] bool Begin(const Fixed& fixed, std::size_t size = sizeof(Fixed)) {
-    if (size > bytes_.size()) return false;
-    const auto known = std::as_bytes(std::span(&fixed, 1)).subspan(sizeof(std::uint32_t));
-    const auto rest = std::ranges::copy(known, bytes_.begin() + sizeof(std::uint32_t)).out;
-    std::fill(rest, bytes_.begin() + static_cast<std::ptrdiff_t>(size), std::byte{0});
-    used_ = needed_ = size;
-    return true;
+    Require(size <= bytes_.size(), LINEERR_STRUCTURETOOSMALL);
+    std::ranges::fill(bytes_.subspan(sizeof total, size - sizeof total), std::byte{0});
+    std::ranges::copy(std::as_bytes(std::span(&fixed, 1)).subspan(sizeof total), bytes_.begin() + sizeof total);
   }
 
   /// Writes a number anywhere; what would leave the buffer is dropped.
@@ -91,8 +82,8 @@ class Structure {
 
  private:
   std::span<std::byte> bytes_;
-  std::size_t used_{0};
-  std::size_t needed_{0};  ///< the same, as long as all has fitted
+  std::size_t used_;
+  std::size_t needed_{used_};  ///< the same, as long as all has fitted
 };
 
 }  // namespace
@@ -100,29 +91,24 @@ class Structure {
 std::int32_t LineSimulator::lineGetDevCaps(HLINEAPP lineApp, std::uint32_t deviceId, std::uint32_t apiVersion,
                                            std::uint32_t extVersion, std::span<std::byte> caps) {
   return Recorded({"lineGetDevCaps", {"app", lineApp, "device", deviceId, "version", apiVersion}}, [&] {
-    if (const auto code = CheckVersion(lineApp, deviceId, apiVersion, extVersion); code != 0) return code;
-    Structure structure(caps);
-    const auto& device = scenario_.devices[deviceId];
-    if (!structure.Begin(device.caps, kDevCapsSize)) return LINEERR_STRUCTURETOOSMALL;
+    const auto& device = DeviceOf(lineApp, deviceId, apiVersion, extVersion);
+    Structure structure(caps, device.caps, kDevCapsSize);
     structure.AppendText(offsetof(LINEDEVCAPS, dwProviderInfoSize), device.provider);
     structure.AppendText(offsetof(LINEDEVCAPS, dwSwitchInfoSize), device.switchInfo);
     structure.AppendText(offsetof(LINEDEVCAPS, dwLineNameSize), device.name);
     structure.Finish(scenario_.patches, "devcaps", deviceId);
-    return 0;
   });
 }
 
 std::int32_t LineSimulator::lineGetTranslateCaps(HLINEAPP lineApp, std::uint32_t apiVersion,
                                                  std::span<std::byte> caps) {
   return Recorded({"lineGetTranslateCaps", {"app", lineApp, "version", apiVersion}}, [&] {
-    if (const auto code = CheckApp(lineApp); code != 0) return code;
-    if (apiVersion < TAPI_VERSION1_3 || apiVersion > scenario_.version) return LINEERR_INCOMPATIBLEAPIVERSION;
-    const auto& locations = scenario_.locations;
-    if (locations.empty()) return LINEERR_INIFILECORRUPT;
-    Structure structure(caps);
+    CheckApp(lineApp);
+    Require(apiVersion >= TAPI_VERSION1_3 && apiVersion <= scenario_.version, LINEERR_INCOMPATIBLEAPIVERSION);
     LINETRANSLATECAPS fixed{};
-    if (CurrentLocation() != nullptr) fixed.dwCurrentLocationID = CurrentLocation()->id;
-    if (!structure.Begin(fixed)) return LINEERR_STRUCTURETOOSMALL;
+    fixed.dwCurrentLocationID = CurrentLocation(LINEERR_INIFILECORRUPT).id;
+    Structure structure(caps, fixed);
+    const auto& locations = scenario_.locations;
     // The list goes in as a whole and its strings behind it. Without room for it no location is reported.
     std::vector<LINELOCATIONENTRY> entries(locations.size());
     for (std::size_t index = 0; index < locations.size(); ++index) {
@@ -141,25 +127,20 @@ std::int32_t LineSimulator::lineGetTranslateCaps(HLINEAPP lineApp, std::uint32_t
       entry += sizeof(LINELOCATIONENTRY);
     }
     structure.Finish(scenario_.patches, "translatecaps");
-    return 0;
   });
 }
 
-const Scenario::Location* LineSimulator::CurrentLocation() const {
-  const auto& all = scenario_.locations;
-  const auto current = std::ranges::find_if(
-      all, [&](const auto& location) { return location.id == scenario_.currentLocation.value_or(location.id); });
-  return current == all.end() ? nullptr : &*current;
+const Scenario::Location& LineSimulator::CurrentLocation(std::int32_t otherwise) const {
+  Require(!scenario_.locations.empty(), otherwise);
+  return scenario_.locations.at(scenario_.currentLocation);
 }
 
 std::int32_t LineSimulator::tapiGetLocationInfo(std::span<char, 8> countryCode, std::span<char, 8> cityCode) {
   return Recorded({"tapiGetLocationInfo", {}}, [&] {
-    const auto* const location = CurrentLocation();
-    if (location == nullptr) return TAPIERR_REQUESTFAILED;
+    const auto& location = CurrentLocation(TAPIERR_REQUESTFAILED);
     // As telephony does: a code that is too long fills its buffer without a NUL.
-    std::strncpy(countryCode.data(), std::to_string(location->country).c_str(), countryCode.size());
-    std::strncpy(cityCode.data(), location->city.c_str(), cityCode.size());
-    return 0;
+    std::strncpy(countryCode.data(), std::to_string(location.country).c_str(), countryCode.size());
+    std::strncpy(cityCode.data(), location.city.c_str(), cityCode.size());
   });
 }
 
@@ -169,20 +150,16 @@ std::int32_t LineSimulator::lineTranslateAddress(HLINEAPP lineApp, std::uint32_t
   CallRecord record("lineTranslateAddress", {"app", lineApp, "device", deviceId, "version", apiVersion, "address",
                                              addressIn, "card", card, "options", translateOptions});
   return Recorded(std::move(record), [&] {
-    if (const auto code = CheckVersion(lineApp, deviceId, apiVersion); code != 0) return code;
-    if (addressIn == nullptr) return LINEERR_INVALPOINTER;
-    const auto* const location = CurrentLocation();
-    if (location == nullptr) return LINEERR_INIFILECORRUPT;
-    Structure structure(output);
+    DeviceOf(lineApp, deviceId, apiVersion);
+    Require(addressIn != nullptr, LINEERR_INVALPOINTER);
+    const auto& location = CurrentLocation(LINEERR_INIFILECORRUPT);
     LINETRANSLATEOUTPUT fixed{};
-    fixed.dwCurrentCountry = location->country;
-    if (!structure.Begin(fixed)) return LINEERR_STRUCTURETOOSMALL;
-    const auto dialed = Translated(addressIn, *location, scenario_.blanks != 0);
-    if (!dialed) return LINEERR_INVALADDRESS;
-    structure.AppendText(offsetof(LINETRANSLATEOUTPUT, dwDialableStringSize), *dialed);
+    fixed.dwCurrentCountry = location.country;
+    Structure structure(output, fixed);
+    const std::string dialed = Translated(addressIn, location, scenario_.blanks != 0);
+    structure.AppendText(offsetof(LINETRANSLATEOUTPUT, dwDialableStringSize), dialed);
     structure.AppendText(offsetof(LINETRANSLATEOUTPUT, dwDisplayableStringSize), addressIn);
     structure.Finish(scenario_.patches, "translateoutput", deviceId);
-    return 0;
   });
 }
 

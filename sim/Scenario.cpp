@@ -77,7 +77,7 @@ void AddLocation(Scenario& scenario, ScenarioLine& line) {
   line.Into("city", location.city);
   line.Into("local", location.localAccess);
   line.Into("long", location.longDistanceAccess);
-  if (line.Number("current", 0) != 0) scenario.currentLocation = location.id;
+  if (line.Number("current", 0) != 0) scenario.currentLocation = scenario.locations.size();
   scenario.locations.push_back(std::move(location));
 }
 

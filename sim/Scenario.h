@@ -122,9 +122,9 @@ struct Scenario {
   std::uint32_t blanks{1};                 ///< 0: translation takes canonical numbers without their blanks too
   std::vector<Device> devices;
   std::vector<Location> locations;
-  std::optional<std::uint32_t> currentLocation;  ///< permanent ID; without one that of the first location
-  std::optional<std::vector<Step>> callSteps;    ///< without any: a reply alone
-  std::optional<std::vector<Step>> dropSteps;    ///< without any: a reply and then IDLE
+  std::size_t currentLocation{0};              ///< its place among them
+  std::optional<std::vector<Step>> callSteps;  ///< without any: a reply alone
+  std::optional<std::vector<Step>> dropSteps;  ///< without any: a reply and then IDLE
   std::vector<Refusal> refusals;
   std::vector<Patch> patches;
 

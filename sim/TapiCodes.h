@@ -31,4 +31,13 @@ inline constexpr std::int32_t TAPIERR_REQUESTFAILED = -16;
 inline constexpr std::uint32_t LINEDISCONNECTMODE_NORMAL = 0x1;
 inline constexpr std::uint32_t TAPI_VERSION2_0 = 0x00020000;
 
+/// Thrown where a function is refused: what it answers.
+struct Refused {
+  std::int32_t code;
+};
+
+inline void Require(bool met, std::int32_t otherwise) {
+  if (!met) throw Refused{otherwise};
+}
+
 }  // namespace fonklav::sim
