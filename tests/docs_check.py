@@ -39,7 +39,7 @@ MIRRORS = [
      r'"name": "(\w+)",\s+"inherits"'),
     ("docs/building.md", "Playing the main program by hand", 0, r"`([\w-]+)",
      ["sim/suite/Script.cpp", "sim/suite/Script_Check.cpp", "sim/suite/Server.cpp"],
-     r'commands_\["([\w-]+)"|\{"([\w-]+)",\s+[\[\d]|name == "([\w-]+)"'),
+     r'(?:commands_|acts)\["([\w-]+)"|\{"([\w-]+)",\s+[{\d]|name == "([\w-]+)"'),
     ("docs/language-files.md", "Language files", 0, r"^(\d+)$", [TREE], r"^lang/language_(\d+)\.ini$"),
     ("docs/reliability.md", "Fuzzing", 0, "`(.+)`", [TREE], r"^fuzz/(\w+)_fuzz\.cpp$"),
     ("docs/architecture.md", "The layers", 0, r"`(\w+)/`", [TREE], r"^([a-z]+)/", "cmake", "docs"),

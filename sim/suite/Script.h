@@ -3,15 +3,8 @@
 #include <windows.h>
 
 #include <chrono>
-#include <cstddef>
-#include <functional>
-#include <map>
-#include <memory>
-#include <string>
-#include <string_view>
 #include <vector>
 
-#include "platform/win32/Handles.h"
 #include "platform/win32/Win32FileSystem.h"
 #include "sim/suite/Server.h"
 
@@ -34,36 +27,28 @@ class Script {
   [[nodiscard]] bool Ok() const { return ok_; }
 
  private:
+  using Clock = std::chrono::steady_clock;
+
   void AddSuiteCommands();
   void AddStoryCommands();
 
-  void Start(const std::string& arguments);
   void Set(const std::string& value);
   void Send(const std::string& value);
-  void Ping(const std::string& millisecondsAndPrefix);
-  void Sleep(const std::string& milliseconds);
-
+  void Sleep(long milliseconds);
   void Expect(const std::string& report);
-  void Settle();
-  void Found(const std::string& fileAndPattern);
-  void Handles();
-
   /// Pumps until `met`, for as long as a person would wait.
   void Until(const std::string& what, const std::function<bool()>& met);
   /// Whether something that begins so has come since the last one that was waited for.
   bool Heard(const std::string& prefix);
   void OnReport(const std::string& bytes);
   void OnEvent(std::string_view what);
-  /// Pumps until `met` or the time is over; says whether it was met.
-  bool PumpUntil(std::chrono::milliseconds limit, const std::function<bool()>& met);
   void Fail(const std::string& why);
   /// Prints what the screen shows, and an end.
   void Show(const std::vector<std::string>& lines) const;
-  /// One line of output, at once: milliseconds since the start, who speaks, the text with its control
-  /// characters and backslashes written as \xNN.
+  /// One line of output, at once: milliseconds since the start, who speaks, the text as one line.
   void Print(std::string_view who, std::string_view text) const;
 
-  std::chrono::steady_clock::time_point begin_ = std::chrono::steady_clock::now();
+  Clock::time_point begin_ = Clock::now();
   /// By name; each gets the rest of its line.
   std::map<std::string, std::function<void(const std::string& rest)>> commands_;
   std::string dialerPath_;

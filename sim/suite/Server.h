@@ -40,8 +40,8 @@ class Server {
   /// Ends each conversation from this side. False when there is none.
   bool Terminate();
   /// Does something that no good server does, or makes a habit of it, as the table of commands in docs/building.md
-  /// says; false for what it does not know.
-  bool Misbehave(const std::string& how, const std::string& detail);
+  /// says; throws for what it does not know.
+  void Misbehave(const std::string& how, const std::string& detail);
 
  private:
   /// A value of the item, and all that can be wrong with it.
@@ -71,6 +71,8 @@ class Server {
   std::map<std::string, unsigned> habits_;
   std::set<HWND> clients_;  ///< each has a conversation with this server
   std::set<HWND> linked_;   ///< those of them that are told the value
+  UniqueAtom service_{GlobalAddAtomA(kService)};
+  UniqueAtom topic_{GlobalAddAtomA(kTopic)};
   UniqueWindow window_;
   UniqueWindow stranger_;  ///< a second window, which no client has linked to
 };

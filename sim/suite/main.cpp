@@ -4,11 +4,9 @@
 #include <windows.h>
 
 #include <cstdio>
-#include <exception>
 #include <future>
 #include <iostream>
 #include <optional>
-#include <string>
 
 #include "sim/suite/Script.h"
 

@@ -8,29 +8,6 @@
 
 namespace fonklav {
 
-struct Heap {
-  std::size_t blocks{0};
-  std::size_t bytes{0};
-};
-
-/// Nothing is allocated in here, or the count would count itself.
-inline Heap CountHeaps() {
-  std::array<HANDLE, 64> heaps{};
-  const DWORD count = GetProcessHeaps(static_cast<DWORD>(heaps.size()), heaps.data());
-  Heap held;
-  for (DWORD index = 0; index < count && index < heaps.size(); ++index) {
-    if (!HeapLock(heaps.at(index))) continue;
-    PROCESS_HEAP_ENTRY entry{};
-    while (HeapWalk(heaps.at(index), &entry)) {
-      if ((entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) == 0) continue;
-      ++held.blocks;
-      held.bytes += entry.cbData;
-    }
-    HeapUnlock(heaps.at(index));
-  }
-  return held;
-}
-
 /// Windows below `parent`, the message-only ones where that is HWND_MESSAGE, that are this process's own.
 inline std::size_t CountWindows(HWND parent) {
   std::size_t count = 0;
@@ -55,12 +32,23 @@ inline std::size_t CountAtoms() {
 /// What the process holds at this moment, as `holdings blocks=77 bytes=14408 windows=24 atoms=12`: busy blocks of all
 /// its heaps and their bytes, its windows of every kind with their children, and the global atoms of the whole session.
 inline std::string Holdings() {
-  const Heap heap = CountHeaps();
-  std::string line = "holdings blocks=" + std::to_string(heap.blocks);
-  line += " bytes=" + std::to_string(heap.bytes);
-  line += " windows=" + std::to_string(CountWindows(nullptr) + CountWindows(HWND_MESSAGE));
-  line += " atoms=" + std::to_string(CountAtoms());
-  return line;
+  std::size_t blocks = 0;
+  std::size_t bytes = 0;
+  std::array<HANDLE, 64> heaps{};
+  GetProcessHeaps(static_cast<DWORD>(heaps.size()), heaps.data());
+  for (const HANDLE heap : heaps) {
+    if (heap == nullptr || HeapLock(heap) == FALSE) continue;
+    // Nothing is allocated in here, or the count would count itself.
+    for (PROCESS_HEAP_ENTRY entry{}; HeapWalk(heap, &entry) != FALSE;) {
+      if ((entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) == 0) continue;
+      ++blocks;
+      bytes += entry.cbData;
+    }
+    HeapUnlock(heap);
+  }
+  const std::size_t windows = CountWindows(nullptr) + CountWindows(HWND_MESSAGE);
+  return "holdings blocks=" + std::to_string(blocks) + " bytes=" + std::to_string(bytes) +
+         " windows=" + std::to_string(windows) + " atoms=" + std::to_string(CountAtoms());
 }
 
 }  // namespace fonklav

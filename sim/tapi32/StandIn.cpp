@@ -26,7 +26,7 @@ std::string Environment(const char* name) {
 
 /// The simulated telephony as a process sees it: the simulator on the system's clock, a timer that delivers on the
 /// thread that uses telephony, the log and the control file. Environment variables name the files; each may be missing.
-class StandIn final : public LineSimulator, private LineMessageSink {
+class StandIn final : public LineSimulator, public LineMessageSink {
  public:
   /// The one of this process, made at its first use: the published functions have nothing else that could lead to it.
   static StandIn& Instance() {
@@ -34,12 +34,7 @@ class StandIn final : public LineSimulator, private LineMessageSink {
     return standIn;
   }
 
-  /// All registrations of a program share the callback given last.
-  LONG Register(HLINEAPP& app, LineCallback callback, const char* name, std::uint32_t& devices, std::uint32_t& version,
-                LINEINITIALIZEEXPARAMS& params) {
-    callback_ = callback;
-    return lineInitializeEx(app, *this, name, devices, version, params);
-  }
+  LineCallback callback{nullptr};  ///< the one given last, for all registrations of the program
 
  private:
   StandIn() : LineSimulator({}), controlPath_(Environment("FONKLAV_SIM_CONTROL")) {
@@ -81,11 +76,7 @@ class StandIn final : public LineSimulator, private LineMessageSink {
       Log("control " + line);
       try {
         MoveClock(Elapsed());
-        if (line == "holdings") {
-          Log(Holdings());
-        } else {
-          Command(line);
-        }
+        line == "holdings" ? Log(Holdings()) : Command(line);
       } catch (const ScenarioError& error) {
         Log("error in control: " + std::string(error.what()));
       }
@@ -98,7 +89,7 @@ class StandIn final : public LineSimulator, private LineMessageSink {
 
   void LineCallBackProc(std::uint32_t hDevice, std::uint32_t message, std::uintptr_t instance, std::uintptr_t p1,
                         std::uintptr_t p2, std::uintptr_t p3) noexcept override {
-    callback_(hDevice, message, instance, p1, p2, p3);
+    callback(hDevice, message, instance, p1, p2, p3);
   }
 
   ULONGLONG begin_ = GetTickCount64();
@@ -106,7 +97,6 @@ class StandIn final : public LineSimulator, private LineMessageSink {
   std::streamoff controlRead_{0};
   unsigned ticks_{0};
   std::ofstream log_;
-  LineCallback callback_{nullptr};
   UINT_PTR timer_{0};
 };
 
@@ -121,60 +111,69 @@ std::uintptr_t Number(HWND window) { return reinterpret_cast<std::uintptr_t>(win
 
 extern "C" {
 
-LONG WINAPI lineInitializeExA(HLINEAPP& app, HINSTANCE /*instance*/, LineCallback callback, LPCSTR name,
-                              std::uint32_t& devices, std::uint32_t& version, LINEINITIALIZEEXPARAMS& params) {
-  return StandIn::Instance().Register(app, callback, name, devices, version, params);
+[[gnu::dllexport]] LONG WINAPI lineInitializeExA(HLINEAPP& app, HINSTANCE /*instance*/, LineCallback callback,
+                                                 LPCSTR name, std::uint32_t& devices, std::uint32_t& version,
+                                                 LINEINITIALIZEEXPARAMS& params) {
+  StandIn& standIn = StandIn::Instance();
+  standIn.callback = callback;
+  return standIn.lineInitializeEx(app, standIn, name, devices, version, params);
 }
 
-LONG WINAPI lineShutdown(HLINEAPP app) { return StandIn::Instance().lineShutdown(app); }
+[[gnu::dllexport]] LONG WINAPI lineShutdown(HLINEAPP app) { return StandIn::Instance().lineShutdown(app); }
 
-LONG WINAPI lineNegotiateAPIVersion(HLINEAPP app, DWORD device, DWORD low, DWORD high, std::uint32_t& version,
-                                    LINEEXTENSIONID& extension) {
+[[gnu::dllexport]] LONG WINAPI lineNegotiateAPIVersion(HLINEAPP app, DWORD device, DWORD low, DWORD high,
+                                                       std::uint32_t& version, LINEEXTENSIONID& extension) {
   return StandIn::Instance().lineNegotiateAPIVersion(app, device, low, high, version, extension);
 }
 
-LONG WINAPI lineGetDevCapsA(HLINEAPP app, DWORD device, DWORD version, DWORD extVersion, void* caps) {
+[[gnu::dllexport]] LONG WINAPI lineGetDevCapsA(HLINEAPP app, DWORD device, DWORD version, DWORD extVersion,
+                                               void* caps) {
   return StandIn::Instance().lineGetDevCaps(app, device, version, extVersion, Bytes(caps));
 }
 
-LONG WINAPI lineGetTranslateCapsA(HLINEAPP app, DWORD version, void* caps) {
+[[gnu::dllexport]] LONG WINAPI lineGetTranslateCapsA(HLINEAPP app, DWORD version, void* caps) {
   return StandIn::Instance().lineGetTranslateCaps(app, version, Bytes(caps));
 }
 
-LONG WINAPI tapiGetLocationInfoA(LPSTR country, LPSTR city) {
+[[gnu::dllexport]] LONG WINAPI tapiGetLocationInfoA(LPSTR country, LPSTR city) {
   return StandIn::Instance().tapiGetLocationInfo(std::span<char, 8>(country, 8), std::span<char, 8>(city, 8));
 }
 
-LONG WINAPI lineOpenA(HLINEAPP app, DWORD device, HLINE& line, DWORD version, DWORD extVersion, DWORD_PTR instance,
-                      DWORD privileges, DWORD mediaModes, const void* /*params*/) {
+[[gnu::dllexport]] LONG WINAPI lineOpenA(HLINEAPP app, DWORD device, HLINE& line, DWORD version, DWORD extVersion,
+                                         DWORD_PTR instance, DWORD privileges, DWORD mediaModes,
+                                         const void* /*params*/) {
   return StandIn::Instance().lineOpen(app, device, line, version, extVersion, instance, privileges, mediaModes);
 }
 
-LONG WINAPI lineClose(HLINE line) { return StandIn::Instance().lineClose(line); }
+[[gnu::dllexport]] LONG WINAPI lineClose(HLINE line) { return StandIn::Instance().lineClose(line); }
 
-LONG WINAPI lineMakeCallA(HLINE line, HCALL& call, LPCSTR address, DWORD country, const void* /*params*/) {
+[[gnu::dllexport]] LONG WINAPI lineMakeCallA(HLINE line, HCALL& call, LPCSTR address, DWORD country,
+                                             const void* /*params*/) {
   return StandIn::Instance().lineMakeCall(line, call, address, country);
 }
 
-LONG WINAPI lineDrop(HCALL call, LPCSTR /*userInfo*/, DWORD /*size*/) { return StandIn::Instance().lineDrop(call); }
+[[gnu::dllexport]] LONG WINAPI lineDrop(HCALL call, LPCSTR /*userInfo*/, DWORD /*size*/) {
+  return StandIn::Instance().lineDrop(call);
+}
 
-LONG WINAPI lineDeallocateCall(HCALL call) { return StandIn::Instance().lineDeallocateCall(call); }
+[[gnu::dllexport]] LONG WINAPI lineDeallocateCall(HCALL call) { return StandIn::Instance().lineDeallocateCall(call); }
 
-LONG WINAPI lineTranslateAddressA(HLINEAPP app, DWORD device, DWORD version, LPCSTR address, DWORD card, DWORD options,
-                                  void* output) {
+[[gnu::dllexport]] LONG WINAPI lineTranslateAddressA(HLINEAPP app, DWORD device, DWORD version, LPCSTR address,
+                                                     DWORD card, DWORD options, void* output) {
   return StandIn::Instance().lineTranslateAddress(app, device, version, address, card, options, Bytes(output));
 }
 
-LONG WINAPI lineConfigDialogA(DWORD device, HWND owner, LPCSTR deviceClass) {
+[[gnu::dllexport]] LONG WINAPI lineConfigDialogA(DWORD device, HWND owner, LPCSTR deviceClass) {
   return StandIn::Instance().lineConfigDialog(device, Number(owner), deviceClass);
 }
 
-LONG WINAPI lineTranslateDialogA(HLINEAPP app, DWORD device, DWORD version, HWND owner, LPCSTR address) {
+[[gnu::dllexport]] LONG WINAPI lineTranslateDialogA(HLINEAPP app, DWORD device, DWORD version, HWND owner,
+                                                    LPCSTR address) {
   return StandIn::Instance().lineTranslateDialog(app, device, version, Number(owner), address);
 }
 
 /// The icon is a copy of the system's picture: who asked for one may destroy what it got.
-LONG WINAPI lineGetIconA(DWORD device, LPCSTR deviceClass, HICON& icon) {
+[[gnu::dllexport]] LONG WINAPI lineGetIconA(DWORD device, LPCSTR deviceClass, HICON& icon) {
   std::uintptr_t wanted = 0;
   const LONG result = StandIn::Instance().lineGetIcon(device, deviceClass, wanted);
   if (result == 0) icon = wanted == 0 ? nullptr : CopyIcon(LoadIconW(nullptr, IDI_APPLICATION));
