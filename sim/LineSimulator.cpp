@@ -87,63 +87,61 @@ const Scenario::Device& LineSimulator::DeviceOf(HLINEAPP app, std::uint32_t numb
   return device;
 }
 
-std::int32_t LineSimulator::lineInitializeEx(HLINEAPP& lineApp, LineMessageSink& sink, const char* friendlyName,
-                                             std::uint32_t& numDevs, std::uint32_t& apiVersion,
+std::int32_t LineSimulator::lineInitializeEx(HLINEAPP& app, LineMessageSink& sink, const char* name,
+                                             std::uint32_t& devices, std::uint32_t& version,
                                              LINEINITIALIZEEXPARAMS& params) {
-  CallRecord record("lineInitializeEx", {"name", friendlyName, "version", apiVersion, "size", params.dwTotalSize,
-                                         "options", params.dwOptions});
+  CallRecord record("lineInitializeEx",
+                    {"name", name, "version", version, "size", params.dwTotalSize, "options", params.dwOptions});
   return Recorded(std::move(record), [&] {
     Require(params.dwTotalSize >= sizeof params, LINEERR_STRUCTURETOOSMALL);
     Require(params.dwOptions == LINEINITIALIZEEXOPTION_USEHIDDENWINDOW, LINEERR_INVALPARAM);
     // A telephony of the 1.x family is asked in its own version; a later one wants to be asked for 2.0 at least.
     const bool early = scenario_.version < TAPI_VERSION2_0;
-    const bool known = early ? apiVersion <= scenario_.version : apiVersion >= TAPI_VERSION2_0;
-    Require(known && apiVersion >= TAPI_VERSION1_3, LINEERR_INCOMPATIBLEAPIVERSION);
+    const bool known = early ? version <= scenario_.version : version >= TAPI_VERSION2_0;
+    Require(known && version >= TAPI_VERSION1_3, LINEERR_INCOMPATIBLEAPIVERSION);
     params.dwNeededSize = params.dwUsedSize = sizeof params;
-    lineApp = NextHandle(apps_, lastApp_);
-    apps_[lineApp] = &sink;
-    numDevs = static_cast<std::uint32_t>(scenario_.devices.size());
-    apiVersion = scenario_.version;
+    app = NextHandle(apps_, lastApp_);
+    apps_[app] = &sink;
+    devices = static_cast<std::uint32_t>(scenario_.devices.size());
+    version = scenario_.version;
   });
 }
 
-std::int32_t LineSimulator::lineShutdown(HLINEAPP lineApp) {
-  return Recorded({"lineShutdown", {"app", lineApp}}, [&] {
-    CheckApp(lineApp);
+std::int32_t LineSimulator::lineShutdown(HLINEAPP app) {
+  return Recorded({"lineShutdown", {"app", app}}, [&] {
+    CheckApp(app);
     for (const auto& [line, open] : std::map(lines_)) {
-      if (open.app == lineApp) EndLine(line);
+      if (open.app == app) EndLine(line);
     }
-    std::erase_if(queue_, [&](const DueMessage& due) { return due.app == lineApp; });
-    apps_.erase(lineApp);
+    std::erase_if(queue_, [&](const DueMessage& due) { return due.app == app; });
+    apps_.erase(app);
   });
 }
 
-std::int32_t LineSimulator::lineNegotiateAPIVersion(HLINEAPP lineApp, std::uint32_t deviceId, std::uint32_t low,
-                                                    std::uint32_t high, std::uint32_t& apiVersion,
-                                                    LINEEXTENSIONID& extensionId) {
-  CallRecord record("lineNegotiateAPIVersion", {"app", lineApp, "device", deviceId, "low", low, "high", high});
-  return Recorded(std::move(record), [&] {
-    CheckApp(lineApp);
-    const auto& device = DeviceOf(deviceId);
-    const std::uint32_t version = std::min({high, device.version, scenario_.version});
-    Require(version >= std::max(low, TAPI_VERSION1_3), LINEERR_INCOMPATIBLEAPIVERSION);
-    apiVersion = version;
-    const auto& words = device.extension;
-    extensionId = {words[0], words[1], words[2], words[3]};
+std::int32_t LineSimulator::lineNegotiateAPIVersion(HLINEAPP app, std::uint32_t device, std::uint32_t low,
+                                                    std::uint32_t high, std::uint32_t& version,
+                                                    LINEEXTENSIONID& extension) {
+  return Recorded({"lineNegotiateAPIVersion", {"app", app, "device", device, "low", low, "high", high}}, [&] {
+    CheckApp(app);
+    const auto& rules = DeviceOf(device);
+    const std::uint32_t highest = std::min({high, rules.version, scenario_.version});
+    Require(highest >= std::max(low, TAPI_VERSION1_3), LINEERR_INCOMPATIBLEAPIVERSION);
+    version = highest;
+    extension = rules.extension;
   });
 }
 
-std::int32_t LineSimulator::lineOpen(HLINEAPP lineApp, std::uint32_t deviceId, HLINE& line, std::uint32_t apiVersion,
-                                     std::uint32_t extVersion, std::uintptr_t callbackInstance,
-                                     std::uint32_t privileges, std::uint32_t mediaModes) {
-  CallRecord record("lineOpen", {"app", lineApp, "device", deviceId, "version", apiVersion, "instance",
-                                 callbackInstance, "privileges", privileges, "media", mediaModes});
+std::int32_t LineSimulator::lineOpen(HLINEAPP app, std::uint32_t device, HLINE& line, std::uint32_t version,
+                                     std::uint32_t extension, std::uintptr_t instance, std::uint32_t privileges,
+                                     std::uint32_t media) {
+  CallRecord record("lineOpen", {"app", app, "device", device, "version", version, "instance", instance, "privileges",
+                                 privileges, "media", media});
   return Recorded(std::move(record), [&] {
-    DeviceOf(lineApp, deviceId, apiVersion, extVersion);
+    DeviceOf(app, device, version, extension);
     // The others are for who takes calls in.
     Require(privileges == LINECALLPRIVILEGE_NONE, LINEERR_INVALPRIVSELECT);
     line = NextHandle(lines_, lastLine_);
-    lines_[line] = {lineApp, apiVersion, callbackInstance};
+    lines_[line] = {app, version, instance};
   });
 }
 
@@ -161,21 +159,21 @@ void LineSimulator::EndLine(HLINE line) {
   lines_.erase(line);
 }
 
-std::int32_t LineSimulator::lineConfigDialog(std::uint32_t deviceId, std::uintptr_t owner, const char* deviceClass) {
-  return Recorded({"lineConfigDialog", {"device", deviceId, "owner", owner, "class", deviceClass}},
-                  [&] { DeviceOf(deviceId, deviceClass); });
+std::int32_t LineSimulator::lineConfigDialog(std::uint32_t device, std::uintptr_t owner, const char* deviceClass) {
+  return Recorded({"lineConfigDialog", {"device", device, "owner", owner, "class", deviceClass}},
+                  [&] { DeviceOf(device, deviceClass); });
 }
 
-std::int32_t LineSimulator::lineTranslateDialog(HLINEAPP lineApp, std::uint32_t deviceId, std::uint32_t apiVersion,
-                                                std::uintptr_t owner, const char* addressIn) {
-  CallRecord record("lineTranslateDialog",
-                    {"app", lineApp, "device", deviceId, "version", apiVersion, "owner", owner, "address", addressIn});
-  return Recorded(std::move(record), [&] { DeviceOf(lineApp, deviceId, apiVersion); });
+std::int32_t LineSimulator::lineTranslateDialog(HLINEAPP app, std::uint32_t device, std::uint32_t version,
+                                                std::uintptr_t owner, const char* address) {
+  return Recorded(
+      {"lineTranslateDialog", {"app", app, "device", device, "version", version, "owner", owner, "address", address}},
+      [&] { DeviceOf(app, device, version); });
 }
 
-std::int32_t LineSimulator::lineGetIcon(std::uint32_t deviceId, const char* deviceClass, std::uintptr_t& icon) {
-  return Recorded({"lineGetIcon", {"device", deviceId, "class", deviceClass}},
-                  [&] { icon = DeviceOf(deviceId, deviceClass).icon; });
+std::int32_t LineSimulator::lineGetIcon(std::uint32_t device, const char* deviceClass, std::uintptr_t& icon) {
+  return Recorded({"lineGetIcon", {"device", device, "class", deviceClass}},
+                  [&] { icon = DeviceOf(device, deviceClass).icon; });
 }
 
 }  // namespace fonklav

@@ -70,8 +70,8 @@ class LineSimulator : public Telephony {
   /// Receives one line of text for every call made and every message delivered.
   void SetLog(std::function<void(std::string_view)> log) { log_ = std::move(log); }
 
-  // What happens at the far end, or in a driver that errs. All of it arrives with the next pumping. The first two go to
-  // the newest call and return false when there is none that could do so.
+  // What happens at the far end, or in a driver that errs; it arrives with the next pumping. The first two go to the
+  // newest call and return false when there is none that could do so.
   bool RemoteHangUp();
   /// Puts the call into `state`, whatever it is in; what the scenario still held for it is dropped.
   bool InjectState(std::uint32_t state, std::uintptr_t detail = 0);
@@ -79,35 +79,32 @@ class LineSimulator : public Telephony {
   void InjectMessage(const LineMessage& message) { Queue({.due = now_, .message = message}); }
   /// Telephony takes the newest open line away: its handle is dead, LINE_CLOSE says so. False without an open line.
   bool ForceClose();
-  /// Does what one line of text says: "hangup", "close", "state NAME detail=N", "message msg=N …", or any line of a
-  /// scenario, which holds from then on. Throws ScenarioError for what it does not understand or cannot do.
+  /// Does what a command of README.md says, or any line of a scenario, which holds from then on. Throws ScenarioError
+  /// for what it does not understand or cannot do.
   void Command(std::string_view text);
 
   // Telephony.
-  std::int32_t lineInitializeEx(HLINEAPP& lineApp, LineMessageSink& sink, const char* friendlyName,
-                                std::uint32_t& numDevs, std::uint32_t& apiVersion,
-                                LINEINITIALIZEEXPARAMS& params) override;
-  std::int32_t lineShutdown(HLINEAPP lineApp) override;
-  std::int32_t lineNegotiateAPIVersion(HLINEAPP lineApp, std::uint32_t deviceId, std::uint32_t low, std::uint32_t high,
-                                       std::uint32_t& apiVersion, LINEEXTENSIONID& extensionId) override;
-  std::int32_t lineGetDevCaps(HLINEAPP lineApp, std::uint32_t deviceId, std::uint32_t apiVersion,
-                              std::uint32_t extVersion, std::span<std::byte> caps) override;
-  std::int32_t lineGetTranslateCaps(HLINEAPP lineApp, std::uint32_t apiVersion, std::span<std::byte> caps) override;
-  std::int32_t tapiGetLocationInfo(std::span<char, 8> countryCode, std::span<char, 8> cityCode) override;
-  std::int32_t lineOpen(HLINEAPP lineApp, std::uint32_t deviceId, HLINE& line, std::uint32_t apiVersion,
-                        std::uint32_t extVersion, std::uintptr_t callbackInstance, std::uint32_t privileges,
-                        std::uint32_t mediaModes) override;
+  std::int32_t lineInitializeEx(HLINEAPP& app, LineMessageSink& sink, const char* name, std::uint32_t& devices,
+                                std::uint32_t& version, LINEINITIALIZEEXPARAMS& params) override;
+  std::int32_t lineShutdown(HLINEAPP app) override;
+  std::int32_t lineNegotiateAPIVersion(HLINEAPP app, std::uint32_t device, std::uint32_t low, std::uint32_t high,
+                                       std::uint32_t& version, LINEEXTENSIONID& extension) override;
+  std::int32_t lineGetDevCaps(HLINEAPP app, std::uint32_t device, std::uint32_t version, std::uint32_t extension,
+                              std::span<std::byte> caps) override;
+  std::int32_t lineGetTranslateCaps(HLINEAPP app, std::uint32_t version, std::span<std::byte> caps) override;
+  std::int32_t tapiGetLocationInfo(std::span<char, 8> country, std::span<char, 8> city) override;
+  std::int32_t lineOpen(HLINEAPP app, std::uint32_t device, HLINE& line, std::uint32_t version, std::uint32_t extension,
+                        std::uintptr_t instance, std::uint32_t privileges, std::uint32_t media) override;
   std::int32_t lineClose(HLINE line) override;
-  std::int32_t lineMakeCall(HLINE line, HCALL& call, const char* destAddress, std::uint32_t countryCode) override;
+  std::int32_t lineMakeCall(HLINE line, HCALL& call, const char* address, std::uint32_t country) override;
   std::int32_t lineDrop(HCALL call) override;
   std::int32_t lineDeallocateCall(HCALL call) override;
-  std::int32_t lineTranslateAddress(HLINEAPP lineApp, std::uint32_t deviceId, std::uint32_t apiVersion,
-                                    const char* addressIn, std::uint32_t card, std::uint32_t translateOptions,
-                                    std::span<std::byte> output) override;
-  std::int32_t lineConfigDialog(std::uint32_t deviceId, std::uintptr_t owner, const char* deviceClass) override;
-  std::int32_t lineTranslateDialog(HLINEAPP lineApp, std::uint32_t deviceId, std::uint32_t apiVersion,
-                                   std::uintptr_t owner, const char* addressIn) override;
-  std::int32_t lineGetIcon(std::uint32_t deviceId, const char* deviceClass, std::uintptr_t& icon) override;
+  std::int32_t lineTranslateAddress(HLINEAPP app, std::uint32_t device, std::uint32_t version, const char* address,
+                                    std::uint32_t card, std::uint32_t options, std::span<std::byte> output) override;
+  std::int32_t lineConfigDialog(std::uint32_t device, std::uintptr_t owner, const char* deviceClass) override;
+  std::int32_t lineTranslateDialog(HLINEAPP app, std::uint32_t device, std::uint32_t version, std::uintptr_t owner,
+                                   const char* address) override;
+  std::int32_t lineGetIcon(std::uint32_t device, const char* deviceClass, std::uintptr_t& icon) override;
 
  private:
   using Kind = Scenario::Step::Kind;

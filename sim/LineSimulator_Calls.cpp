@@ -20,8 +20,8 @@ std::string LogLine(const LineMessage& sent) {
 
 }  // namespace
 
-std::int32_t LineSimulator::lineMakeCall(HLINE line, HCALL& call, const char* destAddress, std::uint32_t countryCode) {
-  return Recorded({"lineMakeCall", {"line", line, "address", destAddress, "country", countryCode}}, [&] {
+std::int32_t LineSimulator::lineMakeCall(HLINE line, HCALL& call, const char* address, std::uint32_t country) {
+  return Recorded({"lineMakeCall", {"line", line, "address", address, "country", country}}, [&] {
     Require(lines_.contains(line), LINEERR_INVALLINEHANDLE);
     for (const auto& [handle, other] : live_) {
       Require(other.line != line || other.state == LINECALLSTATE_IDLE, LINEERR_CALLUNAVAIL);

@@ -88,23 +88,22 @@ class Structure {
 
 }  // namespace
 
-std::int32_t LineSimulator::lineGetDevCaps(HLINEAPP lineApp, std::uint32_t deviceId, std::uint32_t apiVersion,
-                                           std::uint32_t extVersion, std::span<std::byte> caps) {
-  return Recorded({"lineGetDevCaps", {"app", lineApp, "device", deviceId, "version", apiVersion}}, [&] {
-    const auto& device = DeviceOf(lineApp, deviceId, apiVersion, extVersion);
-    Structure structure(caps, device.caps, kDevCapsSize);
-    structure.AppendText(offsetof(LINEDEVCAPS, dwProviderInfoSize), device.provider);
-    structure.AppendText(offsetof(LINEDEVCAPS, dwSwitchInfoSize), device.switchInfo);
-    structure.AppendText(offsetof(LINEDEVCAPS, dwLineNameSize), device.name);
-    structure.Finish(scenario_.patches, "devcaps", deviceId);
+std::int32_t LineSimulator::lineGetDevCaps(HLINEAPP app, std::uint32_t device, std::uint32_t version,
+                                           std::uint32_t extension, std::span<std::byte> caps) {
+  return Recorded({"lineGetDevCaps", {"app", app, "device", device, "version", version}}, [&] {
+    const auto& rules = DeviceOf(app, device, version, extension);
+    Structure structure(caps, rules.caps, kDevCapsSize);
+    structure.AppendText(offsetof(LINEDEVCAPS, dwProviderInfoSize), rules.provider);
+    structure.AppendText(offsetof(LINEDEVCAPS, dwSwitchInfoSize), rules.switchInfo);
+    structure.AppendText(offsetof(LINEDEVCAPS, dwLineNameSize), rules.name);
+    structure.Finish(scenario_.patches, "devcaps", device);
   });
 }
 
-std::int32_t LineSimulator::lineGetTranslateCaps(HLINEAPP lineApp, std::uint32_t apiVersion,
-                                                 std::span<std::byte> caps) {
-  return Recorded({"lineGetTranslateCaps", {"app", lineApp, "version", apiVersion}}, [&] {
-    CheckApp(lineApp);
-    Require(apiVersion >= TAPI_VERSION1_3 && apiVersion <= scenario_.version, LINEERR_INCOMPATIBLEAPIVERSION);
+std::int32_t LineSimulator::lineGetTranslateCaps(HLINEAPP app, std::uint32_t version, std::span<std::byte> caps) {
+  return Recorded({"lineGetTranslateCaps", {"app", app, "version", version}}, [&] {
+    CheckApp(app);
+    Require(version >= TAPI_VERSION1_3 && version <= scenario_.version, LINEERR_INCOMPATIBLEAPIVERSION);
     LINETRANSLATECAPS fixed{};
     fixed.dwCurrentLocationID = CurrentLocation(LINEERR_INIFILECORRUPT).id;
     Structure structure(caps, fixed);
@@ -135,31 +134,31 @@ const Scenario::Location& LineSimulator::CurrentLocation(std::int32_t otherwise)
   return scenario_.locations.at(scenario_.currentLocation);
 }
 
-std::int32_t LineSimulator::tapiGetLocationInfo(std::span<char, 8> countryCode, std::span<char, 8> cityCode) {
+std::int32_t LineSimulator::tapiGetLocationInfo(std::span<char, 8> country, std::span<char, 8> city) {
   return Recorded({"tapiGetLocationInfo", {}}, [&] {
     const auto& location = CurrentLocation(TAPIERR_REQUESTFAILED);
     // As telephony does: a code that is too long fills its buffer without a NUL.
-    std::strncpy(countryCode.data(), std::to_string(location.country).c_str(), countryCode.size());
-    std::strncpy(cityCode.data(), location.city.c_str(), cityCode.size());
+    std::strncpy(country.data(), std::to_string(location.country).c_str(), country.size());
+    std::strncpy(city.data(), location.city.c_str(), city.size());
   });
 }
 
-std::int32_t LineSimulator::lineTranslateAddress(HLINEAPP lineApp, std::uint32_t deviceId, std::uint32_t apiVersion,
-                                                 const char* addressIn, std::uint32_t card,
-                                                 std::uint32_t translateOptions, std::span<std::byte> output) {
-  CallRecord record("lineTranslateAddress", {"app", lineApp, "device", deviceId, "version", apiVersion, "address",
-                                             addressIn, "card", card, "options", translateOptions});
+std::int32_t LineSimulator::lineTranslateAddress(HLINEAPP app, std::uint32_t device, std::uint32_t version,
+                                                 const char* address, std::uint32_t card, std::uint32_t options,
+                                                 std::span<std::byte> output) {
+  CallRecord record("lineTranslateAddress", {"app", app, "device", device, "version", version, "address", address,
+                                             "card", card, "options", options});
   return Recorded(std::move(record), [&] {
-    DeviceOf(lineApp, deviceId, apiVersion);
-    Require(addressIn != nullptr, LINEERR_INVALPOINTER);
+    DeviceOf(app, device, version);
+    Require(address != nullptr, LINEERR_INVALPOINTER);
     const auto& location = CurrentLocation(LINEERR_INIFILECORRUPT);
     LINETRANSLATEOUTPUT fixed{};
     fixed.dwCurrentCountry = location.country;
     Structure structure(output, fixed);
-    const std::string dialed = Translated(addressIn, location, scenario_.blanks != 0);
+    const std::string dialed = Translated(address, location, scenario_.blanks != 0);
     structure.AppendText(offsetof(LINETRANSLATEOUTPUT, dwDialableStringSize), dialed);
-    structure.AppendText(offsetof(LINETRANSLATEOUTPUT, dwDisplayableStringSize), addressIn);
-    structure.Finish(scenario_.patches, "translateoutput", deviceId);
+    structure.AppendText(offsetof(LINETRANSLATEOUTPUT, dwDisplayableStringSize), address);
+    structure.Finish(scenario_.patches, "translateoutput", device);
   });
 }
 

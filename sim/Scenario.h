@@ -1,13 +1,10 @@
 #pragma once
 
-#include <array>
 #include <chrono>
-#include <cstdint>
 #include <limits>
 #include <optional>
 #include <stdexcept>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "platform/TapiWire.h"
@@ -15,8 +12,7 @@
 namespace fonklav {
 
 /// A scenario that cannot be understood: what() names the line and what is wrong with it.
-class ScenarioError : public std::runtime_error {
- public:
+struct ScenarioError : std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
@@ -38,8 +34,6 @@ class ScenarioLine {
   void Into(std::string_view key, std::string& value) { value = Text(key).value_or(value); }
   void Into(std::string_view key, std::uint32_t& value) { value = Number(key, value); }
   [[nodiscard]] std::uint32_t ToNumber(std::string_view text) const;
-  /// A call state by its name, in large or small letters, or by its number.
-  [[nodiscard]] std::uint32_t ToState(const std::string& text) const;
   /// Fails when anything was not taken.
   void End() const;
   [[noreturn]] void Fail(const std::string& why) const;
@@ -49,8 +43,6 @@ class ScenarioLine {
     std::string key;  ///< empty for a plain word
     std::string value;
   };
-
-  Item NextItem(std::string_view text, std::size_t& at) const;
 
   std::size_t number_;
   std::vector<Item> items_;
@@ -75,7 +67,7 @@ struct Scenario {
     std::string provider{"Line simulator"};
     std::string switchInfo;
     std::uint32_t version{TAPI_VERSION3_0};  ///< highest version that the negotiation yields; the lowest is 1.3
-    std::array<std::uint32_t, 4> extension{};
+    LINEEXTENSIONID extension{};
     std::uint32_t icon{1};  ///< 0: the device has no icon
     LINEDEVCAPS caps{};     ///< its numbers
   };

@@ -43,7 +43,7 @@ MIRRORS = [
     ("docs/language-files.md", "Language files", 0, r"^(\d+)$", [TREE], r"^lang/language_(\d+)\.ini$"),
     ("docs/reliability.md", "Fuzzing", 0, "`(.+)`", [TREE], r"^fuzz/(\w+)_fuzz\.cpp$"),
     ("docs/architecture.md", "The layers", 0, r"`(\w+)/`", [TREE], r"^([a-z]+)/", "cmake", "docs"),
-    ("sim/README.md", "Scenarios", 0, r"^`(\w+)", ["sim/Scenario.cpp"], r'Directive\{"(\w+)"|kRepeat = "(\w+) "'),
+    ("sim/README.md", "Scenarios", 0, r"^`(\w+)", ["sim/Scenario.cpp"], r'\{"(\w+)", (?:Set|Add)|kRepeat = "(\w+) "'),
     ("sim/README.md", "Commands", 0, r"`(\w+)", ["sim/LineSimulator_Calls.cpp", "sim/tapi32/StandIn.cpp"],
      r'(?:command|line) == "(\w+)"'),
     ("sim/README.md", "The stand-in library", 0, r"`(\w+)`", ["sim/tapi32/StandIn.cpp"], r'Environment\("(\w+)"'),

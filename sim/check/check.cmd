@@ -41,16 +41,12 @@ echo [Paths]> Rufmonpaths.ini
 echo ProgramData=%cd%>> Rufmonpaths.ini
 set program=FonklavTAPI.exe
 if %2==link.partner-on-the-library set program=..\..\..\main-program.exe
-call :half 1
-call :half 2
+for %%h in (1 2) do (
+  ..\..\..\suite.exe %program% < %script%\%%h.txt >> conversation.txt 2>&1 || set failures=1
+)
 taskkill /f /im FonklavTAPI.exe >nul 2>nul
 cd ..\..\..
 call :verdict %failures% "%1: %2" %folder%\conversation.txt
-exit /b
-
-:half
-..\..\..\suite.exe %program% < %script%\%1.txt >> conversation.txt 2>&1
-if not %errorlevel%==0 set failures=1
 exit /b
 
 :verdict

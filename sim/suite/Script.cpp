@@ -116,7 +116,7 @@ void Script::AddSuiteCommands() {
   };
   commands_["tell"] = [this](const std::string& messageAndParameter) {
     const auto [message, parameter] = FirstWord(messageAndParameter);
-    SendMessageA(DialogOf(dialerId_), std::stoul(message), std::stoul(parameter), 0);
+    SendMessageA(DialogOf(dialerId_), std::stoul(message, nullptr, 0), std::stoul(parameter, nullptr, 0), 0);
   };
 }
 
@@ -187,8 +187,8 @@ void Script::Show(const std::vector<std::string>& lines) const {
 }
 
 void Script::Print(std::string_view who, std::string_view text) const {
-  const auto now = std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - begin_);
-  std::printf("%7lld ms  %-16.*s  %s\n", static_cast<long long>(now.count()), static_cast<int>(who.size()), who.data(),
+  const auto now = std::chrono::floor<std::chrono::milliseconds>(Clock::now() - begin_).count();
+  std::printf("%7lld ms  %-16.*s  %s\n", static_cast<long long>(now), static_cast<int>(who.size()), who.data(),
               OneLine(text).c_str());
   std::fflush(stdout);
 }

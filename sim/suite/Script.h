@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <chrono>
+#include <deque>
 #include <vector>
 
 #include "platform/win32/Win32FileSystem.h"
@@ -54,12 +55,11 @@ class Script {
   std::string dialerPath_;
   UniqueKernelHandle dialer_;  ///< the one that was started last, until its end was noticed
   DWORD dialerId_{};
-  std::vector<std::string> heard_;    ///< the reports, and what else has happened
-  std::size_t waitedFor_{0};          ///< what was heard before this one has been waited for already
-  std::vector<std::string> reports_;  ///< those that belong to the conversation
-  std::size_t compared_{0};           ///< reports before this one were as expected
-  std::string box_;                   ///< the text of a message box that is answered wherever it appears
-  bool answered_{false};              ///< it was
+  std::vector<std::string> heard_;   ///< the reports, and what else has happened
+  std::size_t waitedFor_{0};         ///< what was heard before this one has been waited for already
+  std::deque<std::string> reports_;  ///< those that nothing was compared with yet
+  std::string box_;                  ///< the text of a message box that is answered wherever it appears
+  bool answered_{false};             ///< it was
   bool clearWhenAcknowledged_{false};
   bool ok_{true};
   std::vector<UniqueFile> held_;  ///< files that nobody else can open

@@ -41,8 +41,6 @@ void Script::AddStoryCommands() {
   commands_["settle"] = [this](const std::string&) {
     Send("debug|0");
     Expect("cmd|quitt");
-    if (!reports_.empty()) reports_.pop_back();  // neither question nor answer is part of the conversation
-    compared_ = std::min(compared_, reports_.size());
   };
   commands_["started"] = [this](const std::string& possible) {
     const auto known = Split(possible, "\t");
@@ -50,7 +48,7 @@ void Script::AddStoryCommands() {
     const auto linked = [](const std::string& event) { return event.starts_with("link to the item"); };
     Until("a link", [&] { return std::ranges::any_of(heard_, linked); });
     Sleep(500);  // whether it says more depends on its telephony
-    compared_ = reports_.size();
+    reports_.clear();
   };
   commands_["said"] = [this](const std::string& countAndText) {
     const std::string text = countAndText.substr(countAndText.find(' ') + 1);
@@ -145,9 +143,10 @@ void Script::Until(const std::string& what, const std::function<bool()>& met) {
 }
 
 void Script::Expect(const std::string& report) {
-  Until(report, [this] { return compared_ < reports_.size(); });
-  if (compared_ == reports_.size()) return;
-  const std::string heard = OneLine(reports_[compared_++]);
+  Until(report, [this] { return !reports_.empty(); });
+  if (reports_.empty()) return;
+  const std::string heard = OneLine(reports_.front());
+  reports_.pop_front();
   if (heard != report) Fail("heard " + heard + " instead of " + report);
 }
 

@@ -175,8 +175,28 @@ void Server::Misbehave(const std::string& how, const std::string& detail) {
   acts["stray-answer"] = [&] {
     for (const HWND each : linked_) Post(each, WM_DDE_ACK, PackDDElParam(WM_DDE_ACK, 0, kNobodysMemory));
   };
-  acts["stranger"] = [&] { StrangerSpeaks(); };
-  acts["bystander"] = [&] { StandBy(detail); };
+  // A window that the client does not talk to says all that the server may say.
+  acts["stranger"] = [&] {
+    const auto stranger = reinterpret_cast<WPARAM>(stranger_.Get());
+    PostValueFrom(stranger_.Get(), {"cmd|hangup"});
+    for (const HWND client : linked_) {
+      PostMessageA(client, WM_DDE_ACK, stranger, PackDDElParam(WM_DDE_ACK, 0, GlobalAddAtomA(kItem)));
+      PostMessageA(client, WM_DDE_TERMINATE, stranger, 0);
+    }
+  };
+  // A window on a thread of its own that does not answer the question of the link, and takes its time for it, until
+  // this program ends.
+  acts["bystander"] = [&] {
+    std::latch there(1);
+    std::thread([&] {
+      Server bystander({[](const std::string&) {}, [](std::string_view) {}});
+      bystander.Misbehave("busy-at-link", detail);
+      bystander.Misbehave("offline", "1");
+      there.count_down();
+      for (MSG message; GetMessageA(&message, nullptr, 0, 0) > 0;) DispatchMessageA(&message);
+    }).detach();
+    there.wait();
+  };
   acts["vanish"] = [&] { window_.Reset(); };
   if (const auto habit = habits_.find(how); habit != habits_.end()) {
     habit->second = amount;
@@ -185,30 +205,6 @@ void Server::Misbehave(const std::string& how, const std::string& detail) {
   } else {
     acts.at(how)();
   }
-}
-
-/// A window that the client does not talk to says all that the server may say.
-void Server::StrangerSpeaks() const {
-  const auto stranger = reinterpret_cast<WPARAM>(stranger_.Get());
-  PostValueFrom(stranger_.Get(), {"cmd|hangup"});
-  for (const HWND client : linked_) {
-    PostMessageA(client, WM_DDE_ACK, stranger, PackDDElParam(WM_DDE_ACK, 0, GlobalAddAtomA(kItem)));
-    PostMessageA(client, WM_DDE_TERMINATE, stranger, 0);
-  }
-}
-
-/// A window on a thread of its own that does not answer the question of the link, and takes its time for it, until this
-/// program ends.
-void Server::StandBy(const std::string& milliseconds) {
-  std::latch there(1);
-  std::thread([&] {
-    Server bystander({[](const std::string&) {}, [](std::string_view) {}});
-    bystander.Misbehave("busy-at-link", milliseconds);
-    bystander.Misbehave("offline", "1");
-    there.count_down();
-    for (MSG message; GetMessageA(&message, nullptr, 0, 0) > 0;) DispatchMessageA(&message);
-  }).detach();
-  there.wait();
 }
 
 }  // namespace fonklav::suite

@@ -33,7 +33,6 @@ class Server {
   explicit Server(Listener listener);
   Server(const Server&) = delete;
   Server& operator=(const Server&) = delete;
-  ~Server() = default;
 
   /// Sends the item's new value to whoever is linked to it.
   void Publish(const std::string& value) const;
@@ -53,7 +52,6 @@ class Server {
   };
 
   static LRESULT CALLBACK WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
-  static void StandBy(const std::string& milliseconds);
   [[nodiscard]] UniqueWindow MakeWindow();
   void Hear(UINT message, HWND client, LPARAM lParam);
   void OnInitiate(HWND client, LPARAM atoms);
@@ -65,7 +63,6 @@ class Server {
   void PostValue(const Value& value) const { PostValueFrom(window_.Get(), value); }
   void PostValueFrom(HWND sender, const Value& value) const;
   void Post(HWND client, UINT message, LPARAM lParam) const;
-  void StrangerSpeaks() const;
 
   Listener listener_;
   std::map<std::string, unsigned> habits_;

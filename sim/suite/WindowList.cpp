@@ -37,10 +37,8 @@ std::string TextOf(HWND window) {
 std::string TicksOf(HWND window) {
   std::string ticks;
   if (ClassOf(window) != WC_LISTVIEWA) return ticks;
-  const LRESULT count = SendMessageA(window, LVM_GETITEMCOUNT, 0, 0);
-  for (WPARAM entry = 0; entry < static_cast<WPARAM>(count); ++entry) {
-    const LRESULT state = SendMessageA(window, LVM_GETITEMSTATE, entry, LVIS_STATEIMAGEMASK);
-    if (state >> 12 == 2) ticks += std::to_string(entry) + ' ';
+  for (int entry = 0; entry < ListView_GetItemCount(window); ++entry) {
+    if (ListView_GetCheckState(window, entry) == TRUE) ticks += std::to_string(entry) + ' ';
   }
   return ticks;
 }
@@ -168,19 +166,18 @@ HWND DialogOf(DWORD processId) {
 std::optional<POINT> PlaceOf(DWORD processId, const std::string& name) {
   static const std::map<std::string_view, LRESULT> frame{
       {"caption", HTCAPTION}, {"minimize", HTMINBUTTON}, {"close", HTCLOSE}};
-  const HWND dialog = DialogOf(processId);
-  const HWND list = FindWindowExA(dialog, nullptr, WC_LISTVIEWA, nullptr);
-  const bool visible = IsWindowVisible(dialog) != FALSE;
+  const auto part = frame.find(name);
   const bool box = name.starts_with("box ");
-  if (const auto part = frame.find(name); part != frame.end()) {
-    return visible ? PlaceInFrame(dialog, part->second) : std::nullopt;
+  if (part == frame.end() && !box && !name.starts_with("entry ")) {
+    RECT area{};
+    if (GetWindowRect(FindShown(processId, name), &area) == FALSE) return std::nullopt;
+    return POINT{(area.left + area.right) / 2, (area.top + area.bottom) / 2};
   }
-  if (box || name.starts_with("entry ")) {
-    return visible ? PlaceInList(list, box, std::stol(name.substr(name.find(' ')))) : std::nullopt;
-  }
-  RECT area{};
-  if (GetWindowRect(FindShown(processId, name), &area) == FALSE) return std::nullopt;
-  return POINT{(area.left + area.right) / 2, (area.top + area.bottom) / 2};
+  const HWND dialog = DialogOf(processId);
+  if (IsWindowVisible(dialog) == FALSE) return std::nullopt;
+  if (part != frame.end()) return PlaceInFrame(dialog, part->second);
+  return PlaceInList(FindWindowExA(dialog, nullptr, WC_LISTVIEWA, nullptr), box,
+                     std::stol(name.substr(name.find(' '))));
 }
 
 }  // namespace fonklav::suite
