@@ -1,7 +1,5 @@
 #include "sim/LineSimulator.h"
 
-#include <algorithm>
-
 namespace fonklav {
 
 using namespace sim;

@@ -1,7 +1,7 @@
 #pragma once
 
+#include <algorithm>
 #include <functional>
-#include <initializer_list>
 #include <map>
 #include <type_traits>
 #include <utility>
@@ -33,8 +33,7 @@ struct CallRecord {
 
 /// A telephone system that behaves as TAPI does: devices, locations, translation, asynchronous requests, handles that
 /// are checked, and calls whose progress a scenario gives. Time is virtual; messages wait until somebody pumps
-/// (Advance, DeliverOne) and never come from inside one of the telephony functions. Every call made is recorded. One
-/// thread only.
+/// (Advance, DeliverOne) and never come from inside a telephony function. Every call is recorded. One thread only.
 class LineSimulator : public Telephony {
  public:
   using Milliseconds = std::chrono::milliseconds;
@@ -47,7 +46,7 @@ class LineSimulator : public Telephony {
 
   // Time.
   /// Moves the clock alone, never back: what was due on the way waits for the next pumping.
-  void MoveClock(Milliseconds now);
+  void MoveClock(Milliseconds now) { now_ = std::max(now_, now); }
   /// Lets `time` pass and delivers what comes due on the way, each at its own moment.
   void Advance(Milliseconds time);
   /// Delivers one message that is due at `now`, the earliest. Where there is none the clock moves there: false.
@@ -168,7 +167,7 @@ class LineSimulator : public Telephony {
   [[nodiscard]] const Scenario::Location& CurrentLocation(std::int32_t otherwise) const;
 
   void Queue(const DueMessage& message);
-  /// Queues what comes of the newest request, or by itself, for a call; filled up with what it belongs to.
+  /// Queues what comes to a call, of the newest request or by itself, with all that it belongs to.
   void QueueStep(const Scenario::Step& step, HCALL call, HCALL* cell = nullptr);
   /// Queues a request's steps and returns its number.
   std::int32_t Request(const std::vector<Scenario::Step>& steps, HCALL call, HCALL* cell = nullptr);

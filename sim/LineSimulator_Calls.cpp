@@ -1,5 +1,3 @@
-#include <algorithm>
-
 #include "sim/LineSimulator.h"
 
 namespace fonklav {
@@ -57,8 +55,7 @@ void LineSimulator::Queue(const DueMessage& message) {
 }
 
 void LineSimulator::QueueStep(const Scenario::Step& step, HCALL call, HCALL* cell) {
-  const HLINE handle = live_.at(call).line;
-  const Line& line = lines_.at(handle);
+  const auto& [handle, line] = *lines_.find(live_.at(call).line);
   DueMessage due{now_ + step.after, step.kind, line.app, handle, call, cell, step.message};
   if (step.ownInstance) due.message.instance = line.instance;
   if (step.kind == Kind::Reply) due.message.p1 = static_cast<std::uintptr_t>(lastRequest_);
@@ -122,8 +119,6 @@ void LineSimulator::Command(std::string_view text) {
   line.End();
   if (!done) line.Fail("there is no call or line for '" + command + "'");
 }
-
-void LineSimulator::MoveClock(Milliseconds now) { now_ = std::max(now_, now); }
 
 void LineSimulator::Advance(Milliseconds time) {
   const Milliseconds end = now_ + time;

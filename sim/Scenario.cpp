@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <charconv>
 #include <fstream>
-#include <iterator>
 #include <map>
 #include <utility>
 
@@ -206,12 +205,8 @@ Scenario::Step ReadStep(const std::string& kind, ScenarioLine& line) {
   } else if (kind == "message") {
     const auto instance = line.Text("instance");
     step.ownInstance = !instance;
-    if (instance) message.instance = line.ToNumber(*instance);
-    message.hDevice = line.Number("device", 0);
-    message.message = line.Number("msg", 0);
-    message.p1 = line.Number("p1", 0);
-    message.p2 = line.Number("p2", 0);
-    message.p3 = line.Number("p3", 0);
+    message = {line.Number("device", 0), line.Number("msg", 0), line.ToNumber(instance.value_or("0")),
+               line.Number("p1", 0),     line.Number("p2", 0),  line.Number("p3", 0)};
   } else {
     line.Fail("'" + kind + "' is none of reply, state, message, nothing");
   }

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <chrono>
-#include <limits>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -58,9 +57,8 @@ struct LineMessage {
   std::uintptr_t p3{0};
 };
 
-/// What a scenario says: which devices and locations the simulated telephony has, how its calls go, which functions it
-/// refuses and where its structures lie. Strings are bytes of the system's code page. The text format is described in
-/// README.md of this folder.
+/// What a scenario says, as README.md describes it: which devices and locations the simulated telephony has, how its
+/// calls go, which functions it refuses and where its structures lie. Strings are bytes of the system's code page.
 struct Scenario {
   struct Device {
     std::string name{"Line"};
@@ -95,7 +93,7 @@ struct Scenario {
     std::string function;
     std::int32_t code{0};
     std::uint32_t nth{1};  ///< the first call that is refused
-    std::uint32_t times{std::numeric_limits<std::uint32_t>::max()};
+    std::uint32_t times{UINT32_MAX};
     std::uint32_t seen{0};  ///< calls so far
   };
 

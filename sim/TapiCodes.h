@@ -1,7 +1,5 @@
 #pragma once
 
-#include <cstdint>
-
 #include "platform/TapiWire.h"
 
 /// The published result codes that the simulated telephony answers with, under their published names.

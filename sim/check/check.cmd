@@ -35,14 +35,13 @@ set failures=0
 set folder=work\%1\%2
 mkdir %folder%\data %folder%\log %folder%\base
 copy %1\* %folder% >nul
-set script=..\..\..\stories\%1\%2
 cd %folder%
 echo [Paths]> Rufmonpaths.ini
 echo ProgramData=%cd%>> Rufmonpaths.ini
 set program=FonklavTAPI.exe
 if %2==link.partner-on-the-library set program=..\..\..\main-program.exe
 for %%h in (1 2) do (
-  ..\..\..\suite.exe %program% < %script%\%%h.txt >> conversation.txt 2>&1 || set failures=1
+  ..\..\..\suite.exe %program% < ..\..\..\stories\%1\%2\%%h.txt >> conversation.txt 2>&1 || set failures=1
 )
 taskkill /f /im FonklavTAPI.exe >nul 2>nul
 cd ..\..\..

@@ -8,7 +8,6 @@
 #include <thread>
 #include <vector>
 
-#include "platform/win32/Handles.h"
 #include "platform/win32/Win32System.h"
 #include "platform/win32/Win32Telephony.h"
 #include "sim/suite/Server.h"

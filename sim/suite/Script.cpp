@@ -1,9 +1,7 @@
 #include "sim/suite/Script.h"
 
-#include <algorithm>
 #include <cstdio>
 #include <system_error>
-#include <utility>
 
 #include "sim/suite/WindowList.h"
 
@@ -37,11 +35,6 @@ Script::Script(std::string dialer)
     : dialerPath_(std::move(dialer)),
       server_(
           {[this](const std::string& bytes) { OnReport(bytes); }, [this](std::string_view what) { OnEvent(what); }}) {
-  AddSuiteCommands();
-  AddStoryCommands();
-}
-
-void Script::AddSuiteCommands() {
   commands_["start"] = [this](const std::string& arguments) {
     OnEvent("starts the dialer: " + arguments);
     answered_ = false;
@@ -50,16 +43,21 @@ void Script::AddSuiteCommands() {
     STARTUPINFOA startup{};
     startup.cb = sizeof startup;
     PROCESS_INFORMATION process{};
-    if (CreateProcessA(nullptr, commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &process) ==
-        FALSE) {
-      throw std::system_error(static_cast<int>(GetLastError()), std::system_category());
-    }
+    const BOOL started =
+        CreateProcessA(nullptr, commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &process);
+    if (started == FALSE) throw std::system_error(static_cast<int>(GetLastError()), std::system_category());
     CloseHandle(process.hThread);
     dialer_.Reset(process.hProcess);
     dialerId_ = process.dwProcessId;
   };
-  commands_["send"] = [this](const std::string& value) { Send(value); };
-  commands_["set"] = [this](const std::string& value) { Set(value); };
+  commands_["send"] = [this](const std::string& value) {
+    clearWhenAcknowledged_ = true;
+    Run("set " + value);
+  };
+  commands_["set"] = [this](const std::string& value) {
+    Print("suite  -> dialer", value.substr(0, kLongCommand));
+    server_.Publish(value);
+  };
   commands_["wait"] = [this](const std::string& prefix) { Until(prefix, [&] { return Heard(prefix); }); };
   commands_["ping"] = [this](const std::string& millisecondsAndPrefix) {
     const auto [milliseconds, prefix] = FirstWord(millisecondsAndPrefix);
@@ -79,8 +77,8 @@ void Script::AddSuiteCommands() {
     OnEvent("closes the conversation");
     if (!server_.Terminate()) Fail("there is no conversation to close");
   };
-  commands_["windows"] = [this](const std::string&) { Show(WindowList(dialerId_)); };
-  commands_["readings"] = [this](const std::string&) { Show(ReadingList(dialerId_)); };
+  commands_["windows"] = [this](const std::string&) { Show(Describe); };
+  commands_["readings"] = [this](const std::string&) { Show(Reading); };
   commands_["misbehave"] = [this](const std::string& howAndDetail) {
     const auto [how, detail] = FirstWord(howAndDetail);
     server_.Misbehave(how, detail);
@@ -108,16 +106,15 @@ void Script::AddSuiteCommands() {
   };
   commands_["cover"] = [this](const std::string&) {
     // But for the lowest row: Wine 10 confines the mouse to a window as large as the screen, and never ends doing so.
-    const int width = GetSystemMetrics(SM_CXSCREEN);
-    const int height = GetSystemMetrics(SM_CYSCREEN) - 1;
-    cover_.Reset(CreateWindowExA(0, "STATIC", "", WS_POPUP | WS_VISIBLE, 0, 0, width, height, nullptr, nullptr, nullptr,
-                                 nullptr));
+    cover_.Reset(CreateWindowA("STATIC", "", WS_POPUP | WS_VISIBLE, 0, 0, GetSystemMetrics(SM_CXSCREEN),
+                               GetSystemMetrics(SM_CYSCREEN) - 1, nullptr, nullptr, nullptr, nullptr));
     if (!cover_ || SetForegroundWindow(cover_.Get()) == FALSE) Fail("cannot cover the screen");
   };
   commands_["tell"] = [this](const std::string& messageAndParameter) {
     const auto [message, parameter] = FirstWord(messageAndParameter);
     SendMessageA(DialogOf(dialerId_), std::stoul(message, nullptr, 0), std::stoul(parameter, nullptr, 0), 0);
   };
+  AddStoryCommands();
 }
 
 bool Script::Run(const std::string& line) {
@@ -141,16 +138,6 @@ void Script::Pump() {
   GetExitCodeProcess(process, &code);
   dialer_.Reset();
   OnEvent("dialer ended, exit code " + std::to_string(code));
-}
-
-void Script::Send(const std::string& value) {
-  clearWhenAcknowledged_ = true;
-  Set(value);
-}
-
-void Script::Set(const std::string& value) {
-  Print("suite  -> dialer", value.substr(0, kLongCommand));
-  server_.Publish(value);
 }
 
 void Script::Sleep(long milliseconds) {
@@ -181,8 +168,8 @@ void Script::Fail(const std::string& why) {
   ok_ = false;
 }
 
-void Script::Show(const std::vector<std::string>& lines) const {
-  for (const std::string& line : lines) Print("screen", line);
+void Script::Show(const std::function<std::string(HWND)>& told) const {
+  for (const HWND window : ShownBy(dialerId_)) Print("screen", told(window));
   Print("screen", "end");
 }
 

@@ -30,13 +30,8 @@ class Script {
  private:
   using Clock = std::chrono::steady_clock;
 
-  void AddSuiteCommands();
   void AddStoryCommands();
-
-  void Set(const std::string& value);
-  void Send(const std::string& value);
   void Sleep(long milliseconds);
-  void Expect(const std::string& report);
   /// Pumps until `met`, for as long as a person would wait.
   void Until(const std::string& what, const std::function<bool()>& met);
   /// Whether something that begins so has come since the last one that was waited for.
@@ -44,14 +39,13 @@ class Script {
   void OnReport(const std::string& bytes);
   void OnEvent(std::string_view what);
   void Fail(const std::string& why);
-  /// Prints what the screen shows, and an end.
-  void Show(const std::vector<std::string>& lines) const;
+  /// Prints each window that the dialer shows, as `told`, and an end.
+  void Show(const std::function<std::string(HWND)>& told) const;
   /// One line of output, at once: milliseconds since the start, who speaks, the text as one line.
   void Print(std::string_view who, std::string_view text) const;
 
   Clock::time_point begin_ = Clock::now();
-  /// By name; each gets the rest of its line.
-  std::map<std::string, std::function<void(const std::string& rest)>> commands_;
+  std::map<std::string, std::function<void(const std::string& rest)>> commands_;  ///< by name; with the rest of a line
   std::string dialerPath_;
   UniqueKernelHandle dialer_;  ///< the one that was started last, until its end was noticed
   DWORD dialerId_{};

@@ -37,10 +37,16 @@ void Press(const std::string& name, bool down) {
 }  // namespace
 
 void Script::AddStoryCommands() {
-  commands_["expect"] = [this](const std::string& report) { Expect(report); };
+  commands_["expect"] = [this](const std::string& report) {
+    Until(report, [this] { return !reports_.empty(); });
+    if (reports_.empty()) return;
+    const std::string heard = OneLine(reports_.front());
+    reports_.pop_front();
+    if (heard != report) Fail("heard " + heard + " instead of " + report);
+  };
   commands_["settle"] = [this](const std::string&) {
-    Send("debug|0");
-    Expect("cmd|quitt");
+    Run("send debug|0");
+    Run("expect cmd|quitt");
   };
   commands_["started"] = [this](const std::string& possible) {
     const auto known = Split(possible, "\t");
@@ -84,7 +90,7 @@ void Script::AddStoryCommands() {
     });
   };
   commands_["hidden"] = [this](const std::string&) {
-    Until("nothing is shown", [this] { return WindowList(dialerId_).empty(); });
+    Until("nothing is shown", [this] { return ShownBy(dialerId_).empty(); });
   };
   commands_["gone"] = [this](const std::string&) {
     // The name by which a dialer knows of another one.
@@ -140,14 +146,6 @@ void Script::Until(const std::string& what, const std::function<bool()>& met) {
     Pump();
   } while (Clock::now() < end);
   Fail("in vain: " + what);
-}
-
-void Script::Expect(const std::string& report) {
-  Until(report, [this] { return !reports_.empty(); });
-  if (reports_.empty()) return;
-  const std::string heard = OneLine(reports_.front());
-  reports_.pop_front();
-  if (heard != report) Fail("heard " + heard + " instead of " + report);
 }
 
 }  // namespace fonklav::suite

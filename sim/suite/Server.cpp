@@ -128,8 +128,6 @@ void Server::Answer(const std::string& kind, HWND client, UINT_PTR what) {
   }
 }
 
-void Server::Publish(const std::string& value) const { PostValue({value + '\0'}); }
-
 void Server::PostValueFrom(HWND sender, const Value& value) const {
   for (const HWND client : linked_) {
     const std::size_t size = offsetof(DDEDATA, Value) + value.bytes.size();

@@ -8,16 +8,14 @@
 #include <map>
 #include <set>
 #include <string>
-#include <string_view>
 
 #include "platform/win32/Handles.h"
 
 namespace fonklav::suite {
 
 /// What the main program offers to its tools: one DDE item whose value is the command, and an ear for the execute
-/// strings that come back. It speaks the published DDE messages themselves, as programs that are older than the
-/// system's DDE library do, so it can be as slow, as wrong and as rude as a message can be. It needs a thread that
-/// pumps messages.
+/// strings that come back. It sends the published DDE messages itself, as programs older than the system's DDE library
+/// do, so it can be as slow, wrong and rude as a message can be. It needs a thread that pumps messages.
 class Server {
  public:
   static constexpr const char* kService = "Rufmon Fonklav";
@@ -35,7 +33,7 @@ class Server {
   Server& operator=(const Server&) = delete;
 
   /// Sends the item's new value to whoever is linked to it.
-  void Publish(const std::string& value) const;
+  void Publish(const std::string& value) const { PostValue({value + '\0'}); }
   /// Ends each conversation from this side. False when there is none.
   bool Terminate();
   /// Does something that no good server does, or makes a habit of it, as the table of commands in docs/building.md

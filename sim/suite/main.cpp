@@ -19,7 +19,6 @@ std::optional<std::string> NextLine() {
 /// suite.exe PROGRAM: plays the suite's main program towards the dialer PROGRAM, as the lines of standard input tell
 /// it. Ends with the input, with 0 when everything that it was told to wait for has happened.
 int main(int argc, char** argv) {
-  using namespace std::chrono_literals;
   if (argc != 2) {
     std::fputs("usage: suite.exe PROGRAM < SCRIPT\n", stderr);
     return 2;
@@ -32,7 +31,7 @@ int main(int argc, char** argv) {
   for (bool more = true; more;) {
     // A pipe offers no wait that goes together with a message queue, so a thread waits for it.
     auto coming = std::async(std::launch::async, NextLine);
-    while (coming.wait_for(1ms) != std::future_status::ready) script.Pump();
+    while (coming.wait_for(std::chrono::milliseconds(1)) != std::future_status::ready) script.Pump();
     const auto line = coming.get();
     more = line && script.Run(*line);
   }
