@@ -56,7 +56,8 @@ void LineSimulator::Queue(const DueMessage& message) {
 
 void LineSimulator::QueueStep(const Scenario::Step& step, HCALL call, HCALL* cell) {
   const auto& [handle, line] = *lines_.find(live_.at(call).line);
-  DueMessage due{now_ + step.after, step.kind, line.app, handle, call, cell, step.message};
+  DueMessage due{now_ + step.after, step.kind, line.app, handle, call, nullptr, step.message};
+  due.cell = cell;
   if (step.ownInstance) due.message.instance = line.instance;
   if (step.kind == Kind::Reply) due.message.p1 = static_cast<std::uintptr_t>(lastRequest_);
   if (step.kind == Kind::State) due.message.hDevice = call;

@@ -53,8 +53,7 @@ class Structure {
     }
   }
 
-  /// Appends bytes, notes their size at `field` and their offset in the word behind it, and returns the offset; 0 where
-  /// they do not fit.
+  /// Appends bytes with their size at `field` and behind it their offset, which is returned; 0 where they do not fit.
   std::size_t Append(std::size_t field, std::string_view bytes) {
     needed_ += bytes.size();
     if (needed_ > bytes_.size()) return 0;
@@ -67,8 +66,7 @@ class Structure {
   /// The same for a string, which ends with a NUL.
   void AppendText(std::size_t field, const std::string& text) { Append(field, text + '\0'); }
 
-  /// Writes dwNeededSize and dwUsedSize, and over all of it what the scenario has for structures of this name, of this
-  /// device.
+  /// Writes dwNeededSize and dwUsedSize, and over all of it what the scenario has for this structure of this device.
   void Finish(std::vector<Scenario::Patch>& patches, std::string_view name, std::uint32_t device = 0) {
     Put(1 * sizeof(std::uint32_t), needed_);
     Put(2 * sizeof(std::uint32_t), used_);
