@@ -1,9 +1,5 @@
 #include "sim/LineSimulator.h"
 
-#include <algorithm>
-
-#include "sim/TapiCodes.h"
-
 namespace fonklav {
 
 using namespace sim;
@@ -43,14 +39,14 @@ std::string CallRecord::LogLine() const {
   return "call " + function + "(" + arguments + ") = " + (result > 0 ? std::to_string(result) : code);
 }
 
-std::optional<std::int32_t> LineSimulator::Refused(std::string_view function) {
+void LineSimulator::CheckRefusals(std::string_view function) {
   std::optional<std::int32_t> code;
   for (auto& refusal : scenario_.refusals) {
     if (refusal.function != function) continue;
     const std::uint32_t number = ++refusal.seen;
     if (number >= refusal.nth && number - refusal.nth < refusal.times) code = refusal.code;
   }
-  return code;
+  if (code) throw Refused{*code};
 }
 
 std::vector<std::string> LineSimulator::TextsOf(std::string_view function) const {
@@ -61,95 +57,96 @@ std::vector<std::string> LineSimulator::TextsOf(std::string_view function) const
   return texts;
 }
 
-std::int32_t LineSimulator::CheckApp(HLINEAPP app) const {
-  if (apps_.empty()) return LINEERR_UNINITIALIZED;
-  return apps_.contains(app) ? 0 : LINEERR_INVALAPPHANDLE;
+void LineSimulator::CheckApp(HLINEAPP app) const {
+  Require(!apps_.empty(), LINEERR_UNINITIALIZED);
+  Require(apps_.contains(app), LINEERR_INVALAPPHANDLE);
 }
 
-std::int32_t LineSimulator::CheckDevice(HLINEAPP app, std::uint32_t device) const {
-  if (const auto code = CheckApp(app); code != 0) return code;
-  return device < scenario_.devices.size() ? 0 : LINEERR_BADDEVICEID;
+const Scenario::Device& LineSimulator::DeviceOf(std::uint32_t number) const {
+  Require(!apps_.empty(), LINEERR_UNINITIALIZED);
+  Require(number < scenario_.devices.size(), LINEERR_BADDEVICEID);
+  return scenario_.devices[number];
 }
 
-std::int32_t LineSimulator::CheckVersion(HLINEAPP app, std::uint32_t device, std::uint32_t version,
-                                         std::uint32_t extension) const {
-  if (const auto code = CheckDevice(app, device); code != 0) return code;
-  const auto& rules = scenario_.devices[device];
-  const bool known = version >= TAPI_VERSION1_3 && version <= std::min(rules.version, scenario_.version);
-  if (!known) return LINEERR_INCOMPATIBLEAPIVERSION;
-  return extension == 0 ? 0 : LINEERR_INCOMPATIBLEEXTVERSION;
+const Scenario::Device& LineSimulator::DeviceOf(std::uint32_t number, const char* deviceClass) const {
+  const auto& device = DeviceOf(number);
+  const std::string_view named = deviceClass == nullptr ? "" : deviceClass;
+  Require(named.empty() || named == "tapi/line", LINEERR_INVALDEVICECLASS);
+  return device;
 }
 
-std::int32_t LineSimulator::lineInitializeEx(HLINEAPP& lineApp, LineMessageSink& sink, const char* friendlyName,
-                                             std::uint32_t& numDevs, std::uint32_t& apiVersion,
+const Scenario::Device& LineSimulator::DeviceOf(HLINEAPP app, std::uint32_t number, std::uint32_t version,
+                                                std::uint32_t extension) const {
+  CheckApp(app);
+  const auto& device = DeviceOf(number);
+  Require(version >= TAPI_VERSION1_3 && version <= std::min(device.version, scenario_.version),
+          LINEERR_INCOMPATIBLEAPIVERSION);
+  Require(extension == 0, LINEERR_INCOMPATIBLEEXTVERSION);
+  return device;
+}
+
+std::int32_t LineSimulator::lineInitializeEx(HLINEAPP& app, LineMessageSink& sink, const char* name,
+                                             std::uint32_t& devices, std::uint32_t& version,
                                              LINEINITIALIZEEXPARAMS& params) {
-  CallRecord record("lineInitializeEx", {"name", friendlyName, "version", apiVersion, "size", params.dwTotalSize,
-                                         "options", params.dwOptions});
+  CallRecord record("lineInitializeEx",
+                    {"name", name, "version", version, "size", params.dwTotalSize, "options", params.dwOptions});
   return Recorded(std::move(record), [&] {
-    if (params.dwTotalSize < sizeof params) return LINEERR_STRUCTURETOOSMALL;
-    if (params.dwOptions != LINEINITIALIZEEXOPTION_USEHIDDENWINDOW) return LINEERR_INVALPARAM;
+    Require(params.dwTotalSize >= sizeof params, LINEERR_STRUCTURETOOSMALL);
+    Require(params.dwOptions == LINEINITIALIZEEXOPTION_USEHIDDENWINDOW, LINEERR_INVALPARAM);
     // A telephony of the 1.x family is asked in its own version; a later one wants to be asked for 2.0 at least.
     const bool early = scenario_.version < TAPI_VERSION2_0;
-    const bool known = early ? apiVersion <= scenario_.version : apiVersion >= TAPI_VERSION2_0;
-    if (!known || apiVersion < TAPI_VERSION1_3) return LINEERR_INCOMPATIBLEAPIVERSION;
+    const bool known = early ? version <= scenario_.version : version >= TAPI_VERSION2_0;
+    Require(known && version >= TAPI_VERSION1_3, LINEERR_INCOMPATIBLEAPIVERSION);
     params.dwNeededSize = params.dwUsedSize = sizeof params;
-    lineApp = NextHandle(apps_, lastApp_);
-    apps_[lineApp] = &sink;
-    numDevs = static_cast<std::uint32_t>(scenario_.devices.size());
-    apiVersion = scenario_.version;
-    return 0;
+    app = NextHandle(apps_, lastApp_);
+    apps_[app] = &sink;
+    devices = static_cast<std::uint32_t>(scenario_.devices.size());
+    version = scenario_.version;
   });
 }
 
-std::int32_t LineSimulator::lineShutdown(HLINEAPP lineApp) {
-  return Recorded({"lineShutdown", {"app", lineApp}}, [&] {
-    if (const auto code = CheckApp(lineApp); code != 0) return code;
-    for (auto next = lines_.begin(); next != lines_.end();) {
-      const auto [line, open] = *next++;
-      if (open.app == lineApp) EndLine(line);
+std::int32_t LineSimulator::lineShutdown(HLINEAPP app) {
+  return Recorded({"lineShutdown", {"app", app}}, [&] {
+    CheckApp(app);
+    for (const auto& [line, open] : std::map(lines_)) {
+      if (open.app == app) EndLine(line);
     }
-    std::erase_if(queue_, [&](const DueMessage& due) { return due.app == lineApp; });
-    apps_.erase(lineApp);
-    return 0;
+    std::erase_if(queue_, [&](const DueMessage& due) { return due.app == app; });
+    apps_.erase(app);
   });
 }
 
-std::int32_t LineSimulator::lineNegotiateAPIVersion(HLINEAPP lineApp, std::uint32_t deviceId, std::uint32_t low,
-                                                    std::uint32_t high, std::uint32_t& apiVersion,
-                                                    LINEEXTENSIONID& extensionId) {
-  CallRecord record("lineNegotiateAPIVersion", {"app", lineApp, "device", deviceId, "low", low, "high", high});
-  return Recorded(std::move(record), [&] {
-    if (const auto code = CheckDevice(lineApp, deviceId); code != 0) return code;
-    const auto& device = scenario_.devices[deviceId];
-    const std::uint32_t version = std::min({high, device.version, scenario_.version});
-    if (version < low || version < TAPI_VERSION1_3) return LINEERR_INCOMPATIBLEAPIVERSION;
-    apiVersion = version;
-    const auto& words = device.extension;
-    extensionId = {words[0], words[1], words[2], words[3]};
-    return 0;
+std::int32_t LineSimulator::lineNegotiateAPIVersion(HLINEAPP app, std::uint32_t device, std::uint32_t low,
+                                                    std::uint32_t high, std::uint32_t& version,
+                                                    LINEEXTENSIONID& extension) {
+  return Recorded({"lineNegotiateAPIVersion", {"app", app, "device", device, "low", low, "high", high}}, [&] {
+    CheckApp(app);
+    const auto& rules = DeviceOf(device);
+    const std::uint32_t highest = std::min({high, rules.version, scenario_.version});
+    Require(highest >= std::max(low, TAPI_VERSION1_3), LINEERR_INCOMPATIBLEAPIVERSION);
+    version = highest;
+    extension = rules.extension;
   });
 }
 
-std::int32_t LineSimulator::lineOpen(HLINEAPP lineApp, std::uint32_t deviceId, HLINE& line, std::uint32_t apiVersion,
-                                     std::uint32_t extVersion, std::uintptr_t callbackInstance,
-                                     std::uint32_t privileges, std::uint32_t mediaModes) {
-  CallRecord record("lineOpen", {"app", lineApp, "device", deviceId, "version", apiVersion, "instance",
-                                 callbackInstance, "privileges", privileges, "media", mediaModes});
+std::int32_t LineSimulator::lineOpen(HLINEAPP app, std::uint32_t device, HLINE& line, std::uint32_t version,
+                                     std::uint32_t extension, std::uintptr_t instance, std::uint32_t privileges,
+                                     std::uint32_t media) {
+  CallRecord record("lineOpen", {"app", app, "device", device, "version", version, "instance", instance, "privileges",
+                                 privileges, "media", media});
   return Recorded(std::move(record), [&] {
-    if (const auto code = CheckVersion(lineApp, deviceId, apiVersion, extVersion); code != 0) return code;
+    DeviceOf(app, device, version, extension);
     // The others are for who takes calls in.
-    if (privileges != LINECALLPRIVILEGE_NONE) return LINEERR_INVALPRIVSELECT;
+    Require(privileges == LINECALLPRIVILEGE_NONE, LINEERR_INVALPRIVSELECT);
     line = NextHandle(lines_, lastLine_);
-    lines_[line] = {lineApp, apiVersion, callbackInstance};
-    return 0;
+    lines_[line] = {app, version, instance};
   });
 }
 
 std::int32_t LineSimulator::lineClose(HLINE line) {
   return Recorded({"lineClose", {"line", line}}, [&] {
-    if (!lines_.contains(line)) return LINEERR_INVALLINEHANDLE;
+    Require(lines_.contains(line), LINEERR_INVALLINEHANDLE);
     EndLine(line);
-    return 0;
   });
 }
 
@@ -160,31 +157,21 @@ void LineSimulator::EndLine(HLINE line) {
   lines_.erase(line);
 }
 
-std::int32_t LineSimulator::CheckDeviceClass(std::uint32_t device, const char* deviceClass) const {
-  if (apps_.empty()) return LINEERR_UNINITIALIZED;
-  if (device >= scenario_.devices.size()) return LINEERR_BADDEVICEID;
-  const bool known = deviceClass == nullptr || *deviceClass == '\0' || std::string_view(deviceClass) == "tapi/line";
-  return known ? 0 : LINEERR_INVALDEVICECLASS;
+std::int32_t LineSimulator::lineConfigDialog(std::uint32_t device, std::uintptr_t owner, const char* deviceClass) {
+  return Recorded({"lineConfigDialog", {"device", device, "owner", owner, "class", deviceClass}},
+                  [&] { DeviceOf(device, deviceClass); });
 }
 
-std::int32_t LineSimulator::lineConfigDialog(std::uint32_t deviceId, std::uintptr_t owner, const char* deviceClass) {
-  return Recorded({"lineConfigDialog", {"device", deviceId, "owner", owner, "class", deviceClass}},
-                  [&] { return CheckDeviceClass(deviceId, deviceClass); });
+std::int32_t LineSimulator::lineTranslateDialog(HLINEAPP app, std::uint32_t device, std::uint32_t version,
+                                                std::uintptr_t owner, const char* address) {
+  return Recorded(
+      {"lineTranslateDialog", {"app", app, "device", device, "version", version, "owner", owner, "address", address}},
+      [&] { DeviceOf(app, device, version); });
 }
 
-std::int32_t LineSimulator::lineTranslateDialog(HLINEAPP lineApp, std::uint32_t deviceId, std::uint32_t apiVersion,
-                                                std::uintptr_t owner, const char* addressIn) {
-  CallRecord record("lineTranslateDialog",
-                    {"app", lineApp, "device", deviceId, "version", apiVersion, "owner", owner, "address", addressIn});
-  return Recorded(std::move(record), [&] { return CheckVersion(lineApp, deviceId, apiVersion); });
-}
-
-std::int32_t LineSimulator::lineGetIcon(std::uint32_t deviceId, const char* deviceClass, std::uintptr_t& icon) {
-  return Recorded({"lineGetIcon", {"device", deviceId, "class", deviceClass}}, [&] {
-    if (const auto code = CheckDeviceClass(deviceId, deviceClass); code != 0) return code;
-    icon = scenario_.devices[deviceId].icon;
-    return 0;
-  });
+std::int32_t LineSimulator::lineGetIcon(std::uint32_t device, const char* deviceClass, std::uintptr_t& icon) {
+  return Recorded({"lineGetIcon", {"device", device, "class", deviceClass}},
+                  [&] { icon = DeviceOf(device, deviceClass).icon; });
 }
 
 }  // namespace fonklav

@@ -1,18 +1,15 @@
 #pragma once
 
-#include <chrono>
-#include <cstddef>
+#include <algorithm>
 #include <functional>
-#include <initializer_list>
 #include <map>
-#include <string>
-#include <string_view>
+#include <type_traits>
 #include <utility>
 #include <variant>
-#include <vector>
 
 #include "platform/Telephony.h"
 #include "sim/Scenario.h"
+#include "sim/TapiCodes.h"
 
 namespace fonklav {
 
@@ -36,8 +33,7 @@ struct CallRecord {
 
 /// A telephone system that behaves as TAPI does: devices, locations, translation, asynchronous requests, handles that
 /// are checked, and calls whose progress a scenario gives. Time is virtual; messages wait until somebody pumps
-/// (Advance, DeliverOne) and never come from inside one of the telephony functions. Every call made is recorded. One
-/// thread only.
+/// (Advance, DeliverOne) and never come from inside a telephony function. Every call is recorded. One thread only.
 class LineSimulator : public Telephony {
  public:
   using Milliseconds = std::chrono::milliseconds;
@@ -50,7 +46,7 @@ class LineSimulator : public Telephony {
 
   // Time.
   /// Moves the clock alone, never back: what was due on the way waits for the next pumping.
-  void MoveClock(Milliseconds now);
+  void MoveClock(Milliseconds now) { now_ = std::max(now_, now); }
   /// Lets `time` pass and delivers what comes due on the way, each at its own moment.
   void Advance(Milliseconds time);
   /// Delivers one message that is due at `now`, the earliest. Where there is none the clock moves there: false.
@@ -73,8 +69,8 @@ class LineSimulator : public Telephony {
   /// Receives one line of text for every call made and every message delivered.
   void SetLog(std::function<void(std::string_view)> log) { log_ = std::move(log); }
 
-  // What happens at the far end, or in a driver that errs. All of it arrives with the next pumping. The first two go to
-  // the newest call and return false when there is none that could do so.
+  // What happens at the far end, or in a driver that errs; it arrives with the next pumping. The first two go to the
+  // newest call and return false when there is none that could do so.
   bool RemoteHangUp();
   /// Puts the call into `state`, whatever it is in; what the scenario still held for it is dropped.
   bool InjectState(std::uint32_t state, std::uintptr_t detail = 0);
@@ -82,35 +78,32 @@ class LineSimulator : public Telephony {
   void InjectMessage(const LineMessage& message) { Queue({.due = now_, .message = message}); }
   /// Telephony takes the newest open line away: its handle is dead, LINE_CLOSE says so. False without an open line.
   bool ForceClose();
-  /// Does what one line of text says: "hangup", "close", "state NAME detail=N", "message msg=N …", or any line of a
-  /// scenario, which holds from then on. Throws ScenarioError for what it does not understand or cannot do.
+  /// Does what a command of README.md says, or any line of a scenario, which holds from then on. Throws ScenarioError
+  /// for what it does not understand or cannot do.
   void Command(std::string_view text);
 
   // Telephony.
-  std::int32_t lineInitializeEx(HLINEAPP& lineApp, LineMessageSink& sink, const char* friendlyName,
-                                std::uint32_t& numDevs, std::uint32_t& apiVersion,
-                                LINEINITIALIZEEXPARAMS& params) override;
-  std::int32_t lineShutdown(HLINEAPP lineApp) override;
-  std::int32_t lineNegotiateAPIVersion(HLINEAPP lineApp, std::uint32_t deviceId, std::uint32_t low, std::uint32_t high,
-                                       std::uint32_t& apiVersion, LINEEXTENSIONID& extensionId) override;
-  std::int32_t lineGetDevCaps(HLINEAPP lineApp, std::uint32_t deviceId, std::uint32_t apiVersion,
-                              std::uint32_t extVersion, std::span<std::byte> caps) override;
-  std::int32_t lineGetTranslateCaps(HLINEAPP lineApp, std::uint32_t apiVersion, std::span<std::byte> caps) override;
-  std::int32_t tapiGetLocationInfo(std::span<char, 8> countryCode, std::span<char, 8> cityCode) override;
-  std::int32_t lineOpen(HLINEAPP lineApp, std::uint32_t deviceId, HLINE& line, std::uint32_t apiVersion,
-                        std::uint32_t extVersion, std::uintptr_t callbackInstance, std::uint32_t privileges,
-                        std::uint32_t mediaModes) override;
+  std::int32_t lineInitializeEx(HLINEAPP& app, LineMessageSink& sink, const char* name, std::uint32_t& devices,
+                                std::uint32_t& version, LINEINITIALIZEEXPARAMS& params) override;
+  std::int32_t lineShutdown(HLINEAPP app) override;
+  std::int32_t lineNegotiateAPIVersion(HLINEAPP app, std::uint32_t device, std::uint32_t low, std::uint32_t high,
+                                       std::uint32_t& version, LINEEXTENSIONID& extension) override;
+  std::int32_t lineGetDevCaps(HLINEAPP app, std::uint32_t device, std::uint32_t version, std::uint32_t extension,
+                              std::span<std::byte> caps) override;
+  std::int32_t lineGetTranslateCaps(HLINEAPP app, std::uint32_t version, std::span<std::byte> caps) override;
+  std::int32_t tapiGetLocationInfo(std::span<char, 8> country, std::span<char, 8> city) override;
+  std::int32_t lineOpen(HLINEAPP app, std::uint32_t device, HLINE& line, std::uint32_t version, std::uint32_t extension,
+                        std::uintptr_t instance, std::uint32_t privileges, std::uint32_t media) override;
   std::int32_t lineClose(HLINE line) override;
-  std::int32_t lineMakeCall(HLINE line, HCALL& call, const char* destAddress, std::uint32_t countryCode) override;
+  std::int32_t lineMakeCall(HLINE line, HCALL& call, const char* address, std::uint32_t country) override;
   std::int32_t lineDrop(HCALL call) override;
   std::int32_t lineDeallocateCall(HCALL call) override;
-  std::int32_t lineTranslateAddress(HLINEAPP lineApp, std::uint32_t deviceId, std::uint32_t apiVersion,
-                                    const char* addressIn, std::uint32_t card, std::uint32_t translateOptions,
-                                    std::span<std::byte> output) override;
-  std::int32_t lineConfigDialog(std::uint32_t deviceId, std::uintptr_t owner, const char* deviceClass) override;
-  std::int32_t lineTranslateDialog(HLINEAPP lineApp, std::uint32_t deviceId, std::uint32_t apiVersion,
-                                   std::uintptr_t owner, const char* addressIn) override;
-  std::int32_t lineGetIcon(std::uint32_t deviceId, const char* deviceClass, std::uintptr_t& icon) override;
+  std::int32_t lineTranslateAddress(HLINEAPP app, std::uint32_t device, std::uint32_t version, const char* address,
+                                    std::uint32_t card, std::uint32_t options, std::span<std::byte> output) override;
+  std::int32_t lineConfigDialog(std::uint32_t device, std::uintptr_t owner, const char* deviceClass) override;
+  std::int32_t lineTranslateDialog(HLINEAPP app, std::uint32_t device, std::uint32_t version, std::uintptr_t owner,
+                                   const char* address) override;
+  std::int32_t lineGetIcon(std::uint32_t device, const char* deviceClass, std::uintptr_t& icon) override;
 
  private:
   using Kind = Scenario::Step::Kind;
@@ -135,18 +128,27 @@ class LineSimulator : public Telephony {
     LineMessage message{};
   };
 
-  /// Refuses the call or runs its body, and records it with the result.
+  /// Refuses the call or runs its body, and records it with the result: what a body does not return is 0.
   template <typename Body>
   std::int32_t Recorded(CallRecord record, const Body& body) {
     if (inside) inside(record.function);
-    const auto refused = Refused(record.function);
-    const std::int32_t result = record.result = refused ? *refused : body();
+    try {
+      CheckRefusals(record.function);
+      if constexpr (std::is_void_v<decltype(body())>) {
+        body();
+      } else {
+        record.result = body();
+      }
+    } catch (const sim::Refused& refused) {
+      record.result = refused.code;
+    }
+    const std::int32_t result = record.result;
     if (log_) log_(record.LogLine());
     calls_.push_back(std::move(record));
     if (scenario_.inside != 0) Advance({});
     return result;
   }
-  std::optional<std::int32_t> Refused(std::string_view function);
+  void CheckRefusals(std::string_view function);
   /// A handle for a new entry of `living`; `last` is the newest given out.
   template <typename Map>
   std::uint32_t NextHandle(const Map& living, std::uint32_t& last) {
@@ -156,15 +158,20 @@ class LineSimulator : public Telephony {
     return last;
   }
 
-  [[nodiscard]] std::int32_t CheckApp(HLINEAPP app) const;
-  [[nodiscard]] std::int32_t CheckDevice(HLINEAPP app, std::uint32_t device) const;
-  [[nodiscard]] std::int32_t CheckVersion(HLINEAPP app, std::uint32_t device, std::uint32_t version,
-                                          std::uint32_t extension = 0) const;
-  [[nodiscard]] std::int32_t CheckDeviceClass(std::uint32_t device, const char* deviceClass) const;
-  [[nodiscard]] const Scenario::Location* CurrentLocation() const;
+  // These refuse what they do not find, or what does not fit together.
+  void CheckApp(HLINEAPP app) const;
+  const Scenario::Device& DeviceOf(std::uint32_t number) const;
+  const Scenario::Device& DeviceOf(std::uint32_t number, const char* deviceClass) const;
+  const Scenario::Device& DeviceOf(HLINEAPP app, std::uint32_t number, std::uint32_t version,
+                                   std::uint32_t extension = 0) const;
+  [[nodiscard]] const Scenario::Location& CurrentLocation(std::int32_t otherwise) const;
 
   void Queue(const DueMessage& message);
-  std::int32_t Schedule(const std::vector<Scenario::Step>& steps, const DueMessage& origin);
+  /// Queues what comes to a call, of the newest request or by itself, with all that it belongs to.
+  void QueueStep(const Scenario::Step& step, HCALL call, HCALL* cell = nullptr);
+  /// Queues a request's steps and returns its number.
+  std::int32_t Request(const std::vector<Scenario::Step>& steps, HCALL call, HCALL* cell = nullptr);
+  /// Takes back the states that a call was still to go through, and where it ends its replies too.
   void DropWaiting(HCALL call, bool repliesToo);
   void EndLine(HLINE line);
   bool Process(const DueMessage& due);

@@ -1,7 +1,4 @@
-#include <algorithm>
-
 #include "sim/LineSimulator.h"
-#include "sim/TapiCodes.h"
 
 namespace fonklav {
 
@@ -21,42 +18,35 @@ std::string LogLine(const LineMessage& sent) {
 
 }  // namespace
 
-std::int32_t LineSimulator::lineMakeCall(HLINE line, HCALL& call, const char* destAddress, std::uint32_t countryCode) {
-  return Recorded({"lineMakeCall", {"line", line, "address", destAddress, "country", countryCode}}, [&] {
-    const auto open = lines_.find(line);
-    if (open == lines_.end()) return LINEERR_INVALLINEHANDLE;
+std::int32_t LineSimulator::lineMakeCall(HLINE line, HCALL& call, const char* address, std::uint32_t country) {
+  return Recorded({"lineMakeCall", {"line", line, "address", address, "country", country}}, [&] {
+    Require(lines_.contains(line), LINEERR_INVALLINEHANDLE);
     for (const auto& [handle, other] : live_) {
-      if (other.line == line && other.state != LINECALLSTATE_IDLE) return LINEERR_CALLUNAVAIL;
+      Require(other.line != line || other.state == LINECALLSTATE_IDLE, LINEERR_CALLUNAVAIL);
     }
     const HCALL made = NextHandle(live_, lastCall_);
     live_[made] = {.line = line};
-    const auto& steps = scenario_.callSteps ? scenario_.callSteps : kOtherwise.callSteps;
-    return Schedule(*steps, {.app = open->second.app, .line = line, .call = made, .cell = &call});
+    return Request(scenario_.callSteps.value_or(*kOtherwise.callSteps), made, &call);
   });
 }
 
 std::int32_t LineSimulator::lineDrop(HCALL call) {
   return Recorded({"lineDrop", {"call", call}}, [&] {
-    const auto dropped = live_.find(call);
-    if (dropped == live_.end()) return LINEERR_INVALCALLHANDLE;
-    if (dropped->second.state == LINECALLSTATE_IDLE) return LINEERR_INVALCALLSTATE;
+    Require(live_.contains(call), LINEERR_INVALCALLHANDLE);
+    Require(live_.at(call).state != LINECALLSTATE_IDLE, LINEERR_INVALCALLSTATE);
     DropWaiting(call, false);
-    const HLINE line = dropped->second.line;
-    const auto& steps = scenario_.dropSteps ? scenario_.dropSteps : kOtherwise.dropSteps;
-    return Schedule(*steps, {.app = lines_.at(line).app, .line = line, .call = call});
+    return Request(scenario_.dropSteps.value_or(*kOtherwise.dropSteps), call);
   });
 }
 
 std::int32_t LineSimulator::lineDeallocateCall(HCALL call) {
   return Recorded({"lineDeallocateCall", {"call", call}}, [&] {
-    const auto given = live_.find(call);
-    if (given == live_.end()) return LINEERR_INVALCALLHANDLE;
+    Require(live_.contains(call), LINEERR_INVALCALLHANDLE);
+    const auto& [line, state] = live_.at(call);
     // From 2.0 on a call that is not idle may be left to the switch.
-    const bool idle = given->second.state == LINECALLSTATE_IDLE;
-    if (!idle && lines_.at(given->second.line).version < TAPI_VERSION2_0) return LINEERR_INVALCALLSTATE;
+    Require(state == LINECALLSTATE_IDLE || lines_.at(line).version >= TAPI_VERSION2_0, LINEERR_INVALCALLSTATE);
     DropWaiting(call, true);
-    live_.erase(given);
-    return 0;
+    live_.erase(call);
   });
 }
 
@@ -64,47 +54,40 @@ void LineSimulator::Queue(const DueMessage& message) {
   queue_.insert(std::ranges::upper_bound(queue_, message.due, {}, &DueMessage::due), message);
 }
 
-/// Puts a request's steps into the queue and returns the number of the request.
-std::int32_t LineSimulator::Schedule(const std::vector<Scenario::Step>& steps, const DueMessage& origin) {
+void LineSimulator::QueueStep(const Scenario::Step& step, HCALL call, HCALL* cell) {
+  const auto& [handle, line] = *lines_.find(live_.at(call).line);
+  DueMessage due{now_ + step.after, step.kind, line.app, handle, call, nullptr, step.message};
+  due.cell = cell;
+  if (step.ownInstance) due.message.instance = line.instance;
+  if (step.kind == Kind::Reply) due.message.p1 = static_cast<std::uintptr_t>(lastRequest_);
+  if (step.kind == Kind::State) due.message.hDevice = call;
+  Queue(due);
+}
+
+std::int32_t LineSimulator::Request(const std::vector<Scenario::Step>& steps, HCALL call, HCALL* cell) {
   ++lastRequest_;
-  for (const auto& step : steps) {
-    DueMessage due = origin;
-    due.due = now_ + step.after;
-    due.kind = step.kind;
-    due.message = step.message;
-    if (step.ownInstance) due.message.instance = lines_.at(origin.line).instance;
-    if (step.kind == Kind::Reply) due.message.p1 = static_cast<std::uintptr_t>(lastRequest_);
-    if (step.kind == Kind::State) due.message.hDevice = origin.call;
-    Queue(due);
-  }
+  for (const auto& step : steps) QueueStep(step, call, cell);
   return lastRequest_;
 }
 
-/// Takes back the states that a call was still to go through, and where it ends its replies too.
 void LineSimulator::DropWaiting(HCALL call, bool repliesToo) {
   std::erase_if(queue_, [&](const DueMessage& due) {
-    const bool reply = due.kind == Kind::Reply;
-    return due.call == call && (due.kind == Kind::State || (reply && repliesToo));
+    return due.call == call && (due.kind == Kind::State || (due.kind == Kind::Reply && repliesToo));
   });
 }
 
 bool LineSimulator::InjectState(std::uint32_t state, std::uintptr_t detail) {
-  if (live_.empty() || live_.rbegin()->second.state == LINECALLSTATE_IDLE) return false;
-  const auto& [call, known] = *live_.rbegin();
-  const Line& line = lines_.at(known.line);
+  const HCALL call = NewestCall();
+  if (call == 0 || live_.at(call).state == LINECALLSTATE_IDLE) return false;
   DropWaiting(call, false);
-  Queue({.due = now_,
-         .kind = Kind::State,
-         .app = line.app,
-         .line = known.line,
-         .call = call,
-         .message = {call, LINE_CALLSTATE, line.instance, state, detail, 0}});
+  QueueStep({.kind = Kind::State, .message = {.message = LINE_CALLSTATE, .p1 = state, .p2 = detail}}, call);
   return true;
 }
 
 bool LineSimulator::RemoteHangUp() {
-  if (!live_.empty() && live_.rbegin()->second.state == LINECALLSTATE_DISCONNECTED) return false;
-  return InjectState(LINECALLSTATE_DISCONNECTED, LINEDISCONNECTMODE_NORMAL);
+  const HCALL call = NewestCall();
+  const bool gone = call != 0 && live_.at(call).state == LINECALLSTATE_DISCONNECTED;
+  return !gone && InjectState(LINECALLSTATE_DISCONNECTED, LINEDISCONNECTMODE_NORMAL);
 }
 
 bool LineSimulator::ForceClose() {
@@ -137,8 +120,6 @@ void LineSimulator::Command(std::string_view text) {
   line.End();
   if (!done) line.Fail("there is no call or line for '" + command + "'");
 }
-
-void LineSimulator::MoveClock(Milliseconds now) { now_ = std::max(now_, now); }
 
 void LineSimulator::Advance(Milliseconds time) {
   const Milliseconds end = now_ + time;

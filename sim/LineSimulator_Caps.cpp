@@ -1,10 +1,7 @@
-#include <algorithm>
 #include <cstring>
 #include <regex>
-#include <utility>
 
 #include "sim/LineSimulator.h"
-#include "sim/TapiCodes.h"
 
 namespace fonklav {
 
@@ -17,14 +14,14 @@ constexpr std::size_t kDevCapsSize = 292;
 
 /// What telephony would dial for `address` from a location. A number that does not begin with "+" counts as dialable
 /// and comes back as it is, the canonical form "+CC (AREA) N" gets the location's prefixes, anything else with a "+" is
-/// no address: nothing.
-std::optional<std::string> Translated(const std::string& address, const Scenario::Location& location, bool blanks) {
+/// refused.
+std::string Translated(const std::string& address, const Scenario::Location& location, bool blanks) {
   if (!address.starts_with('+')) return address;
   const std::regex head(blanks ? R"(\+(\d+) (?:\((\d+)\) )?)" : R"(\+(\d+) ?(?:\((\d+)\) ?)?)");
   std::smatch codes;
   const bool canonical = std::regex_search(address, codes, head, std::regex_constants::match_continuous);
   const std::string number = canonical ? codes.suffix().str() : "";
-  if (number.empty() || number.find_first_of("()+") != std::string::npos) return std::nullopt;
+  Require(!number.empty() && number.find_first_of("()+") == std::string::npos, LINEERR_INVALADDRESS);
   const std::string country = codes[1];
   const std::string area = codes[2];
   if (country != std::to_string(location.country)) return location.longDistanceAccess + "00" + country + area + number;
@@ -37,22 +34,15 @@ std::optional<std::string> Translated(const std::string& address, const Scenario
 /// dwNeededSize. Never writes beyond the caller's bytes, nor beyond the dwTotalSize at their start.
 class Structure {
  public:
-  explicit Structure(std::span<std::byte> bytes) {
+  /// Begins with a fixed part of `size` bytes, zeros behind what is known of it; dwTotalSize stays.
+  template <typename Fixed>
+  Structure(std::span<std::byte> bytes, const Fixed& fixed, std::size_t size = sizeof(Fixed)) : used_(size) {
     std::uint32_t total = 0;
     if (bytes.size() >= sizeof total) std::memcpy(&total, bytes.data(), sizeof total);
     bytes_ = bytes.first(std::min<std::size_t>(bytes.size(), total));
-  }
-
-  /// Begins with a fixed part of `size` bytes, zeros behind what is known of it; dwTotalSize stays. False when there is
-  /// no room for it.
-  template <typename Fixed>
-  [[nodiscard]] bool Begin(const Fixed& fixed, std::size_t size = sizeof(Fixed)) {
-    if (size > bytes_.size()) return false;
-    const auto known = std::as_bytes(std::span(&fixed, 1)).subspan(sizeof(std::uint32_t));
-    const auto rest = std::ranges::copy(known, bytes_.begin() + sizeof(std::uint32_t)).out;
-    std::fill(rest, bytes_.begin() + static_cast<std::ptrdiff_t>(size), std::byte{0});
-    used_ = needed_ = size;
-    return true;
+    Require(size <= bytes_.size(), LINEERR_STRUCTURETOOSMALL);
+    std::ranges::fill(bytes_.subspan(sizeof total, size - sizeof total), std::byte{0});
+    std::ranges::copy(std::as_bytes(std::span(&fixed, 1)).subspan(sizeof total), bytes_.begin() + sizeof total);
   }
 
   /// Writes a number anywhere; what would leave the buffer is dropped.
@@ -63,8 +53,7 @@ class Structure {
     }
   }
 
-  /// Appends bytes, notes their size at `field` and their offset in the word behind it, and returns the offset; 0 where
-  /// they do not fit.
+  /// Appends bytes with their size at `field` and behind it their offset, which is returned; 0 where they do not fit.
   std::size_t Append(std::size_t field, std::string_view bytes) {
     needed_ += bytes.size();
     if (needed_ > bytes_.size()) return 0;
@@ -77,8 +66,7 @@ class Structure {
   /// The same for a string, which ends with a NUL.
   void AppendText(std::size_t field, const std::string& text) { Append(field, text + '\0'); }
 
-  /// Writes dwNeededSize and dwUsedSize, and over all of it what the scenario has for structures of this name, of this
-  /// device.
+  /// Writes dwNeededSize and dwUsedSize, and over all of it what the scenario has for this structure of this device.
   void Finish(std::vector<Scenario::Patch>& patches, std::string_view name, std::uint32_t device = 0) {
     Put(1 * sizeof(std::uint32_t), needed_);
     Put(2 * sizeof(std::uint32_t), used_);
@@ -91,38 +79,32 @@ class Structure {
 
  private:
   std::span<std::byte> bytes_;
-  std::size_t used_{0};
-  std::size_t needed_{0};  ///< the same, as long as all has fitted
+  std::size_t used_;
+  std::size_t needed_{used_};  ///< the same, as long as all has fitted
 };
 
 }  // namespace
 
-std::int32_t LineSimulator::lineGetDevCaps(HLINEAPP lineApp, std::uint32_t deviceId, std::uint32_t apiVersion,
-                                           std::uint32_t extVersion, std::span<std::byte> caps) {
-  return Recorded({"lineGetDevCaps", {"app", lineApp, "device", deviceId, "version", apiVersion}}, [&] {
-    if (const auto code = CheckVersion(lineApp, deviceId, apiVersion, extVersion); code != 0) return code;
-    Structure structure(caps);
-    const auto& device = scenario_.devices[deviceId];
-    if (!structure.Begin(device.caps, kDevCapsSize)) return LINEERR_STRUCTURETOOSMALL;
-    structure.AppendText(offsetof(LINEDEVCAPS, dwProviderInfoSize), device.provider);
-    structure.AppendText(offsetof(LINEDEVCAPS, dwSwitchInfoSize), device.switchInfo);
-    structure.AppendText(offsetof(LINEDEVCAPS, dwLineNameSize), device.name);
-    structure.Finish(scenario_.patches, "devcaps", deviceId);
-    return 0;
+std::int32_t LineSimulator::lineGetDevCaps(HLINEAPP app, std::uint32_t device, std::uint32_t version,
+                                           std::uint32_t extension, std::span<std::byte> caps) {
+  return Recorded({"lineGetDevCaps", {"app", app, "device", device, "version", version}}, [&] {
+    const auto& rules = DeviceOf(app, device, version, extension);
+    Structure structure(caps, rules.caps, kDevCapsSize);
+    structure.AppendText(offsetof(LINEDEVCAPS, dwProviderInfoSize), rules.provider);
+    structure.AppendText(offsetof(LINEDEVCAPS, dwSwitchInfoSize), rules.switchInfo);
+    structure.AppendText(offsetof(LINEDEVCAPS, dwLineNameSize), rules.name);
+    structure.Finish(scenario_.patches, "devcaps", device);
   });
 }
 
-std::int32_t LineSimulator::lineGetTranslateCaps(HLINEAPP lineApp, std::uint32_t apiVersion,
-                                                 std::span<std::byte> caps) {
-  return Recorded({"lineGetTranslateCaps", {"app", lineApp, "version", apiVersion}}, [&] {
-    if (const auto code = CheckApp(lineApp); code != 0) return code;
-    if (apiVersion < TAPI_VERSION1_3 || apiVersion > scenario_.version) return LINEERR_INCOMPATIBLEAPIVERSION;
-    const auto& locations = scenario_.locations;
-    if (locations.empty()) return LINEERR_INIFILECORRUPT;
-    Structure structure(caps);
+std::int32_t LineSimulator::lineGetTranslateCaps(HLINEAPP app, std::uint32_t version, std::span<std::byte> caps) {
+  return Recorded({"lineGetTranslateCaps", {"app", app, "version", version}}, [&] {
+    CheckApp(app);
+    Require(version >= TAPI_VERSION1_3 && version <= scenario_.version, LINEERR_INCOMPATIBLEAPIVERSION);
     LINETRANSLATECAPS fixed{};
-    if (CurrentLocation() != nullptr) fixed.dwCurrentLocationID = CurrentLocation()->id;
-    if (!structure.Begin(fixed)) return LINEERR_STRUCTURETOOSMALL;
+    fixed.dwCurrentLocationID = CurrentLocation(LINEERR_INIFILECORRUPT).id;
+    Structure structure(caps, fixed);
+    const auto& locations = scenario_.locations;
     // The list goes in as a whole and its strings behind it. Without room for it no location is reported.
     std::vector<LINELOCATIONENTRY> entries(locations.size());
     for (std::size_t index = 0; index < locations.size(); ++index) {
@@ -141,48 +123,39 @@ std::int32_t LineSimulator::lineGetTranslateCaps(HLINEAPP lineApp, std::uint32_t
       entry += sizeof(LINELOCATIONENTRY);
     }
     structure.Finish(scenario_.patches, "translatecaps");
-    return 0;
   });
 }
 
-const Scenario::Location* LineSimulator::CurrentLocation() const {
-  const auto& all = scenario_.locations;
-  const auto current = std::ranges::find_if(
-      all, [&](const auto& location) { return location.id == scenario_.currentLocation.value_or(location.id); });
-  return current == all.end() ? nullptr : &*current;
+const Scenario::Location& LineSimulator::CurrentLocation(std::int32_t otherwise) const {
+  Require(!scenario_.locations.empty(), otherwise);
+  return scenario_.locations.at(scenario_.currentLocation);
 }
 
-std::int32_t LineSimulator::tapiGetLocationInfo(std::span<char, 8> countryCode, std::span<char, 8> cityCode) {
+std::int32_t LineSimulator::tapiGetLocationInfo(std::span<char, 8> country, std::span<char, 8> city) {
   return Recorded({"tapiGetLocationInfo", {}}, [&] {
-    const auto* const location = CurrentLocation();
-    if (location == nullptr) return TAPIERR_REQUESTFAILED;
+    const auto& location = CurrentLocation(TAPIERR_REQUESTFAILED);
     // As telephony does: a code that is too long fills its buffer without a NUL.
-    std::strncpy(countryCode.data(), std::to_string(location->country).c_str(), countryCode.size());
-    std::strncpy(cityCode.data(), location->city.c_str(), cityCode.size());
-    return 0;
+    std::strncpy(country.data(), std::to_string(location.country).c_str(), country.size());
+    std::strncpy(city.data(), location.city.c_str(), city.size());
   });
 }
 
-std::int32_t LineSimulator::lineTranslateAddress(HLINEAPP lineApp, std::uint32_t deviceId, std::uint32_t apiVersion,
-                                                 const char* addressIn, std::uint32_t card,
-                                                 std::uint32_t translateOptions, std::span<std::byte> output) {
-  CallRecord record("lineTranslateAddress", {"app", lineApp, "device", deviceId, "version", apiVersion, "address",
-                                             addressIn, "card", card, "options", translateOptions});
+std::int32_t LineSimulator::lineTranslateAddress(HLINEAPP app, std::uint32_t device, std::uint32_t version,
+                                                 const char* address, std::uint32_t card, std::uint32_t options,
+                                                 std::span<std::byte> output) {
+  CallRecord record("lineTranslateAddress", {"app", app, "device", device, "version", version, "address", address,
+                                             "card", card, "options", options});
   return Recorded(std::move(record), [&] {
-    if (const auto code = CheckVersion(lineApp, deviceId, apiVersion); code != 0) return code;
-    if (addressIn == nullptr) return LINEERR_INVALPOINTER;
-    const auto* const location = CurrentLocation();
-    if (location == nullptr) return LINEERR_INIFILECORRUPT;
-    Structure structure(output);
+    DeviceOf(app, device, version);
+    Require(address != nullptr, LINEERR_INVALPOINTER);
+    const auto& location = CurrentLocation(LINEERR_INIFILECORRUPT);
     LINETRANSLATEOUTPUT fixed{};
-    fixed.dwCurrentCountry = location->country;
-    if (!structure.Begin(fixed)) return LINEERR_STRUCTURETOOSMALL;
-    const auto dialed = Translated(addressIn, *location, scenario_.blanks != 0);
-    if (!dialed) return LINEERR_INVALADDRESS;
-    structure.AppendText(offsetof(LINETRANSLATEOUTPUT, dwDialableStringSize), *dialed);
-    structure.AppendText(offsetof(LINETRANSLATEOUTPUT, dwDisplayableStringSize), addressIn);
-    structure.Finish(scenario_.patches, "translateoutput", deviceId);
-    return 0;
+    fixed.dwCurrentCountry = location.country;
+    Structure structure(output, fixed);
+    const std::string dialed = Translated(address, location, scenario_.blanks != 0);
+    structure.AppendText(offsetof(LINETRANSLATEOUTPUT, dwDialableStringSize), dialed);
+    structure.AppendText(offsetof(LINETRANSLATEOUTPUT, dwDisplayableStringSize), address);
+    structure.Finish(scenario_.patches, "translateoutput", device);
   });
 }
 

@@ -3,26 +3,16 @@
 #include <algorithm>
 #include <charconv>
 #include <fstream>
-#include <iterator>
+#include <map>
 #include <utility>
 
 #include "sim/TapiCodes.h"
+#include "util/CaseFold.h"
 #include "util/Text.h"
 
 namespace fonklav {
 
 namespace {
-
-constexpr std::string_view kBlanks = " \t\r";
-
-/// The call states that mean something to a dialer.
-constexpr std::array kCallStates{std::pair{"idle", LINECALLSTATE_IDLE},
-                                 std::pair{"dialing", LINECALLSTATE_DIALING},
-                                 std::pair{"ringback", LINECALLSTATE_RINGBACK},
-                                 std::pair{"busy", LINECALLSTATE_BUSY},
-                                 std::pair{"connected", LINECALLSTATE_CONNECTED},
-                                 std::pair{"proceeding", LINECALLSTATE_PROCEEDING},
-                                 std::pair{"disconnected", LINECALLSTATE_DISCONNECTED}};
 
 std::optional<std::uint32_t> Parsed(std::string_view digits, int base) {
   std::uint32_t value = 0;
@@ -32,9 +22,19 @@ std::optional<std::uint32_t> Parsed(std::string_view digits, int base) {
   return value;
 }
 
-using std::chrono::milliseconds;
-
-using Kind = Scenario::Step::Kind;
+/// A call state by its name, in large or small letters, or by its number.
+std::uint32_t ReadState(ScenarioLine& line) {
+  static const std::map<std::string, std::uint32_t> states{{"idle", LINECALLSTATE_IDLE},
+                                                           {"dialing", LINECALLSTATE_DIALING},
+                                                           {"ringback", LINECALLSTATE_RINGBACK},
+                                                           {"busy", LINECALLSTATE_BUSY},
+                                                           {"connected", LINECALLSTATE_CONNECTED},
+                                                           {"proceeding", LINECALLSTATE_PROCEEDING},
+                                                           {"disconnected", LINECALLSTATE_DISCONNECTED}};
+  const std::string text = line.Word("a call state");
+  const auto found = states.find(FoldCase(text));
+  return found != states.end() ? found->second : line.ToNumber(text);
+}
 
 void SetTelephony(Scenario& scenario, ScenarioLine& line) {
   line.Into("version", scenario.version);
@@ -51,9 +51,7 @@ void AddDevice(Scenario& scenario, ScenarioLine& line) {
   line.Into("switch", device.switchInfo);
   line.Into("version", device.version);
   line.Into("icon", device.icon);
-  for (std::size_t word = 0; word < device.extension.size(); ++word) {
-    line.Into("ext" + std::to_string(word), device.extension[word]);
-  }
+  device.extension = {line.Number("ext0", 0), line.Number("ext1", 0), line.Number("ext2", 0), line.Number("ext3", 0)};
   LINEDEVCAPS& caps = device.caps;
   caps.dwPermanentLineID = line.Number("id", static_cast<std::uint32_t>(scenario.devices.size()) + 1);
   caps.dwStringFormat = line.Number("format", STRINGFORMAT_ASCII);
@@ -77,7 +75,7 @@ void AddLocation(Scenario& scenario, ScenarioLine& line) {
   line.Into("city", location.city);
   line.Into("local", location.localAccess);
   line.Into("long", location.longDistanceAccess);
-  if (line.Number("current", 0) != 0) scenario.currentLocation = location.id;
+  if (line.Number("current", 0) != 0) scenario.currentLocation = scenario.locations.size();
   scenario.locations.push_back(std::move(location));
 }
 
@@ -88,7 +86,7 @@ void AddStep(Scenario& scenario, ScenarioLine& line) {
   const std::string kind = line.Word("reply, state, message or nothing");
   if (kind == "nothing") return steps->clear();
   steps->push_back(ReadStep(kind, line));
-  steps->back().after = milliseconds(line.Number("after", 0));
+  steps->back().after = std::chrono::milliseconds(line.Number("after", 0));
 }
 
 void AddRefusal(Scenario& scenario, ScenarioLine& line) {
@@ -113,56 +111,50 @@ void AddPatch(Scenario& scenario, ScenarioLine& line) {
   scenario.patches.push_back(std::move(patch));
 }
 
-struct Directive {
-  std::string_view name;
-  void (*read)(Scenario&, ScenarioLine&);
-};
-constexpr std::array kDirectives{Directive{"tapi", SetTelephony},
-                                 Directive{"device", AddDevice},
-                                 Directive{"location", AddLocation},
-                                 Directive{"call", AddStep<&Scenario::callSteps>},
-                                 Directive{"drop", AddStep<&Scenario::dropSteps>},
-                                 Directive{"refuse", AddRefusal},
-                                 Directive{"patch", AddPatch}};
-
 void ApplyLine(Scenario& scenario, ScenarioLine line) {
+  static const std::map<std::string_view, void (*)(Scenario&, ScenarioLine&)> directives{
+      {"tapi", SetTelephony},
+      {"device", AddDevice},
+      {"location", AddLocation},
+      {"call", AddStep<&Scenario::callSteps>},
+      {"drop", AddStep<&Scenario::dropSteps>},
+      {"refuse", AddRefusal},
+      {"patch", AddPatch}};
   if (line.Empty()) return;
   const std::string name = line.Word("a directive");
-  const auto* const found = std::ranges::find(kDirectives, name, &Directive::name);
-  if (found == kDirectives.end()) line.Fail("unknown directive '" + name + "'");
-  found->read(scenario, line);
+  const auto found = directives.find(name);
+  if (found == directives.end()) line.Fail("unknown directive '" + name + "'");
+  found->second(scenario, line);
   line.End();
 }
 
 }  // namespace
 
 ScenarioLine::ScenarioLine(std::string_view text, std::size_t number) : number_(number) {
-  std::size_t at = text.find_first_not_of(kBlanks);
-  while (at < text.size() && text[at] != '#') {
-    items_.push_back(NextItem(text, at));
-    at = text.find_first_not_of(kBlanks, at);
-  }
-}
-
-ScenarioLine::Item ScenarioLine::NextItem(std::string_view text, std::size_t& at) const {
-  Item item;
+  bool within = false;  // an item
   bool quoted = false;
-  for (; at < text.size() && (quoted || kBlanks.find(text[at]) == std::string_view::npos); ++at) {
-    if (text[at] == '"') {
+  for (std::size_t at = 0; at < text.size(); ++at) {
+    const char sign = text[at];
+    if (!within && sign == '#') break;
+    const bool begins = !within;
+    within = quoted || std::string_view(" \t\r").find(sign) == std::string_view::npos;
+    if (!within) continue;
+    if (begins) items_.emplace_back();
+    Item& item = items_.back();
+    if (sign == '"') {
       quoted = !quoted;
-    } else if (quoted && text[at] == '\\') {
+    } else if (quoted && sign == '\\') {
       const auto byte = text.substr(at, 2) == "\\x" ? Parsed(text.substr(at + 2, 2), 16) : std::nullopt;
       if (!byte) Fail(R"(an escape is no \xNN)");
       item.value += static_cast<char>(*byte);
       at += 3;
-    } else if (!quoted && text[at] == '=' && item.key.empty()) {
+    } else if (!quoted && sign == '=' && item.key.empty()) {
       item.key = std::exchange(item.value, {});
     } else {
-      item.value += text[at];
+      item.value += sign;
     }
   }
   if (quoted) Fail("a quote is not closed");
-  return item;
 }
 
 std::optional<std::string> ScenarioLine::Text(std::string_view key) {
@@ -190,14 +182,6 @@ std::uint32_t ScenarioLine::ToNumber(std::string_view text) const {
   return *value;
 }
 
-std::uint32_t ScenarioLine::ToState(const std::string& text) const {
-  const auto small = [](char letter) { return letter >= 'A' && letter <= 'Z' ? letter - 'A' + 'a' : letter; };
-  for (const auto& [name, state] : kCallStates) {
-    if (std::ranges::equal(std::string_view(name), text, {}, {}, small)) return state;
-  }
-  return ToNumber(text);
-}
-
 void ScenarioLine::End() const {
   if (items_.empty()) return;
   const Item& item = items_.front();
@@ -209,26 +193,20 @@ void ScenarioLine::Fail(const std::string& why) const {
 }
 
 Scenario::Step ReadStep(const std::string& kind, ScenarioLine& line) {
+  using Kind = Scenario::Step::Kind;
   Scenario::Step step;
   auto& message = step.message;
   if (kind == "reply") {
     step.kind = Kind::Reply;
-    message.message = LINE_REPLY;
-    message.p2 = line.Number("result", 0);
+    message = {.message = LINE_REPLY, .p2 = line.Number("result", 0)};
   } else if (kind == "state") {
     step.kind = Kind::State;
-    message.message = LINE_CALLSTATE;
-    message.p1 = line.ToState(line.Word("a call state"));
-    message.p2 = line.Number("detail", 0);
+    message = {.message = LINE_CALLSTATE, .p1 = ReadState(line), .p2 = line.Number("detail", 0)};
   } else if (kind == "message") {
     const auto instance = line.Text("instance");
     step.ownInstance = !instance;
-    if (instance) message.instance = line.ToNumber(*instance);
-    message.hDevice = line.Number("device", 0);
-    message.message = line.Number("msg", 0);
-    message.p1 = line.Number("p1", 0);
-    message.p2 = line.Number("p2", 0);
-    message.p3 = line.Number("p3", 0);
+    message = {line.Number("device", 0), line.Number("msg", 0), line.ToNumber(instance.value_or("0")),
+               line.Number("p1", 0),     line.Number("p2", 0),  line.Number("p3", 0)};
   } else {
     line.Fail("'" + kind + "' is none of reply, state, message, nothing");
   }

@@ -1,13 +1,9 @@
 #pragma once
 
-#include <array>
 #include <chrono>
-#include <cstdint>
-#include <limits>
 #include <optional>
 #include <stdexcept>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "platform/TapiWire.h"
@@ -15,8 +11,7 @@
 namespace fonklav {
 
 /// A scenario that cannot be understood: what() names the line and what is wrong with it.
-class ScenarioError : public std::runtime_error {
- public:
+struct ScenarioError : std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
@@ -38,8 +33,6 @@ class ScenarioLine {
   void Into(std::string_view key, std::string& value) { value = Text(key).value_or(value); }
   void Into(std::string_view key, std::uint32_t& value) { value = Number(key, value); }
   [[nodiscard]] std::uint32_t ToNumber(std::string_view text) const;
-  /// A call state by its name, in large or small letters, or by its number.
-  [[nodiscard]] std::uint32_t ToState(const std::string& text) const;
   /// Fails when anything was not taken.
   void End() const;
   [[noreturn]] void Fail(const std::string& why) const;
@@ -49,8 +42,6 @@ class ScenarioLine {
     std::string key;  ///< empty for a plain word
     std::string value;
   };
-
-  Item NextItem(std::string_view text, std::size_t& at) const;
 
   std::size_t number_;
   std::vector<Item> items_;
@@ -66,16 +57,15 @@ struct LineMessage {
   std::uintptr_t p3{0};
 };
 
-/// What a scenario says: which devices and locations the simulated telephony has, how its calls go, which functions it
-/// refuses and where its structures lie. Strings are bytes of the system's code page. The text format is described in
-/// README.md of this folder.
+/// What a scenario says, as README.md describes it: which devices and locations the simulated telephony has, how its
+/// calls go, which functions it refuses and where its structures lie. Strings are bytes of the system's code page.
 struct Scenario {
   struct Device {
     std::string name{"Line"};
     std::string provider{"Line simulator"};
     std::string switchInfo;
     std::uint32_t version{TAPI_VERSION3_0};  ///< highest version that the negotiation yields; the lowest is 1.3
-    std::array<std::uint32_t, 4> extension{};
+    LINEEXTENSIONID extension{};
     std::uint32_t icon{1};  ///< 0: the device has no icon
     LINEDEVCAPS caps{};     ///< its numbers
   };
@@ -103,7 +93,7 @@ struct Scenario {
     std::string function;
     std::int32_t code{0};
     std::uint32_t nth{1};  ///< the first call that is refused
-    std::uint32_t times{std::numeric_limits<std::uint32_t>::max()};
+    std::uint32_t times{UINT32_MAX};
     std::uint32_t seen{0};  ///< calls so far
   };
 
@@ -122,9 +112,9 @@ struct Scenario {
   std::uint32_t blanks{1};                 ///< 0: translation takes canonical numbers without their blanks too
   std::vector<Device> devices;
   std::vector<Location> locations;
-  std::optional<std::uint32_t> currentLocation;  ///< permanent ID; without one that of the first location
-  std::optional<std::vector<Step>> callSteps;    ///< without any: a reply alone
-  std::optional<std::vector<Step>> dropSteps;    ///< without any: a reply and then IDLE
+  std::size_t currentLocation{0};              ///< its place among them
+  std::optional<std::vector<Step>> callSteps;  ///< without any: a reply alone
+  std::optional<std::vector<Step>> dropSteps;  ///< without any: a reply and then IDLE
   std::vector<Refusal> refusals;
   std::vector<Patch> patches;
 

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <cstdint>
-
 #include "platform/TapiWire.h"
 
 /// The published result codes that the simulated telephony answers with, under their published names.
@@ -30,5 +28,14 @@ inline constexpr std::int32_t TAPIERR_REQUESTFAILED = -16;
 
 inline constexpr std::uint32_t LINEDISCONNECTMODE_NORMAL = 0x1;
 inline constexpr std::uint32_t TAPI_VERSION2_0 = 0x00020000;
+
+/// Thrown where a function is refused: what it answers.
+struct Refused {
+  std::int32_t code;
+};
+
+inline void Require(bool met, std::int32_t otherwise) {
+  if (!met) throw Refused{otherwise};
+}
 
 }  // namespace fonklav::sim

@@ -35,21 +35,19 @@ set failures=0
 set folder=work\%1\%2
 mkdir %folder%\data %folder%\log %folder%\base
 copy %1\* %folder% >nul
-set script=..\..\..\stories\%1\%2
 cd %folder%
 echo [Paths]> Rufmonpaths.ini
 echo ProgramData=%cd%>> Rufmonpaths.ini
 set program=FonklavTAPI.exe
 if %2==link.partner-on-the-library set program=..\..\..\main-program.exe
-call :half 1
-call :half 2
+for %%h in (1 2) do call :half ..\..\..\stories\%1\%2\%%h.txt
 taskkill /f /im FonklavTAPI.exe >nul 2>nul
 cd ..\..\..
 call :verdict %failures% "%1: %2" %folder%\conversation.txt
 exit /b
 
 :half
-..\..\..\suite.exe %program% < %script%\%1.txt >> conversation.txt 2>&1
+..\..\..\suite.exe %program% < %1 >> conversation.txt 2>&1
 if not %errorlevel%==0 set failures=1
 exit /b
 
@@ -60,4 +58,3 @@ if %1==0 (set /a passed+=1) else (set /a failed+=1)
 echo %word%  %~2
 echo %word%  %~2 >> report.txt
 for %%w in (PASSED FAILED found fact) do find " %%w " < %3 >> report.txt
-exit /b

@@ -3,14 +3,11 @@
 #include <ddeml.h>
 
 #include <array>
-#include <cstddef>
 #include <cstdio>
-#include <cstring>
 #include <span>
 #include <thread>
 #include <vector>
 
-#include "platform/win32/Handles.h"
 #include "platform/win32/Win32System.h"
 #include "platform/win32/Win32Telephony.h"
 #include "sim/suite/Server.h"
@@ -77,10 +74,9 @@ void Probe(std::uint32_t highest) {
   LINEINITIALIZEEXPARAMS params{sizeof params, 0, 0, LINEINITIALIZEEXOPTION_USEHIDDENWINDOW, 0, 0};
   std::array<char, 8> country{};
   std::array<char, 8> city{};
-  std::array<std::byte, kTranslateRoom> room{};
-  LINETRANSLATECAPS caps{};
-  caps.dwTotalSize = kTranslateRoom;
-  std::memcpy(room.data(), &caps, sizeof caps);
+  std::vector<LINETRANSLATECAPS> caps(kTranslateRoom / sizeof(LINETRANSLATECAPS) + 1);
+  const auto room = std::as_writable_bytes(std::span(caps)).first(kTranslateRoom);
+  caps.front().dwTotalSize = kTranslateRoom;
   Try("tapiGetLocationInfo", [&] { return telephony.tapiGetLocationInfo(country, city); });
   std::printf("country %.8s, area code %.8s\n", country.data(), city.data());
   if (!Try("lineInitializeEx",
@@ -90,8 +86,7 @@ void Probe(std::uint32_t highest) {
   std::printf("%u devices, version 0x%X\n", devices, version);
   for (std::uint32_t device = 0; device < devices; ++device) TellOfDevice(telephony, app, device, highest);
   Try("lineGetTranslateCaps", [&] { return telephony.lineGetTranslateCaps(app, TAPI_VERSION1_4, room); });
-  std::memcpy(&caps, room.data(), sizeof caps);
-  std::printf("needs %u bytes of %u\n", caps.dwNeededSize, kTranslateRoom);
+  std::printf("needs %u bytes of %u\n", caps.front().dwNeededSize, kTranslateRoom);
   Try("lineShutdown", [&] { return telephony.lineShutdown(app); });
 }
 

@@ -1,11 +1,7 @@
 #include "sim/suite/Script.h"
 
-#include <algorithm>
 #include <cstdio>
-#include <cstdlib>
-#include <exception>
 #include <system_error>
-#include <utility>
 
 #include "sim/suite/WindowList.h"
 
@@ -13,16 +9,8 @@ namespace fonklav::suite {
 
 namespace {
 
-constexpr std::string_view kSuite = "suite";
-constexpr std::string_view kScreen = "screen";
-constexpr std::string_view kSuiteToDialer = "suite  -> dialer";
-constexpr std::string_view kDialerToSuite = "dialer -> suite ";
 constexpr std::size_t kLongCommand = 200;  ///< of a longer one, its beginning is printed
 constexpr UINT kPingLimitMs = 5000;
-
-std::chrono::milliseconds Milliseconds(const std::string& text) {
-  return std::chrono::milliseconds(std::strtol(text.c_str(), nullptr, 10));
-}
 
 /// The first word of a line, and what follows it.
 std::pair<std::string, std::string> FirstWord(const std::string& line) {
@@ -47,26 +35,53 @@ Script::Script(std::string dialer)
     : dialerPath_(std::move(dialer)),
       server_(
           {[this](const std::string& bytes) { OnReport(bytes); }, [this](std::string_view what) { OnEvent(what); }}) {
-  AddSuiteCommands();
-  AddStoryCommands();
-}
-
-void Script::AddSuiteCommands() {
-  commands_["start"] = [this](const std::string& arguments) { Start(arguments); };
-  commands_["send"] = [this](const std::string& value) { Send(value); };
-  commands_["set"] = [this](const std::string& value) { Set(value); };
+  commands_["start"] = [this](const std::string& arguments) {
+    OnEvent("starts the dialer: " + arguments);
+    answered_ = false;
+    // The arguments stay exactly as they stand, blanks and all.
+    std::string commandLine = '"' + dialerPath_ + '"' + (arguments.empty() ? "" : " ") + arguments;
+    STARTUPINFOA startup{};
+    startup.cb = sizeof startup;
+    PROCESS_INFORMATION process{};
+    const BOOL started =
+        CreateProcessA(nullptr, commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &process);
+    if (started == FALSE) throw std::system_error(static_cast<int>(GetLastError()), std::system_category());
+    CloseHandle(process.hThread);
+    dialer_.Reset(process.hProcess);
+    dialerId_ = process.dwProcessId;
+  };
+  commands_["send"] = [this](const std::string& value) {
+    clearWhenAcknowledged_ = true;
+    Run("set " + value);
+  };
+  commands_["set"] = [this](const std::string& value) {
+    Print("suite  -> dialer", value.substr(0, kLongCommand));
+    server_.Publish(value);
+  };
   commands_["wait"] = [this](const std::string& prefix) { Until(prefix, [&] { return Heard(prefix); }); };
-  commands_["ping"] = [this](const std::string& millisecondsAndPrefix) { Ping(millisecondsAndPrefix); };
-  commands_["sleep"] = [this](const std::string& milliseconds) { Sleep(milliseconds); };
+  commands_["ping"] = [this](const std::string& millisecondsAndPrefix) {
+    const auto [milliseconds, prefix] = FirstWord(millisecondsAndPrefix);
+    const HWND window = DialogOf(dialerId_);
+    Clock::duration longest{};
+    Until(prefix, [&, prefix = prefix] {
+      const auto asked = Clock::now();
+      if (SendMessageTimeoutA(window, WM_NULL, 0, 0, SMTO_NORMAL, kPingLimitMs, nullptr) == 0) Fail("the window hangs");
+      longest = std::max(longest, Clock::now() - asked);
+      return Heard(prefix);
+    });
+    const auto took = std::chrono::ceil<std::chrono::milliseconds>(longest).count();
+    if (took > std::stol(milliseconds)) Fail("the window took for an answer ms: " + std::to_string(took));
+  };
+  commands_["sleep"] = [this](const std::string& milliseconds) { Sleep(std::stol(milliseconds)); };
   commands_["terminate"] = [this](const std::string&) {
     OnEvent("closes the conversation");
     if (!server_.Terminate()) Fail("there is no conversation to close");
   };
-  commands_["windows"] = [this](const std::string&) { Show(WindowList(dialerId_)); };
-  commands_["readings"] = [this](const std::string&) { Show(ReadingList(dialerId_)); };
+  commands_["windows"] = [this](const std::string&) { Show(Describe); };
+  commands_["readings"] = [this](const std::string&) { Show(Reading); };
   commands_["misbehave"] = [this](const std::string& howAndDetail) {
     const auto [how, detail] = FirstWord(howAndDetail);
-    if (!server_.Misbehave(how, detail)) Fail("cannot misbehave so: " + howAndDetail);
+    server_.Misbehave(how, detail);
   };
   commands_["hold"] = [this](const std::string& path) {
     held_.emplace_back(CreateFileA(path.c_str(), GENERIC_READ, 0, nullptr, OPEN_ALWAYS, 0, nullptr));
@@ -91,17 +106,15 @@ void Script::AddSuiteCommands() {
   };
   commands_["cover"] = [this](const std::string&) {
     // But for the lowest row: Wine 10 confines the mouse to a window as large as the screen, and never ends doing so.
-    const int width = GetSystemMetrics(SM_CXSCREEN);
-    const int height = GetSystemMetrics(SM_CYSCREEN) - 1;
-    cover_.Reset(CreateWindowExA(0, "STATIC", "", WS_POPUP | WS_VISIBLE, 0, 0, width, height, nullptr, nullptr, nullptr,
-                                 nullptr));
+    cover_.Reset(CreateWindowA("STATIC", "", WS_POPUP | WS_VISIBLE, 0, 0, GetSystemMetrics(SM_CXSCREEN),
+                               GetSystemMetrics(SM_CYSCREEN) - 1, nullptr, nullptr, nullptr, nullptr));
     if (!cover_ || SetForegroundWindow(cover_.Get()) == FALSE) Fail("cannot cover the screen");
   };
   commands_["tell"] = [this](const std::string& messageAndParameter) {
     const auto [message, parameter] = FirstWord(messageAndParameter);
-    SendMessageA(DialogOf(dialerId_), std::strtoul(message.c_str(), nullptr, 0),
-                 std::strtoul(parameter.c_str(), nullptr, 0), 0);
+    SendMessageA(DialogOf(dialerId_), std::stoul(message, nullptr, 0), std::stoul(parameter, nullptr, 0), 0);
   };
+  AddStoryCommands();
 }
 
 bool Script::Run(const std::string& line) {
@@ -127,49 +140,8 @@ void Script::Pump() {
   OnEvent("dialer ended, exit code " + std::to_string(code));
 }
 
-void Script::Start(const std::string& arguments) {
-  OnEvent("starts the dialer: " + arguments);
-  answered_ = false;
-  // The arguments stay exactly as they stand, blanks and all.
-  std::string commandLine = '"' + dialerPath_ + '"' + (arguments.empty() ? "" : " ") + arguments;
-  STARTUPINFOA startup{};
-  startup.cb = sizeof startup;
-  PROCESS_INFORMATION process{};
-  if (CreateProcessA(nullptr, commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &process) ==
-      FALSE) {
-    throw std::system_error(static_cast<int>(GetLastError()), std::system_category());
-  }
-  CloseHandle(process.hThread);
-  dialer_.Reset(process.hProcess);
-  dialerId_ = process.dwProcessId;
-}
-
-void Script::Send(const std::string& value) {
-  clearWhenAcknowledged_ = true;
-  Set(value);
-}
-
-void Script::Set(const std::string& value) {
-  Print(kSuiteToDialer, value.substr(0, kLongCommand));
-  server_.Publish(value);
-}
-
-void Script::Ping(const std::string& millisecondsAndPrefix) {
-  const auto [milliseconds, prefix] = FirstWord(millisecondsAndPrefix);
-  const HWND window = DialogOf(dialerId_);
-  std::chrono::steady_clock::duration longest{};
-  Until(prefix, [&, prefix = prefix] {
-    const auto asked = std::chrono::steady_clock::now();
-    if (SendMessageTimeoutA(window, WM_NULL, 0, 0, SMTO_NORMAL, kPingLimitMs, nullptr) == 0) Fail("the window hangs");
-    longest = std::max(longest, std::chrono::steady_clock::now() - asked);
-    return Heard(prefix);
-  });
-  const auto took = std::chrono::ceil<std::chrono::milliseconds>(longest);
-  if (took > Milliseconds(milliseconds)) Fail("the window took for an answer ms: " + std::to_string(took.count()));
-}
-
-void Script::Sleep(const std::string& milliseconds) {
-  PumpUntil(Milliseconds(milliseconds), [] { return false; });
+void Script::Sleep(long milliseconds) {
+  for (const auto end = Clock::now() + std::chrono::milliseconds(milliseconds); Clock::now() < end;) Pump();
 }
 
 bool Script::Heard(const std::string& prefix) {
@@ -180,40 +152,30 @@ bool Script::Heard(const std::string& prefix) {
 }
 
 void Script::OnReport(const std::string& bytes) {
-  Print(kDialerToSuite, bytes);
+  Print("dialer -> suite ", bytes);
   heard_.push_back(bytes);
   reports_.push_back(bytes);
   if (bytes == "cmd|quitt" && std::exchange(clearWhenAcknowledged_, false)) server_.Publish("");
 }
 
 void Script::OnEvent(std::string_view what) {
-  Print(kSuite, what);
+  Print("suite", what);
   heard_.emplace_back(what);
 }
 
-bool Script::PumpUntil(std::chrono::milliseconds limit, const std::function<bool()>& met) {
-  const auto end = std::chrono::steady_clock::now() + limit;
-  bool done = met();
-  while (!done && std::chrono::steady_clock::now() < end) {
-    Pump();
-    done = met();
-  }
-  return done;
-}
-
 void Script::Fail(const std::string& why) {
-  Print(kSuite, "FAILED " + why);
+  Print("suite", "FAILED " + why);
   ok_ = false;
 }
 
-void Script::Show(const std::vector<std::string>& lines) const {
-  for (const std::string& line : lines) Print(kScreen, line);
-  Print(kScreen, "end");
+void Script::Show(const std::function<std::string(HWND)>& told) const {
+  for (const HWND window : ShownBy(dialerId_)) Print("screen", told(window));
+  Print("screen", "end");
 }
 
 void Script::Print(std::string_view who, std::string_view text) const {
-  const auto now = std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - begin_);
-  std::printf("%7lld ms  %-16.*s  %s\n", static_cast<long long>(now.count()), static_cast<int>(who.size()), who.data(),
+  const auto now = std::chrono::floor<std::chrono::milliseconds>(Clock::now() - begin_).count();
+  std::printf("%7lld ms  %-16.*s  %s\n", static_cast<long long>(now), static_cast<int>(who.size()), who.data(),
               OneLine(text).c_str());
   std::fflush(stdout);
 }

@@ -3,15 +3,9 @@
 #include <windows.h>
 
 #include <chrono>
-#include <cstddef>
-#include <functional>
-#include <map>
-#include <memory>
-#include <string>
-#include <string_view>
+#include <deque>
 #include <vector>
 
-#include "platform/win32/Handles.h"
 #include "platform/win32/Win32FileSystem.h"
 #include "sim/suite/Server.h"
 
@@ -34,47 +28,32 @@ class Script {
   [[nodiscard]] bool Ok() const { return ok_; }
 
  private:
-  void AddSuiteCommands();
+  using Clock = std::chrono::steady_clock;
+
   void AddStoryCommands();
-
-  void Start(const std::string& arguments);
-  void Set(const std::string& value);
-  void Send(const std::string& value);
-  void Ping(const std::string& millisecondsAndPrefix);
-  void Sleep(const std::string& milliseconds);
-
-  void Expect(const std::string& report);
-  void Settle();
-  void Found(const std::string& fileAndPattern);
-  void Handles();
-
+  void Sleep(long milliseconds);
   /// Pumps until `met`, for as long as a person would wait.
   void Until(const std::string& what, const std::function<bool()>& met);
   /// Whether something that begins so has come since the last one that was waited for.
   bool Heard(const std::string& prefix);
   void OnReport(const std::string& bytes);
   void OnEvent(std::string_view what);
-  /// Pumps until `met` or the time is over; says whether it was met.
-  bool PumpUntil(std::chrono::milliseconds limit, const std::function<bool()>& met);
   void Fail(const std::string& why);
-  /// Prints what the screen shows, and an end.
-  void Show(const std::vector<std::string>& lines) const;
-  /// One line of output, at once: milliseconds since the start, who speaks, the text with its control
-  /// characters and backslashes written as \xNN.
+  /// Prints each window that the dialer shows, as `told`, and an end.
+  void Show(const std::function<std::string(HWND)>& told) const;
+  /// One line of output, at once: milliseconds since the start, who speaks, the text as one line.
   void Print(std::string_view who, std::string_view text) const;
 
-  std::chrono::steady_clock::time_point begin_ = std::chrono::steady_clock::now();
-  /// By name; each gets the rest of its line.
-  std::map<std::string, std::function<void(const std::string& rest)>> commands_;
+  Clock::time_point begin_ = Clock::now();
+  std::map<std::string, std::function<void(const std::string& rest)>> commands_;  ///< by name; with the rest of a line
   std::string dialerPath_;
   UniqueKernelHandle dialer_;  ///< the one that was started last, until its end was noticed
   DWORD dialerId_{};
-  std::vector<std::string> heard_;    ///< the reports, and what else has happened
-  std::size_t waitedFor_{0};          ///< what was heard before this one has been waited for already
-  std::vector<std::string> reports_;  ///< those that belong to the conversation
-  std::size_t compared_{0};           ///< reports before this one were as expected
-  std::string box_;                   ///< the text of a message box that is answered wherever it appears
-  bool answered_{false};              ///< it was
+  std::vector<std::string> heard_;   ///< the reports, and what else has happened
+  std::size_t waitedFor_{0};         ///< what was heard before this one has been waited for already
+  std::deque<std::string> reports_;  ///< those that nothing was compared with yet
+  std::string box_;                  ///< the text of a message box that is answered wherever it appears
+  bool answered_{false};             ///< it was
   bool clearWhenAcknowledged_{false};
   bool ok_{true};
   std::vector<UniqueFile> held_;  ///< files that nobody else can open

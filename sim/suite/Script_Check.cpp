@@ -1,7 +1,6 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
-#include <map>
 #include <regex>
 
 #include "sim/suite/Script.h"
@@ -14,7 +13,7 @@ namespace fonklav::suite {
 namespace {
 
 constexpr std::chrono::seconds kPatience{15};
-constexpr const char* kHaste = "60";  ///< ms: nobody clicks or types faster, nor before what came last is on the screen
+constexpr long kHasteMs = 60;  ///< nobody clicks or types faster, nor before what came last is on the screen
 
 std::vector<std::string> LinesOf(const std::string& file) {
   std::ifstream stream(file);
@@ -38,22 +37,45 @@ void Press(const std::string& name, bool down) {
 }  // namespace
 
 void Script::AddStoryCommands() {
-  commands_["expect"] = [this](const std::string& report) { Expect(report); };
-  commands_["settle"] = [this](const std::string&) { Settle(); };
+  commands_["expect"] = [this](const std::string& report) {
+    Until(report, [this] { return !reports_.empty(); });
+    if (reports_.empty()) return;
+    const std::string heard = OneLine(reports_.front());
+    reports_.pop_front();
+    if (heard != report) Fail("heard " + heard + " instead of " + report);
+  };
+  commands_["settle"] = [this](const std::string&) {
+    Run("send debug|0");
+    Run("expect cmd|quitt");
+  };
   commands_["started"] = [this](const std::string& possible) {
     const auto known = Split(possible, "\t");
     Until("a start", [&] { return answered_ || std::ranges::find_first_of(known, reports_) != known.end(); });
     const auto linked = [](const std::string& event) { return event.starts_with("link to the item"); };
     Until("a link", [&] { return std::ranges::any_of(heard_, linked); });
-    Sleep("500");  // whether it says more depends on its telephony
-    compared_ = reports_.size();
+    Sleep(500);  // whether it says more depends on its telephony
+    reports_.clear();
   };
   commands_["said"] = [this](const std::string& countAndText) {
     const std::string text = countAndText.substr(countAndText.find(' ') + 1);
     const auto count = std::ranges::count(heard_, text);
     if (count != std::stol(countAndText)) Fail("said so often: " + std::to_string(count));
   };
-  commands_["found"] = [this](const std::string& fileAndPattern) { Found(fileAndPattern); };
+  commands_["found"] = [this](const std::string& fileAndPattern) {
+    constexpr std::size_t longest = 4000;  // the library's matching goes as deep as the line is long
+    auto wanted = Split(fileAndPattern, "\t");
+    const std::regex pattern(wanted.at(1));
+    std::vector<std::string> found;
+    for (const std::string& line : LinesOf(wanted[0])) {
+      const std::string begin = line.substr(0, longest);
+      std::smatch match;
+      if (std::regex_search(begin, match, pattern)) found.push_back(OneLine(match[1].str()));
+    }
+    wanted.erase(wanted.begin(), wanted.begin() + 2);
+    if (found == wanted) return;
+    Fail(std::to_string(found.size()) + " lines as in " + fileAndPattern);
+    for (const std::string& text : found) Print("found", text);
+  };
   commands_["given-back"] = [this](const std::string& log) {
     std::map<std::string, int> calls;
     for (const std::string& line : LinesOf(log)) ++calls[line.substr(0, line.find('('))];
@@ -68,7 +90,7 @@ void Script::AddStoryCommands() {
     });
   };
   commands_["hidden"] = [this](const std::string&) {
-    Until("nothing is shown", [this] { return WindowList(dialerId_).empty(); });
+    Until("nothing is shown", [this] { return ShownBy(dialerId_).empty(); });
   };
   commands_["gone"] = [this](const std::string&) {
     // The name by which a dialer knows of another one.
@@ -78,7 +100,7 @@ void Script::AddStoryCommands() {
     std::optional<POINT> at;
     Until(place, [&] { return (at = PlaceOf(dialerId_, place)).has_value(); });
     if (!at) return;
-    Sleep(kHaste);
+    Sleep(kHasteMs);
     const auto part = [](LONG pixels, int all) { return static_cast<DWORD>(MulDiv(pixels, 0xFFFF, all - 1)); };
     mouse_event(MOUSEEVENTF_ABSOLUTE | MOUSEEVENTF_MOVE | MOUSEEVENTF_LEFTDOWN,
                 part(at->x, GetSystemMetrics(SM_CXSCREEN)), part(at->y, GetSystemMetrics(SM_CYSCREEN)), 0, 0);
@@ -86,7 +108,7 @@ void Script::AddStoryCommands() {
   };
   commands_["keys"] = [this](const std::string& names) {
     for (const std::string& chord : Split(names, " ")) {
-      Sleep(kHaste);
+      Sleep(kHasteMs);
       auto keys = Split(chord, "+");
       for (const std::string& key : keys) Press(key, true);
       std::ranges::reverse(keys);
@@ -94,66 +116,36 @@ void Script::AddStoryCommands() {
     }
   };
   commands_["box"] = [this](const std::string& text) { box_ = text; };
-  commands_["handles"] = [this](const std::string&) { Handles(); };
+  commands_["handles"] = [this](const std::string&) {
+    const HANDLE process = dialer_.Get();
+    DWORD count = 0;
+    GetProcessHandleCount(process, &count);
+    // A system that does not count a kind says 0.
+    const std::map<std::string, DWORD> counts{{"GDI", GetGuiResources(process, GR_GDIOBJECTS)},
+                                              {"USER", GetGuiResources(process, GR_USEROBJECTS)},
+                                              {"process", count}};
+    for (const auto& [kind, held] : counts) {
+      Print("fact", kind + " handles: " + (held == 0 ? "not counted here" : std::to_string(held)));
+      if (!handles_.empty() && held > handles_[kind]) Fail("more and more " + kind + " handles");
+    }
+    handles_ = counts;
+  };
   commands_["kill"] = [](const std::string&) { TerminateProcess(GetCurrentProcess(), 0); };
   commands_["make-folder"] = [](const std::string& path) { std::filesystem::create_directory(path); };
   commands_["remove"] = [](const std::string& path) { std::filesystem::remove(path); };
 }
 
 void Script::Until(const std::string& what, const std::function<bool()>& met) {
-  const auto look = [&] {
+  const auto end = Clock::now() + kPatience;
+  do {
     if (const HWND box = box_.empty() ? nullptr : FindShown(dialerId_, box_)) {
       PostMessageA(GetParent(box), WM_COMMAND, IDOK, 0);
       answered_ = true;
     }
-    return met();
-  };
-  if (!PumpUntil(kPatience, look)) Fail("in vain: " + what);
-}
-
-void Script::Expect(const std::string& report) {
-  Until(report, [this] { return compared_ < reports_.size(); });
-  if (compared_ == reports_.size()) return;
-  const std::string heard = OneLine(reports_[compared_++]);
-  if (heard != report) Fail("heard " + heard + " instead of " + report);
-}
-
-void Script::Settle() {
-  Send("debug|0");
-  Expect("cmd|quitt");
-  if (!reports_.empty()) reports_.pop_back();  // neither question nor answer is part of the conversation
-  compared_ = std::min(compared_, reports_.size());
-}
-
-void Script::Found(const std::string& fileAndPattern) {
-  constexpr std::size_t longest = 4000;  // the library's matching goes as deep as the line is long
-  auto wanted = Split(fileAndPattern, "\t");
-  const std::regex pattern(wanted.at(1));
-  std::vector<std::string> found;
-  for (const std::string& line : LinesOf(wanted[0])) {
-    const std::string begin = line.substr(0, longest);
-    std::smatch match;
-    if (std::regex_search(begin, match, pattern)) found.push_back(OneLine(match[1].str()));
-  }
-  wanted.erase(wanted.begin(), wanted.begin() + 2);
-  if (found == wanted) return;
-  Fail(std::to_string(found.size()) + " lines as in " + fileAndPattern);
-  for (const std::string& text : found) Print("found", text);
-}
-
-void Script::Handles() {
-  const HANDLE process = dialer_.Get();
-  DWORD count = 0;
-  GetProcessHandleCount(process, &count);
-  // A system that does not count a kind says 0.
-  const std::map<std::string, DWORD> counts{{"GDI", GetGuiResources(process, GR_GDIOBJECTS)},
-                                            {"USER", GetGuiResources(process, GR_USEROBJECTS)},
-                                            {"process", count}};
-  for (const auto& [kind, held] : counts) {
-    Print("fact", kind + " handles: " + (held == 0 ? "not counted here" : std::to_string(held)));
-    if (!handles_.empty() && held > handles_[kind]) Fail("more and more " + kind + " handles");
-  }
-  handles_ = counts;
+    if (met()) return;
+    Pump();
+  } while (Clock::now() < end);
+  Fail("in vain: " + what);
 }
 
 }  // namespace fonklav::suite

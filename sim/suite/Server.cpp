@@ -2,7 +2,6 @@
 
 #include <ddeml.h>
 
-#include <cstddef>
 #include <cstdlib>
 #include <cstring>
 #include <latch>
@@ -14,12 +13,6 @@ namespace fonklav::suite {
 namespace {
 
 constexpr UINT_PTR kNobodysMemory = 0x12340;  ///< too large to be taken for an atom
-
-bool Names(ATOM atom, const char* name) {
-  char text[256]{};
-  GlobalGetAtomNameA(atom, text, sizeof text);
-  return lstrcmpiA(text, name) == 0;
-}
 
 /// Both halves of a message's parameter, which the message's receiver has to free.
 std::pair<UINT_PTR, UINT_PTR> Unpacked(UINT message, LPARAM lParam) {
@@ -79,7 +72,8 @@ void Server::Hear(UINT message, HWND client, LPARAM lParam) {
 }
 
 void Server::OnInitiate(HWND client, LPARAM atoms) {
-  if (!Names(LOWORD(atoms), kService) || !Names(HIWORD(atoms), kTopic)) return;
+  // The system gives names that differ in the case of letters alone the same atom.
+  if (LOWORD(atoms) != service_.Get() || HIWORD(atoms) != topic_.Get()) return;
   if (const unsigned busy = habits_["busy-at-link"]; busy != 0) {
     listener_.linkEvent("is asked, and busy for " + std::to_string(busy) + " ms");
     Sleep(busy);
@@ -134,8 +128,6 @@ void Server::Answer(const std::string& kind, HWND client, UINT_PTR what) {
   }
 }
 
-void Server::Publish(const std::string& value) const { PostValue({std::string(value.c_str(), value.size() + 1)}); }
-
 void Server::PostValueFrom(HWND sender, const Value& value) const {
   for (const HWND client : linked_) {
     const std::size_t size = offsetof(DDEDATA, Value) + value.bytes.size();
@@ -161,73 +153,56 @@ void Server::Post(HWND client, UINT message, LPARAM lParam) const {
   PostMessageA(client, message, reinterpret_cast<WPARAM>(window_.Get()), lParam);
 }
 
-bool Server::Misbehave(const std::string& how, const std::string& detail) {
+void Server::Misbehave(const std::string& how, const std::string& detail) {
   const auto amount = static_cast<unsigned>(std::strtoul(detail.c_str(), nullptr, 0));
-  const std::string whole(detail.c_str(), detail.size() + 1);
+  const std::string whole = detail + '\0';
+  const std::map<std::string_view, Value> values{{"value-without-end", {detail}},
+                                                 {"value-empty", {""}},
+                                                 {"value-asking", {whole, CF_TEXT, true}},
+                                                 {"value-no-text", {whole, CF_UNICODETEXT}},
+                                                 {"value-no-text-asking", {whole, CF_UNICODETEXT, true}},
+                                                 {"value-of-another-item", {whole, CF_TEXT, false, "txtOther"}},
+                                                 {"value-of-size", {std::string(amount, 'x')}}};
+  std::map<std::string_view, std::function<void()>> acts;
+  acts["values"] = [&] {
+    for (unsigned number = 0; number < amount; ++number) PostValue({"frob " + std::to_string(number)});
+  };
+  acts["value-without-memory"] = [&] {
+    for (const HWND each : linked_) Post(each, WM_DDE_DATA, PackDDElParam(WM_DDE_DATA, 0, GlobalAddAtomA(kItem)));
+  };
+  acts["stray-answer"] = [&] {
+    for (const HWND each : linked_) Post(each, WM_DDE_ACK, PackDDElParam(WM_DDE_ACK, 0, kNobodysMemory));
+  };
+  // A window that the client does not talk to says all that the server may say.
+  acts["stranger"] = [&] {
+    const auto stranger = reinterpret_cast<WPARAM>(stranger_.Get());
+    PostValueFrom(stranger_.Get(), {"cmd|hangup"});
+    for (const HWND client : linked_) {
+      PostMessageA(client, WM_DDE_ACK, stranger, PackDDElParam(WM_DDE_ACK, 0, GlobalAddAtomA(kItem)));
+      PostMessageA(client, WM_DDE_TERMINATE, stranger, 0);
+    }
+  };
+  // A window on a thread of its own that does not answer the question of the link, and takes its time for it, until
+  // this program ends.
+  acts["bystander"] = [&] {
+    std::latch there(1);
+    std::thread([&] {
+      Server bystander({[](const std::string&) {}, [](std::string_view) {}});
+      bystander.Misbehave("busy-at-link", detail);
+      bystander.Misbehave("offline", "1");
+      there.count_down();
+      for (MSG message; GetMessageA(&message, nullptr, 0, 0) > 0;) DispatchMessageA(&message);
+    }).detach();
+    there.wait();
+  };
+  acts["vanish"] = [&] { window_.Reset(); };
   if (const auto habit = habits_.find(how); habit != habits_.end()) {
     habit->second = amount;
-    return true;
+  } else if (const auto value = values.find(how); value != values.end()) {
+    PostValue(value->second);
+  } else {
+    acts.at(how)();
   }
-  const std::map<std::string_view, std::function<void()>> acts{{"value-without-end", [&] { PostValue({detail}); }},
-                                                               {"value-empty", [&] { PostValue({""}); }},
-                                                               {"value-asking",
-                                                                [&] {
-    PostValue({whole, CF_TEXT, true});
-                                                                }},
-                                                               {"value-no-text",
-                                                                [&] {
-    PostValue({whole, CF_UNICODETEXT});
-                                                                }},
-      {"value-no-text-asking",
-       [&] {
-    PostValue({whole, CF_UNICODETEXT, true});
-       }},
-      {"value-of-another-item",
-       [&] {
-    PostValue({whole, CF_TEXT, false, "txtOther"});
-       }},
-      {"value-of-size", [&] { PostValue({std::string(amount, 'x')}); }},
-      {"values",
-       [&] {
-    for (unsigned number = 0; number < amount; ++number) PostValue({"frob " + std::to_string(number)});
-       }},
-      {"value-without-memory",
-       [&] {
-    for (const HWND each : linked_) Post(each, WM_DDE_DATA, PackDDElParam(WM_DDE_DATA, 0, GlobalAddAtomA(kItem)));
-       }},
-      {"stray-answer",
-       [&] {
-    for (const HWND each : linked_) Post(each, WM_DDE_ACK, PackDDElParam(WM_DDE_ACK, 0, kNobodysMemory));
-       }},
-      {"stranger", [&] { StrangerSpeaks(); }}, {"bystander", [&] { StandBy(detail); }},
-      {"vanish", [&] { window_.Reset(); }}};
-  const auto act = acts.find(how);
-  if (act != acts.end()) act->second();
-  return act != acts.end();
-}
-
-/// A window that the client does not talk to says all that the server may say.
-void Server::StrangerSpeaks() const {
-  const auto stranger = reinterpret_cast<WPARAM>(stranger_.Get());
-  PostValueFrom(stranger_.Get(), {"cmd|hangup"});
-  for (const HWND client : linked_) {
-    PostMessageA(client, WM_DDE_ACK, stranger, PackDDElParam(WM_DDE_ACK, 0, GlobalAddAtomA(kItem)));
-    PostMessageA(client, WM_DDE_TERMINATE, stranger, 0);
-  }
-}
-
-/// A window on a thread of its own that does not answer the question of the link, and takes its time for it, until this
-/// program ends.
-void Server::StandBy(const std::string& milliseconds) {
-  std::latch there(1);
-  std::thread([&] {
-    Server bystander({[](const std::string&) {}, [](std::string_view) {}});
-    bystander.Misbehave("busy-at-link", milliseconds);
-    bystander.Misbehave("offline", "1");
-    there.count_down();
-    for (MSG message; GetMessageA(&message, nullptr, 0, 0) > 0;) DispatchMessageA(&message);
-  }).detach();
-  there.wait();
 }
 
 }  // namespace fonklav::suite

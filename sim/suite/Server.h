@@ -8,16 +8,14 @@
 #include <map>
 #include <set>
 #include <string>
-#include <string_view>
 
 #include "platform/win32/Handles.h"
 
 namespace fonklav::suite {
 
 /// What the main program offers to its tools: one DDE item whose value is the command, and an ear for the execute
-/// strings that come back. It speaks the published DDE messages themselves, as programs that are older than the
-/// system's DDE library do, so it can be as slow, as wrong and as rude as a message can be. It needs a thread that
-/// pumps messages.
+/// strings that come back. It sends the published DDE messages itself, as programs older than the system's DDE library
+/// do, so it can be as slow, wrong and rude as a message can be. It needs a thread that pumps messages.
 class Server {
  public:
   static constexpr const char* kService = "Rufmon Fonklav";
@@ -33,15 +31,14 @@ class Server {
   explicit Server(Listener listener);
   Server(const Server&) = delete;
   Server& operator=(const Server&) = delete;
-  ~Server() = default;
 
   /// Sends the item's new value to whoever is linked to it.
-  void Publish(const std::string& value) const;
+  void Publish(const std::string& value) const { PostValue({value + '\0'}); }
   /// Ends each conversation from this side. False when there is none.
   bool Terminate();
   /// Does something that no good server does, or makes a habit of it, as the table of commands in docs/building.md
-  /// says; false for what it does not know.
-  bool Misbehave(const std::string& how, const std::string& detail);
+  /// says; throws for what it does not know.
+  void Misbehave(const std::string& how, const std::string& detail);
 
  private:
   /// A value of the item, and all that can be wrong with it.
@@ -53,7 +50,6 @@ class Server {
   };
 
   static LRESULT CALLBACK WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
-  static void StandBy(const std::string& milliseconds);
   [[nodiscard]] UniqueWindow MakeWindow();
   void Hear(UINT message, HWND client, LPARAM lParam);
   void OnInitiate(HWND client, LPARAM atoms);
@@ -65,12 +61,13 @@ class Server {
   void PostValue(const Value& value) const { PostValueFrom(window_.Get(), value); }
   void PostValueFrom(HWND sender, const Value& value) const;
   void Post(HWND client, UINT message, LPARAM lParam) const;
-  void StrangerSpeaks() const;
 
   Listener listener_;
   std::map<std::string, unsigned> habits_;
   std::set<HWND> clients_;  ///< each has a conversation with this server
   std::set<HWND> linked_;   ///< those of them that are told the value
+  UniqueAtom service_{GlobalAddAtomA(kService)};
+  UniqueAtom topic_{GlobalAddAtomA(kTopic)};
   UniqueWindow window_;
   UniqueWindow stranger_;  ///< a second window, which no client has linked to
 };

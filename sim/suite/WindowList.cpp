@@ -6,8 +6,6 @@
 
 #include <algorithm>
 #include <iterator>
-#include <map>
-#include <string_view>
 
 #include "platform/win32/WideText.h"
 #include "sim/suite/Script.h"
@@ -37,27 +35,10 @@ std::string TextOf(HWND window) {
 std::string TicksOf(HWND window) {
   std::string ticks;
   if (ClassOf(window) != WC_LISTVIEWA) return ticks;
-  const LRESULT count = SendMessageA(window, LVM_GETITEMCOUNT, 0, 0);
-  for (WPARAM entry = 0; entry < static_cast<WPARAM>(count); ++entry) {
-    const LRESULT state = SendMessageA(window, LVM_GETITEMSTATE, entry, LVIS_STATEIMAGEMASK);
-    if (state >> 12 == 2) ticks += std::to_string(entry) + ' ';
+  for (int entry = 0; entry < ListView_GetItemCount(window); ++entry) {
+    if (ListView_GetCheckState(window, entry) == TRUE) ticks += std::to_string(entry) + ' ';
   }
   return ticks;
-}
-
-std::string Describe(std::string_view kind, HWND window) {
-  RECT area{};
-  GetWindowRect(window, &area);
-  GUITHREADINFO thread{};
-  thread.cbSize = sizeof thread;
-  GetGUIThreadInfo(GetWindowThreadProcessId(window, nullptr), &thread);
-  std::string line{kind};
-  line += '|' + ClassOf(window);
-  for (const LONG number : {area.left, area.top, area.right - area.left, area.bottom - area.top}) {
-    line += '|' + std::to_string(number);
-  }
-  line += thread.hwndFocus == window ? "|focus" : "|";
-  return line + '|' + TicksOf(window) + '|' + TextOf(window);
 }
 
 /// The windows of the desktop, or those in another one, that follow each other from front to back.
@@ -72,17 +53,6 @@ bool Belongs(HWND window, DWORD processId) {
   DWORD owner = 0;
   GetWindowThreadProcessId(window, &owner);
   return owner == processId;
-}
-
-/// Each visible window of a process and, after it, its visible controls.
-std::vector<HWND> ShownBy(DWORD processId) {
-  std::vector<HWND> shown;
-  for (const HWND window : WindowsIn(nullptr)) {
-    if (!Belongs(window, processId) || IsWindowVisible(window) == FALSE) continue;
-    shown.push_back(window);
-    std::ranges::copy_if(WindowsIn(window), std::back_inserter(shown), IsWindowVisible);
-  }
-  return shown;
 }
 
 /// A place in the part of the frame that the window says to have there, which is looked for from the upper right.
@@ -102,14 +72,12 @@ std::optional<POINT> PlaceInFrame(HWND window, LRESULT part) {
 /// The middle of an entry's text or, left of it, of its check box. The list tells the height of its rows as a number;
 /// a rectangle it would write to its own process alone.
 std::optional<POINT> PlaceInList(HWND list, bool box, LONG entry) {
-  const auto height = [&](WPARAM entries) {
-    return HIWORD(SendMessageA(list, LVM_APPROXIMATEVIEWRECT, entries, MAKELPARAM(-1, -1)));
-  };
-  if (entry >= SendMessageA(list, LVM_GETITEMCOUNT, 0, 0)) return std::nullopt;
+  const auto height = [&](WPARAM entries) { return HIWORD(ListView_ApproximateViewRect(list, -1, -1, entries)); };
+  if (entry >= ListView_GetItemCount(list)) return std::nullopt;
   RECT area{};
   GetClientRect(list, &area);
   const LONG row = height(2) - height(1);
-  const LONG above = entry - static_cast<LONG>(SendMessageA(list, LVM_GETTOPINDEX, 0, 0));
+  const LONG above = entry - ListView_GetTopIndex(list);
   POINT place{box ? row / 2 : area.right / 2, row * above + row / 2};
   ClientToScreen(list, &place);
   return place;
@@ -117,32 +85,45 @@ std::optional<POINT> PlaceInList(HWND list, bool box, LONG entry) {
 
 }  // namespace
 
-std::vector<std::string> WindowList(DWORD processId) {
-  std::vector<std::string> lines;
-  for (const HWND window : ShownBy(processId)) {
-    lines.push_back(Describe(GetAncestor(window, GA_ROOT) == window ? "window" : "control", window));
+std::vector<HWND> ShownBy(DWORD processId) {
+  std::vector<HWND> shown;
+  for (const HWND window : WindowsIn(nullptr)) {
+    if (!Belongs(window, processId) || IsWindowVisible(window) == FALSE) continue;
+    shown.push_back(window);
+    std::ranges::copy_if(WindowsIn(window), std::back_inserter(shown), IsWindowVisible);
   }
-  return lines;
+  return shown;
 }
 
-std::vector<std::string> ReadingList(DWORD processId) {
-  std::vector<std::string> lines;
-  for (const HWND window : ShownBy(processId)) {
-    IAccessible* object = nullptr;
-    AccessibleObjectFromWindow(window, static_cast<DWORD>(OBJID_CLIENT), __uuidof(IAccessible),
-                               reinterpret_cast<void**>(&object));
-    if (object == nullptr) continue;
-    const _variant_t self(static_cast<LONG>(CHILDID_SELF));
-    _variant_t state;
-    _bstr_t name;
-    object->get_accState(self, &state);
-    object->get_accName(self, name.GetAddress());
-    object->Release();
-    const std::string told = state.vt == VT_I4 ? std::to_string(state.lVal) : "";
-    const std::wstring_view wide(static_cast<const wchar_t*>(name), name.length());
-    lines.push_back(ClassOf(window) + '|' + told + '|' + BytesFrom(CP_ACP, wide));
+std::string Describe(HWND window) {
+  RECT area{};
+  GetWindowRect(window, &area);
+  GUITHREADINFO thread{};
+  thread.cbSize = sizeof thread;
+  GetGUIThreadInfo(GetWindowThreadProcessId(window, nullptr), &thread);
+  std::string line = GetAncestor(window, GA_ROOT) == window ? "window" : "control";
+  line += '|' + ClassOf(window);
+  for (const LONG number : {area.left, area.top, area.right - area.left, area.bottom - area.top}) {
+    line += '|' + std::to_string(number);
   }
-  return lines;
+  line += thread.hwndFocus == window ? "|focus" : "|";
+  return line + '|' + TicksOf(window) + '|' + TextOf(window);
+}
+
+std::string Reading(HWND window) {
+  IAccessible* object = nullptr;
+  AccessibleObjectFromWindow(window, static_cast<DWORD>(OBJID_CLIENT), __uuidof(IAccessible),
+                             reinterpret_cast<void**>(&object));
+  if (object == nullptr) return ClassOf(window) + "||";
+  const _variant_t self(static_cast<LONG>(CHILDID_SELF));
+  _variant_t state;
+  _bstr_t name;
+  object->get_accState(self, &state);
+  object->get_accName(self, name.GetAddress());
+  object->Release();
+  const std::string told = state.vt == VT_I4 ? std::to_string(state.lVal) : "";
+  const std::wstring_view wide(static_cast<const wchar_t*>(name), name.length());
+  return ClassOf(window) + '|' + told + '|' + BytesFrom(CP_ACP, wide);
 }
 
 std::string ContentOf(HWND window) { return TicksOf(window) + TextOf(window); }
@@ -168,19 +149,18 @@ HWND DialogOf(DWORD processId) {
 std::optional<POINT> PlaceOf(DWORD processId, const std::string& name) {
   static const std::map<std::string_view, LRESULT> frame{
       {"caption", HTCAPTION}, {"minimize", HTMINBUTTON}, {"close", HTCLOSE}};
-  const HWND dialog = DialogOf(processId);
-  const HWND list = FindWindowExA(dialog, nullptr, WC_LISTVIEWA, nullptr);
-  const bool visible = IsWindowVisible(dialog) != FALSE;
+  const auto part = frame.find(name);
   const bool box = name.starts_with("box ");
-  if (const auto part = frame.find(name); part != frame.end()) {
-    return visible ? PlaceInFrame(dialog, part->second) : std::nullopt;
+  if (part == frame.end() && !box && !name.starts_with("entry ")) {
+    RECT area{};
+    if (GetWindowRect(FindShown(processId, name), &area) == FALSE) return std::nullopt;
+    return POINT{(area.left + area.right) / 2, (area.top + area.bottom) / 2};
   }
-  if (box || name.starts_with("entry ")) {
-    return visible ? PlaceInList(list, box, std::stol(name.substr(name.find(' ')))) : std::nullopt;
-  }
-  RECT area{};
-  if (GetWindowRect(FindShown(processId, name), &area) == FALSE) return std::nullopt;
-  return POINT{(area.left + area.right) / 2, (area.top + area.bottom) / 2};
+  const HWND dialog = DialogOf(processId);
+  if (IsWindowVisible(dialog) == FALSE) return std::nullopt;
+  if (part != frame.end()) return PlaceInFrame(dialog, part->second);
+  return PlaceInList(FindWindowExA(dialog, nullptr, WC_LISTVIEWA, nullptr), box,
+                     std::stol(name.substr(name.find(' '))));
 }
 
 }  // namespace fonklav::suite

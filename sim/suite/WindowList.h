@@ -8,10 +8,16 @@
 
 namespace fonklav::suite {
 
-/// Describes what a process shows, so that a script can look at the dialer as a person does: one line for each visible
-/// window and, after it, for each visible control in it. Fields are separated by "|": "window" or "control", class,
-/// left, top, width, height in pixels of the screen, "focus" or nothing, the ticked entries of a list, the text.
-[[nodiscard]] std::vector<std::string> WindowList(DWORD processId);
+/// What a process shows: each visible window and, after it, the visible controls in it.
+[[nodiscard]] std::vector<HWND> ShownBy(DWORD processId);
+
+/// A window as a person sees it, with "|" between the fields: "window" or "control", class, left, top, width, height in
+/// pixels of the screen, "focus" or nothing, the ticked entries of a list, the text.
+[[nodiscard]] std::string Describe(HWND window);
+
+/// What a screen reader learns of it over IAccessible: window class, states (STATE_SYSTEM_… as a decimal number, empty
+/// when the system does not tell), name, separated by "|".
+[[nodiscard]] std::string Reading(HWND window);
 
 /// A visible window or control of a process: by its text as one line, with or without the marks of access keys, or by
 /// its class and its place in tab order ("Edit 1"); null when there is none.
@@ -22,10 +28,6 @@ namespace fonklav::suite {
 
 /// The foremost dialog of a process, shown or not; null when it has none.
 [[nodiscard]] HWND DialogOf(DWORD processId);
-
-/// What a screen reader learns of each visible window and control over IAccessible, one line each: window class, states
-/// (STATE_SYSTEM_… as a decimal number, empty when the system does not tell), name, separated by "|".
-[[nodiscard]] std::vector<std::string> ReadingList(DWORD processId);
 
 /// Where a person would aim at, in pixels of the screen; nothing when that is not shown. "caption", "minimize" and
 /// "close" are what the dialog itself says of its frame; "box N" and "entry N" the check box and the text of an entry

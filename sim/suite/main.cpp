@@ -4,26 +4,21 @@
 #include <windows.h>
 
 #include <cstdio>
-#include <exception>
 #include <future>
 #include <iostream>
 #include <optional>
-#include <string>
 
 #include "sim/suite/Script.h"
 
 /// The next line of standard input; nothing at its end.
 std::optional<std::string> NextLine() {
   std::string line;
-  if (!std::getline(std::cin, line)) return std::nullopt;
-  if (line.ends_with('\r')) line.pop_back();
-  return line;
+  return std::getline(std::cin, line) ? std::optional(line) : std::nullopt;
 }
 
 /// suite.exe PROGRAM: plays the suite's main program towards the dialer PROGRAM, as the lines of standard input tell
 /// it. Ends with the input, with 0 when everything that it was told to wait for has happened.
 int main(int argc, char** argv) {
-  using namespace std::chrono_literals;
   if (argc != 2) {
     std::fputs("usage: suite.exe PROGRAM < SCRIPT\n", stderr);
     return 2;
@@ -33,12 +28,12 @@ int main(int argc, char** argv) {
   _setmode(_fileno(stdout), _O_BINARY);
   CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);  // for what a screen reader asks; the end of the process ends it
   fonklav::suite::Script script(argv[1]);
-  std::optional<std::string> line;
-  do {
+  for (bool more = true; more;) {
     // A pipe offers no wait that goes together with a message queue, so a thread waits for it.
-    std::future<std::optional<std::string>> coming = std::async(std::launch::async, NextLine);
-    while (coming.wait_for(1ms) != std::future_status::ready) script.Pump();
-    line = coming.get();
-  } while (line && script.Run(*line));
+    auto coming = std::async(std::launch::async, NextLine);
+    while (coming.wait_for(std::chrono::milliseconds(1)) != std::future_status::ready) script.Pump();
+    const auto line = coming.get();
+    more = line && script.Run(*line);
+  }
   return script.Ok() ? 0 : 1;
 }
