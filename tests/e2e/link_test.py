@@ -4,7 +4,8 @@ from itertools import product
 
 from conversations import ANSWERED, CALL, CAPTION, DIAL, DIALED, IDLE, SETTINGS, STARTED, WHOLE_CALL, open_panel
 from dialer_session import wait_until
-from stories import CALL_UP, FAR_END_HANGS_UP, calls, case, cases, converse, dialer, equal, expect_clean_end, found, run
+from stories import (CALL_UP, FAR_END_HANGS_UP, calls, case, cases, converse, dialer, equal, expect_clean_end, found, run,
+                     started)
 
 NO_SERVER = "Init DDE - ERROR=No foreign application responded to a DDE initiate"
 WM_CLOSE = 0x10
@@ -19,7 +20,6 @@ DIALED_ON = [*STARTED, *WHOLE_CALL]
 # what else it sees; whether closing the window hides it or, when a report counts as failed, ends the program.
 PEERS = {
     "busy-for-0.8-seconds": (["misbehave busy-at-link 800"], DIALED_ON, [], "hides"),
-    "busy-for-2.5-seconds": (["misbehave busy-at-link 2500"], DIALED_ON, [], "hides"),
     "busy-for-6-seconds": (["misbehave busy-at-link 6000"], DIALED_ON, [], "hides"),
     "the-item-is-busy-twice": (["misbehave busy-at-advise 2"], DIALED_ON, [], "hides"),
     "the-item-is-answered-late": (["misbehave advise-delay 1500"], DIALED_ON, [], "hides"),
@@ -91,9 +91,7 @@ MOMENTS = {
         in product(LOSSES.items(), MOMENTS.items())})
 def loss(name, lose, scenario, story):
     """The partner goes; the dialer follows it, and leaves nothing open."""
-    with dialer(name, scenario) as session:
-        session.start(SETTINGS)
-        converse(session, [*STARTED, *story])
+    with started(name, scenario, story) as session:
         lose(session)
         expect_clean_end(session)
 
@@ -166,11 +164,10 @@ def closed(name):
 @case("flags-of-every-kind")
 def flags(name):
     """All that the platform reads as a number or a word is a flag, and nothing else."""
-    with dialer(name, errors=True) as session:
-        session.start(SETTINGS)
-        good = ["|1e3", "| 2 ", "|0E5", "|-1", "|1d-2", "|True", "|FALSE", "|1,5"]
-        bad = ["|1e", "|e1", "|1 e2", "| True", "|0x1", "|", ""]
-        converse(session, [*STARTED, *(part for flag in good + bad for part in (f"> debug{flag}", "cmd|quitt"))])
+    good = ["|1e3", "| 2 ", "|0E5", "|-1", "|1d-2", "|True", "|FALSE", "|1,5"]
+    bad = ["|1e", "|e1", "|1 e2", "| True", "|0x1", "|", ""]
+    story = [part for flag in good + bad for part in (f"> debug{flag}", "cmd|quitt")]
+    with started(name, story=story, errors=True) as session:
         equal(found(session, "log/error.log", r" {2}FVT v1\.0 txtDDE_Change, Line: \d+ ( \+ .*)"),
               [f" + 13 + Type mismatch Params(S:debug{flag})" for flag in bad])
 

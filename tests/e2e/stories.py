@@ -2,8 +2,10 @@
 import os
 import re
 import sys
+from contextlib import contextmanager
 from itertools import zip_longest
 
+from conversations import SETTINGS, STARTED
 from dialer_session import Session
 from wine_env import WineEnv
 
@@ -69,6 +71,16 @@ def dialer(name, scenario="", errors=False, **more):
     session = Case(env, env.build / "e2e" / name, TELEPHONY + scenario, **more)
     session.errors = errors
     return session
+
+
+@contextmanager
+def started(name, scenario="", story=(), switches="", errors=False):
+    """A session whose dialer was started with these switches for debugging, and has had this conversation."""
+    with dialer(name, scenario, errors=errors) as session:
+        session.write("Rufmonspec.ini", f"[Debug]\n{switches}")
+        session.start(SETTINGS)
+        converse(session, [*STARTED, *story])
+        yield session
 
 
 def converse(session, story, commands=True):

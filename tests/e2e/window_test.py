@@ -4,7 +4,7 @@ from contextlib import contextmanager
 
 from conversations import ANSWERED, CALL, CAPTION, DIALED, SETTINGS, STARTED, open_panel
 from dialer_session import wait_until
-from stories import CALL_UP, calls, case, cases, converse, dialer, equal, expect_reports, found, run
+from stories import CALL_UP, calls, case, cases, converse, dialer, equal, expect_reports, found, run, started
 
 B_BOUND = ["Init2LastOK|1", "line|B"]
 TWIPS = 15  # a pixel at 96 dpi
@@ -276,13 +276,6 @@ def close_by_keys(session):
     session.keys("alt+F4")
 
 
-def dial_by_hand(session):
-    open_panel(session)
-    type_into(session, 1, ["1", "2"])
-    session.click("Wählen")
-    wait_until("the call is up", lambda: "Verbunden" in control(session.window(CAPTION), "Edit", 2).text)
-
-
 CLOSINGS = {
     "close-box": (lambda session: session.click("close"), 0),
     "system-key": (close_by_keys, 0),
@@ -291,21 +284,16 @@ CLOSINGS = {
 }
 
 
-@cases({f"{way}-{end}": (*closing, linked, call) for way, closing in CLOSINGS.items() for end, linked, call in (
-    ("hides-while-linked", True, False), ("hides-during-a-call", True, True),
-    ("ends-without-a-link", False, False), ("ends-without-a-link-during-a-call", False, True))})
-def closing_the_window(name, close, mode, linked, call):
+@cases({f"{way}-{end}": (*closing, linked) for way, closing in CLOSINGS.items() for end, linked in (
+    ("hides-while-linked", True), ("ends-without-a-link", False))})
+def closing_the_window(name, close, mode, linked):
     """Each way to close it, and what it means."""
-    with dialer(name, CALL_UP) as session:
+    with dialer(name) as session:
         session.write("Rufmonspec.ini", "[Debug]\nLogTAPI=1\n")
         if not linked:
             session.do("misbehave offline 1")
         session.start(SETTINGS, "/sett")
         session.window(CAPTION)
-        if call and linked:
-            converse(session, [*STARTED, *CALL])
-        elif call:
-            dial_by_hand(session)
         close(session)
         if linked:
             wait_until("the window hides", lambda: hidden(session))
@@ -313,9 +301,6 @@ def closing_the_window(name, close, mode, linked, call):
             session.wait_for_end(seconds=5)
         equal(found(session, "log/debug.log", "FormFonklav_(.*)"),
               [f"QueryUnload - Param={mode}", "QueryUnload - Cancel" if linked else "Unload"])
-        # The end gives a call back. So does Cancel, which makes the line object anew; hiding leaves the call alone.
-        given_back = call and (not linked or close is CLOSINGS["cancel"][0])
-        equal(found(session, "sim.log", "^call (lineDeallocateCall)"), ["lineDeallocateCall"] * given_back)
         if linked:
             session.do("terminate")  # which cannot be done any more where the dialer has gone
             session.wait("dialer ended, exit code 0", who="suite")
@@ -324,10 +309,7 @@ def closing_the_window(name, close, mode, linked, call):
 @case("windows-ends-the-session")
 def session_end(name):
     """Linked or not, the program goes at once, gives its call back and writes what the trace still holds."""
-    with dialer(name, CALL_UP) as session:
-        session.write("Rufmonspec.ini", "[Debug]\nLogTAPI=1\nTraceMode=1\n")
-        session.start(SETTINGS)
-        converse(session, [*STARTED, *CALL])
+    with started(name, CALL_UP, CALL, "LogTAPI=1\nTraceMode=1\n") as session:
         session.wine("wineboot", "--end-session")
         session.wait_for_end(seconds=5)
         equal(found(session, "log/debug.log", "FormFonklav_(.*)"), ["QueryUnload - Param=2", "Unload"])
