@@ -7,7 +7,6 @@
 #include <cctype>
 #include <cmath>
 #include <map>
-#include <string>
 #include <tuple>
 
 #include "util/Text.h"

@@ -71,9 +71,9 @@ TEST(ErrorLog, TellsTheUserWhereToLookAndLogsWhatFailsMeanwhile) {
   system.boxes.whileShown = [&] { system.Fail("fMain.tapiline_Idle"); };
   system.Pend(53, "File not found");
   system.Log().ErrorLogWithMsgBox("clsX.Do", {});
-  ASSERT_THAT(system.boxes.shown, SizeIs(1));
-  EXPECT_EQ(system.boxes.shown[0].prompt, "Es ist ein Fehler aufgetreten!\r\nsiehe Datei: \\log\\error.log");
-  EXPECT_EQ(system.boxes.shown[0].style, 48U);
+  EXPECT_THAT(system.boxes.shown, ElementsAre(FieldsAre("Es ist ein Fehler aufgetreten!\r\n"
+                                                        "siehe Datei: \\log\\error.log",
+                                                        48, _)));
   EXPECT_EQ(system.Log().FileLogError(), "\\log\\error.log");
   EXPECT_THAT(system.Errors(), ElementsAre(HasSubstr("clsX.Do"), HasSubstr("fMain.tapiline_Idle")));
   system.profile.asked.clear();
@@ -149,10 +149,10 @@ TEST(UnwritableLog, StopsNothingAndRecovers) {
     system.files.faults.clear();
     system.Fail("clsX.Do");
     system.Log().LogDebug_TAPI("Again");
-    system.diagnostics.log.reset();
     EXPECT_THAT(system.Errors(), ElementsAre(HasSubstr("clsX.Do")));
     EXPECT_THAT(system.Debug(), ElementsAre(EndsWith("Again")));
-    EXPECT_THAT(system.Trace().front(), HasSubstr("fMain.cmdWahl_Click 01(N:0)")) << "they wait for better times";
+    EXPECT_THAT(system.TraceToTheEnd().front(), HasSubstr("fMain.cmdWahl_Click 01(N:0)"))
+        << "they wait for better times";
   }
 }
 
@@ -162,9 +162,7 @@ TEST(ErrorLog, AFaultInTheLoggerItselfIsShown) {
   system.clock.broken = true;
   system.Pend(53, "File not found");
   system.Log().ErrorLogNew("clsX.Do", {});
-  ASSERT_THAT(system.boxes.shown, SizeIs(1));
-  EXPECT_EQ(system.boxes.shown[0].prompt, "Error in ExceptionHandler\r\nOut of memory");
-  EXPECT_EQ(system.boxes.shown[0].style, 48U);
+  EXPECT_THAT(system.boxes.shown, ElementsAre(FieldsAre("Error in ExceptionHandler\r\nOut of memory", 48, _)));
   EXPECT_EQ(system.diagnostics.pending.number, 0);
 }
 

@@ -149,9 +149,9 @@ TEST(Lines, AreWritten) {
   EXPECT_EQ(system.File(kFile), "d\r\n");
   EXPECT_FALSE(system.textFiles.MakeFile("C:\\nowhere\\x.txt", "e", true));
   EXPECT_FALSE(system.textFiles.WriteArrayToFile("C:\\nowhere\\x.txt", lines));
-  ASSERT_THAT(system.Errors(), SizeIs(2));
-  EXPECT_THAT(system.Errors()[0], HasSubstr("clsFiles_MakeFile"));
-  EXPECT_THAT(system.Errors()[1], HasSubstr("clsFiles.WriteArrayToFile"));
+  EXPECT_THAT(system.Errors(),
+              ElementsAre(ContainsRegex(R"(clsFiles_MakeFile, Line:.* \+ 76 \+ .*\(S:C:\\nowhere\\x.txt, B:1\)$)"),
+                          HasSubstr("clsFiles.WriteArrayToFile")));
 }
 
 TEST(Lines, ArePicked) {
