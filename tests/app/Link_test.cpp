@@ -1,4 +1,3 @@
-#include "app/DdeConversation.h"
 #include "tests/app/Dialer.h"
 
 // The link as the main program can make it go wrong: refusals, silence, ends of every kind.
@@ -32,13 +31,6 @@ TEST(Link, IsNoReasonToHideBeforeItStands) {
   Dialer dialer(kScenario);
   ASSERT_TRUE(dialer.Ask("/sett"));
   EXPECT_FALSE(StillLinked(dialer));
-}
-
-TEST(Link, NothingIsSentBeforeThereIsAPartner) {
-  FakeDdeTransport transport;
-  FakeClock clock;
-  EXPECT_FALSE(DdeConversation(transport, clock).Send("log|x"));
-  EXPECT_THAT(transport.posted, IsEmpty());
 }
 
 TEST(Link, AnAnswerDecidesWhetherItStands) {

@@ -20,9 +20,6 @@ CONVERSATIONS = {
         "btnCall|1|cmdWahl_Click 2"]),
     "call-refused-by-reply": ("call reply result=0x8000004B after=20", [
         *DIAL, "log|Call Error: Resource Unavailable", "anz|Call Error >> Log"]),
-    "drop-refused-at-once": (CALL_UP + "refuse lineDrop 0x80000048", [
-        *CALL, *HANG_UP, "log|ERROR -2147483576 Operation Failed", "anz|DropCallAsynch Error >> Log",
-        "btnCall|1|cmdHangUp_Click"]),
     "a-command-of-64-kb": (CALL_UP, ["> " + "x" * 65536, *CALL]),
 }
 

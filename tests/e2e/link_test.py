@@ -161,16 +161,5 @@ def closed(name):
         wait_until("the dialer has ended", lambda: session.xdotool("key", "Escape") or not session.dialers(), 6)
 
 
-@case("flags-of-every-kind")
-def flags(name):
-    """All that the platform reads as a number or a word is a flag, and nothing else."""
-    good = ["|1e3", "| 2 ", "|0E5", "|-1", "|1d-2", "|True", "|FALSE", "|1,5"]
-    bad = ["|1e", "|e1", "|1 e2", "| True", "|0x1", "|", ""]
-    story = [part for flag in good + bad for part in (f"> debug{flag}", "cmd|quitt")]
-    with started(name, story=story, errors=True) as session:
-        equal(found(session, "log/error.log", r" {2}FVT v1\.0 txtDDE_Change, Line: \d+ ( \+ .*)"),
-              [f" + 13 + Type mismatch Params(S:debug{flag})" for flag in bad])
-
-
 if __name__ == "__main__":
     run()
