@@ -143,7 +143,7 @@ TEST(Closing, HidesWhileLinkedAndEndsOtherwiseAndWithTheSession) {
       dialer.Input().Edit(ControlId::txtNumber, "0301234567");
       dialer.Input().Click(ControlId::cmdWahl);
       EXPECT_EQ(dialer.sim.LiveCalls(), 1U);
-      dialer.File("C:\\ProgramData\\Rufmon\\log\\debug.log").clear();
+      dialer.File(Dialer::kDebugLog).clear();
       dialer.Input().CloseRequested(static_cast<UnloadMode>(mode));
       const bool hidden = linked && mode < 2;
       EXPECT_THAT(dialer.Steps(), ElementsAre("FormFonklav_QueryUnload - Param=" + std::to_string(mode),

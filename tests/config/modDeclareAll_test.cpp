@@ -23,7 +23,6 @@ TEST(SuiteFolders, AreResolved) {
       {"ProgramData=0", kUnderPrograms, kWindowsXp, kUnderPrograms, "C:\\Program Files\\Rufmon\\data\\"},
       {"ProgramData=", "C:\\Rufmon", kVista, "C:\\Rufmon", "C:\\Rufmon\\data\\"},
       {"ProgramData=\\", "C:\\Rufmon", kVista, "C:\\Rufmon", "C:\\Rufmon\\data\\"},
-      {"ProgramData=2", "C:\\Rufmon", kVista, kCommon, kCommonData},
       {"ProgramData=00", "C:\\Rufmon", kVista, kCommon, kCommonData},
       {"ProgramData=0,5", "C:\\Rufmon", kVista, kCommon, kCommonData},
       {"ProgramData=D:\\Daten\\", "C:\\Rufmon", kVista, "D:\\Daten", "D:\\Daten\\data\\"},

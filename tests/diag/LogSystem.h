@@ -22,8 +22,6 @@ struct LogSystem : FakeSystem {
     EXPECT_TRUE(config.declareAll.Init("FVT", false));
   }
   ~LogSystem() { diagnostics.log.reset(); }
-  LogSystem(const LogSystem&) = delete;
-  LogSystem& operator=(const LogSystem&) = delete;
 
   clsErrorHandling& Log() { return dynamic_cast<clsErrorHandling&>(*diagnostics.log); }
   void Pend(int number, const std::string& description, int line = 0) {

@@ -2,7 +2,7 @@
 """The link to a main program that is as slow or as wrong as DDE messages can be."""
 from itertools import product
 
-from conversations import ANSWERED, CALL, CAPTION, DIAL, DIALED, IDLE, SETTINGS, STARTED, WHOLE_CALL, open_panel
+from conversations import ANSWERED, CALL, CAPTION, DIAL, IDLE, SETTINGS, STARTED, WHOLE_CALL
 from dialer_session import wait_until
 from stories import (CALL_UP, FAR_END_HANGS_UP, calls, case, cases, converse, dialer, equal, expect_clean_end, found, run,
                      started)
@@ -19,7 +19,6 @@ DIALED_ON = [*STARTED, *WHOLE_CALL]
 # name: what the main program does from the start that it should not; the conversation, in which it goes on doing so;
 # what else it sees; whether closing the window hides it or, when a report counts as failed, ends the program.
 PEERS = {
-    "busy-for-0.8-seconds": (["misbehave busy-at-link 800"], DIALED_ON, [], "hides"),
     "busy-for-6-seconds": (["misbehave busy-at-link 6000"], DIALED_ON, [], "hides"),
     "the-item-is-busy-twice": (["misbehave busy-at-advise 2"], DIALED_ON, [], "hides"),
     "the-item-is-answered-late": (["misbehave advise-delay 1500"], DIALED_ON, [], "hides"),
@@ -93,20 +92,6 @@ def loss(name, lose, scenario, story):
     """The partner goes; the dialer follows it, and leaves nothing open."""
     with started(name, scenario, story) as session:
         lose(session)
-        expect_clean_end(session)
-
-
-@case("the-item-is-refused")
-def refused(name):
-    """There are no commands, but what is dialed by hand is reported, and the partner's end is the dialer's."""
-    with dialer(name, CALL_UP) as session:
-        session.do("misbehave advise-status 0")
-        session.start(SETTINGS, "/sett")
-        converse(session, STARTED, commands=False)
-        open_panel(session)
-        session.keys("1", "Return")
-        converse(session, [*STARTED, *DIALED[1:], *ANSWERED], commands=False)
-        session.do("terminate")
         expect_clean_end(session)
 
 

@@ -12,7 +12,6 @@ NO_AREA_CODES = ('Bitte wechseln Sie zur "Systemsteuerung" und vervollständigen
 # name: what telephony has, the settings, the conversation.
 STARTS = {
     "stored-line": ("", SETTINGS, STARTED),
-    "no-line-stored": ("", "", ["Init2LastOK|0", "line|Kein TAPI-Gerät ausgewählt!"]),
     "stored-line-has-gone": ("", "[TAPIDial]\nTAPILine=Büro\n", [
         "Init2LastOK|0", "line|Gerät Büro nicht verfügbar!", "log|Gerät Büro nicht verfügbar!"]),
     "stored-name-is-the-beginning-of-a-line": ("", "[TAPIDial]\nTAPILine=ISDN\n", STARTED),

@@ -43,9 +43,9 @@ class FakePrivateProfile : public PrivateProfile, public CanFail {
                    const std::string& file) override {
     if (Due()) return false;
     std::vector<std::string> lines = Lines(file);
-    auto at = SectionIn(lines, section);
+    auto at = std::ranges::find_if(lines, [&](const auto& line) { return IsSection(line, section); });
     if (at == lines.end()) at = lines.insert(lines.end(), "[" + section + "]");
-    at = KeyOrEndBehind(at, lines, key);
+    at = std::find_if(at + 1, lines.end(), [&](const auto& line) { return line.starts_with('[') || IsKey(line, key); });
     if (at == lines.end() || !IsKey(*at, key)) at = lines.insert(at, key);
     *at = at->substr(0, at->find('=')) + "=" + value;
     std::string text;
@@ -70,14 +70,6 @@ class FakePrivateProfile : public PrivateProfile, public CanFail {
     return line.find('=') != std::string::npos && !line.starts_with(';') &&
            FakeFileSystem::Key(line.substr(0, line.find('='))) == FakeFileSystem::Key(key);
   }
-  using Place = std::vector<std::string>::iterator;
-  static Place SectionIn(std::vector<std::string>& lines, const std::string& section) {
-    return std::ranges::find_if(lines, [&](const auto& line) { return IsSection(line, section); });
-  }
-  static Place KeyOrEndBehind(Place at, std::vector<std::string>& lines, const std::string& key) {
-    return std::find_if(at + 1, lines.end(),
-                        [&](const auto& line) { return line.starts_with('[') || IsKey(line, key); });
-  }
   [[nodiscard]] std::vector<std::string> Lines(const std::string& file) const {
     const auto found = files_.files.find(FakeFileSystem::Key(file));
     if (found == files_.files.end() || found->second.empty()) return {};
@@ -89,13 +81,18 @@ class FakePrivateProfile : public PrivateProfile, public CanFail {
                                                 const std::string& file) const {
     asked.push_back(section + " " + key);
     if (key == brokenKey) throw RunTimeError(ErrorNumber::DeviceIOError, kBrokenLine);
-    std::vector<std::string> lines = Lines(file);
-    auto at = SectionIn(lines, section);
-    if (at != lines.end()) at = KeyOrEndBehind(at, lines, key);
-    if (at == lines.end() || !IsKey(*at, key)) return std::nullopt;
-    const std::string value = at->substr(at->find('=') + 1);
-    const bool quoted = value.size() >= 2 && value.front() == value.back() && std::strchr("\"'", value.front());
-    return quoted ? value.substr(1, value.size() - 2) : value;
+    bool inside = false;
+    for (const auto& line : Lines(file)) {
+      if (line.starts_with('[')) {
+        if (inside) break;
+        inside = IsSection(line, section);
+      } else if (inside && IsKey(line, key)) {
+        const std::string value = line.substr(line.find('=') + 1);
+        const bool quoted = value.size() >= 2 && value.front() == value.back() && std::strchr("\"'", value.front());
+        return quoted ? value.substr(1, value.size() - 2) : value;
+      }
+    }
+    return std::nullopt;
   }
 
   FakeFileSystem& files_;
