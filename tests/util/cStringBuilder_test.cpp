@@ -52,8 +52,8 @@ TEST(StringBuilder, PositionsOutsideAreError9ForTheCaller) {
   text.builder.Append(u"abc");
   text.builder.Insert(3, u"d");
   for (const int at : {5, -1}) EXPECT_EQ(ErrorOf([&] { text.builder.Insert(at, u"x"); }), 9) << at;
-  for (const auto& [at, count] : {std::pair{5, 0}, {2, 3}, {2, -1}, {4, 0x7FFFFFFF}}) {
-    EXPECT_EQ(ErrorOf([&] { text.builder.Remove(at, count); }), 9) << at << " " << count;
+  for (const auto& range : {std::pair{5, 0}, {2, 3}, {2, -1}, {4, 0x7FFFFFFF}}) {
+    EXPECT_EQ(ErrorOf([&] { text.builder.Remove(range.first, range.second); }), 9) << testing::PrintToString(range);
   }
   EXPECT_EQ(ErrorOf([&] { text.builder.ChunkSize(0); }), 380);
   text.builder.ChunkSize(1);
