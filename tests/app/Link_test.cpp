@@ -27,6 +27,12 @@ TEST(Link, IsOpenedOnceForTheItemAndEndedByTheProgramsOwnEnd) {
   EXPECT_EQ(dialer->dde.ends, 1);
 }
 
+TEST(Link, IsNoReasonToHideBeforeItStands) {
+  Dialer dialer(kScenario);
+  ASSERT_TRUE(dialer.Ask("/sett"));
+  EXPECT_FALSE(StillLinked(dialer));
+}
+
 TEST(Link, AnAnswerDecidesWhetherItStandsWithinFiveSeconds) {
   // What is answered, and after how many milliseconds.
   for (const auto& [status, silence, linked] : {std::tuple{0x8000, 0, true},

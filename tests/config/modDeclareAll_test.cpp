@@ -85,6 +85,7 @@ TEST(SuiteStart, ReadsItsSwitchesBeforeItsFoldersAndMasksOnlyWhenAskedFor) {
   system.File(ConfigSystem::kPathsFile) = system.File(ConfigSystem::kSwitches) = "[Paths]\r\nBookRefresh=1\r\n";
   EXPECT_TRUE(system.Init());
   EXPECT_TRUE(system.config.state.bookRefresh);
+  EXPECT_FALSE(system.config.state.capi.skipVersionAndManufact);
   EXPECT_THAT(system.profile.asked,
               ElementsAre("Debug LogExport", "Debug LogCAPI", "Debug LogAVM", "Debug LogNCID", "Debug LogTAPI",
                           "Debug LogOther", "Debug LogTiming", "Debug TraceMode", "LogMode Export", "LogMode Mail",

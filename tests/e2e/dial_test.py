@@ -20,7 +20,6 @@ CONVERSATIONS = {
         "btnCall|1|cmdWahl_Click 2"]),
     "call-refused-by-reply": ("call reply result=0x8000004B after=20", [
         *DIAL, "log|Call Error: Resource Unavailable", "anz|Call Error >> Log"]),
-    "a-command-of-64-kb": (CALL_UP, ["> " + "x" * 65536, *CALL]),
 }
 
 

@@ -2,7 +2,6 @@
 
 #include "tapi/modFunctions.h"
 #include "tapi/modKeyPressCheck.h"
-#include "tests/fakes/FakePorts.h"
 #include "tests/tapi/TapiSystem.h"
 
 // From the typed number to what reaches telephony.
