@@ -1,15 +1,12 @@
-#include "config/ConfigState.h"
 #include "diag/clsFiles.h"
 #include "fuzz/Bytes.h"
-#include "tests/fakes/FakeFileSystem.h"
-#include "tests/fakes/FakePorts.h"
-#include "util/Text.h"
+#include "tests/config/ConfigSystem.h"
 
 // Text files with any bytes in them through the helper that all logs are written with, against counting by hand.
 namespace fonklav::test {
 namespace {
 
-constexpr const char* kFile = "C:\\x.log";
+constexpr const char* kFile = "C:\\Rufmon\\x.log";
 
 std::int32_t SlowCount(std::string_view text, std::string_view what) {
   std::int32_t count = 0;
@@ -19,25 +16,16 @@ std::int32_t SlowCount(std::string_view text, std::string_view what) {
   return count;
 }
 
-struct Helper {
-  Helper() { files.folders = {"c:"}; }
-  std::string& File() { return files.files[FakeFileSystem::Key(kFile)]; }
-
-  Diagnostics diagnostics;
-  ConfigState state;
-  FakeFileSystem files;
-  FakeCodePage codePage;
-  FakeClock clock;
-  modAPI_Files tests{diagnostics, state, files, codePage};
-  clsFiles text{diagnostics, tests, files, codePage, clock};
+struct Helper : ConfigSystem {
+  clsFiles text{diagnostics, config.files, files, codePage, clock};
 };
 
 void WriteLog(Helper& helper, const std::string& old, const std::string& added, std::int32_t limit) {
-  helper.File() = old;
+  helper.File(kFile) = old;
   std::string line = helper.codePage.ToText(added);
   helper.text.FileWrite_Log(kFile, line, limit);
   const std::string written = helper.codePage.ToBytes(line) + "\r\n";
-  const std::string& now = helper.File();
+  const std::string& now = helper.File(kFile);
   Require(now.ends_with(written) && written.ends_with(added + "\r\n"), "the line stands at the end");
   const std::string_view kept = std::string_view(now).substr(0, now.size() - written.size());
   Require(old.ends_with(kept), "what stays are the newest bytes");
@@ -47,7 +35,7 @@ void WriteLog(Helper& helper, const std::string& old, const std::string& added, 
 }
 
 void Count(Helper& helper, const std::string& old) {
-  helper.File() = old;
+  helper.File(kFile) = old;
   const std::int32_t pairs = SlowCount(old, "\r\n");
   const std::int32_t rows = old.empty() ? 0 : pairs + (old.ends_with("\r\n") ? 0 : 1);
   Require(helper.text.GetFileRowCount(kFile) == rows, "rows");

@@ -205,12 +205,7 @@ class Form : public BareDialer {
   void HearReport(std::string_view report) {
     Require(!quiet_, "an event of a dead line object");
     Require(answered_ && dde.ticking, "a report without a conversation");
-    for (const auto& [prefix, button] :
-         {std::pair{"btnCall|", ControlId::cmdWahl}, {"btnHangUp|", ControlId::cmdHangUp}}) {
-      if (!report.starts_with(prefix)) continue;
-      const char shown = Controls()[button].Enabled() ? '1' : '0';
-      Require(report.at(std::string_view(prefix).size()) == shown, "a report tells the state of its button");
-    }
+    Require(IsAsShown(report), "a report tells the state of its button");
   }
 
   void Check() {

@@ -1,6 +1,5 @@
 #include "fuzz/Bytes.h"
 #include "tapi/modFunctions.h"
-#include "tapi/modKeyPressCheck.h"
 #include "tests/tapi/TapiSystem.h"
 #include "util/Text.h"
 
@@ -31,15 +30,6 @@ void TestNumber(TapiSystem& system, const std::string& text) {
   Require(functions.fIsTelNumber(text) == Numeric(plain), "the number test");
 }
 
-void TestKey(TapiSystem& system, std::int16_t key, const std::string& keyClass) {
-  const std::int16_t passed = modKeyPressCheck(system.diagnostics).CheckKeyPress(key, keyClass);
-  const bool known = keyClass == "numTAPI" || keyClass == "num" || keyClass == "date";
-  Require(passed == key || known, "an unknown class lets all pass");
-  Require(passed == key || passed == 0 || passed == '*' || passed == '.', "a key is swallowed or replaced");
-  Require(passed == key || (key != 3 && key != 22), "copy and paste pass");
-  Require(passed == key || key < '0' || key > '9', "digits pass");
-}
-
 void Transform(TapiSystem& system, const std::string& number, const std::string& access) {
   system.sim.ForgetCalls();
   system.line->OutsideLocalAccess(access);
@@ -63,9 +53,7 @@ void Transform(TapiSystem& system, const std::string& number, const std::string&
 
 void Fuzz(Bytes bytes) {
   static TapiSystem system("device\nlocation local=0 long=1\n", Stage::Created);
-  static constexpr std::array kClasses{"numTAPI", "num", "date", "nobody's"};
   static constexpr std::array kAccess{"", "0", "9,", "\xC3\xA4"};
-  TestKey(system, static_cast<std::int16_t>(bytes.Number()), bytes.OneOf(kClasses));
   const std::string access = bytes.OneOf(kAccess);
   const std::string text = system.codePage.ToText(bytes.Text(300));
   TestNumber(system, text);

@@ -70,11 +70,20 @@ class BareDialer : public FakeSystem {
     if (dde.ticking) dde.Sink().OnTick();
   }
 
+  /// Whether a report says of a button what the window shows, where it says anything of one.
+  bool IsAsShown(std::string_view report) {
+    const bool call = report.starts_with("btnCall|");
+    if (!call && !report.starts_with("btnHangUp|")) return true;
+    const bool enabled = Controls()[call ? ControlId::cmdWahl : ControlId::cmdHangUp].Enabled();
+    return report.substr(report.find('|') + 1).starts_with(enabled ? '1' : '0');
+  }
+
   std::vector<std::string> TakeReports() { return dde.TakeReports(); }
   std::string ErrorLog() { return File("C:\\ProgramData\\Rufmon\\log\\error.log"); }
   FormControls& Controls() { return program->Controls(); }
   FormInput& Input() { return program->Input(); }
 
+  static constexpr const char* kDebugLog = "C:\\ProgramData\\Rufmon\\log\\debug.log";
   static constexpr const char* kSettings = "C:\\ProgramData\\Rufmon\\data\\sett_TAPI.ini";
 
   LineSimulator& sim{telephony};

@@ -199,45 +199,49 @@ TEST(Conversation, StandsInTheDebugLogStepByStep) {
   dialer.Switch("LogTAPI=1\r\n");
   dialer.StoreLine("ISDN-Line1");
   dialer.Start("/run");
-  const std::size_t started = dialer.Steps().size();
+  dialer.File(Dialer::kDebugLog).clear();
   dialer.Command("cmd|call|030/1234567", 100);
   dialer.sim.RemoteHangUp();
   dialer.Pump(100);
   dialer.Command("cmd|hangup");
-  std::vector<std::string> steps = dialer.Steps();
-  steps.erase(steps.begin(), steps.begin() + static_cast<std::ptrdiff_t>(started));
-  EXPECT_THAT(steps, ElementsAre("DDE Execute - cmd|call|030/1234567", "MakeCallAsynch - Number: 030/1234567",
-                                 "MakeCallAsynch - To API: 030 1234567", "TAPIMakeCallResult -  OK", "TAPIDialing",
-                                 "TAPIConnected", "TAPIDisconnected", "TAPIDropCallResult -  Call Dropped", "TAPIIdle",
-                                 "DDE Execute - cmd|hangup"));
+  EXPECT_THAT(
+      dialer.Steps(),
+      ElementsAre("DDE Execute - cmd|call|030/1234567", "MakeCallAsynch - Number: 030/1234567",
+                  "MakeCallAsynch - To API: 030 1234567", "TAPIMakeCallResult -  OK", "TAPIDialing", "TAPIConnected",
+                  "TAPIDisconnected", "TAPIDropCallResult -  Call Dropped", "TAPIIdle", "DDE Execute - cmd|hangup"));
 }
 
 TEST(Conversation, EveryKnownCommandIsAcknowledgedAndNoOther) {
   const Reports acknowledged{"cmd|quitt"};
   const Reports asked{"cmd|quitt", "anzlog|Anmeldung >> ISDN-Line1", "btnHangUp|1", "anzlog|Vorbereitung"};
   const Reports unloaded{"cmd|quitt", "Init2LastOK|0", "line|Kein TAPI-Ger\xE4t ausgew\xE4hlt!"};
-  struct Row {
-    std::string value;
-    Reports heard;
-    Matcher<std::vector<std::string>> errors = IsEmpty();
-  };
-  for (const Row& row :
+  using Row = std::pair<std::string, Reports>;
+  for (const auto& [value, heard] :
        {Row{"settings", acknowledged}, Row{"settings|x|y|z", acknowledged}, Row{"Settings", {}}, Row{"settings ", {}},
-        Row{"unload", unloaded}, Row{"cmd|dance|1", acknowledged}, Row{"cmd", acknowledged},
-        Row{"debug|maybe", acknowledged,
-            ElementsAre("txtDDE_Change, Line:n + 13 + Type mismatch Params(S:debug|maybe)")},
-        Row{"debug", acknowledged, ElementsAre("txtDDE_Change, Line:n + 13 + Type mismatch Params(S:debug)")},
-        Row{"debug|True", acknowledged}, Row{"debug|-1,5", acknowledged}, Row{"debug|1e5", acknowledged},
-        Row{"debug|1e", acknowledged, SizeIs(1)}, Row{"||||", {}}, Row{"dance", {}},
-        Row{"cmd|call|" + std::string(65500, '7'), asked}, Row{std::string(65536, '|'), {}},
+        Row{"unload", unloaded}, Row{"cmd|dance|1", acknowledged}, Row{"cmd", acknowledged}, Row{"||||", {}},
+        Row{"dance", {}}, Row{"cmd|call|" + std::string(65500, '7'), asked}, Row{std::string(65536, '|'), {}},
         Row{"cmd|call|\x80\xFF\xE4\x81", asked}}) {
-    SCOPED_TRACE(row.value.substr(0, 40));
+    SCOPED_TRACE(value.substr(0, 40));
     const auto dialer = Ready(kLine, "");
-    dialer->errors = row.errors;
-    dialer->Command(row.value);
-    EXPECT_EQ(dialer->TakeReports(), row.heard);
+    dialer->Command(value);
+    EXPECT_EQ(dialer->TakeReports(), heard);
     EXPECT_EQ(dialer->view.unloads, 0);
   }
+}
+
+TEST(Conversation, AFlagIsWhatThePlatformReadsAsANumberOrAWord) {
+  const auto dialer = Ready(kLine, "");
+  const auto acknowledged = [&](const std::string& flag) {
+    dialer->Command("debug" + flag);
+    EXPECT_THAT(dialer->TakeReports(), ElementsAre("cmd|quitt")) << flag;
+  };
+  for (const char* good : {"|True", "|FALSE", "|-1", "|-1,5", "|1e5", "|0E5", "|1d-2", "| 2 "}) acknowledged(good);
+  std::vector<std::string> errors;
+  for (const std::string bad : {"|maybe", "", "|", "|1e", "|e1", "|1 e2", "| True", "|0x1"}) {
+    acknowledged(bad);
+    errors.push_back("txtDDE_Change, Line:n + 13 + Type mismatch Params(S:debug" + bad + ")");
+  }
+  dialer->errors = ElementsAreArray(errors);
 }
 
 }  // namespace

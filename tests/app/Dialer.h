@@ -5,7 +5,6 @@
 #include <regex>
 
 #include "tests/app/BareDialer.h"
-#include "util/Text.h"
 
 namespace fonklav::test {
 

@@ -151,13 +151,18 @@ TEST(Closing, HidesWhileLinkedAndEndsOtherwiseAndWithTheSession) {
       dialer.Switch("LogTAPI=1\r\n");
       dialer.dde.serverRunning = linked;
       dialer.Start("/sett");
-      dialer.File("C:\\ProgramData\\Rufmon\\log\\debug.log").clear();
+      dialer.Input().TickEntry(0, true);
+      dialer.Input().Edit(ControlId::txtNumber, "0301234567");
+      dialer.Input().Click(ControlId::cmdWahl);
+      EXPECT_EQ(dialer.sim.LiveCalls(), 1U);
+      dialer.File(Dialer::kDebugLog).clear();
       dialer.Input().CloseRequested(static_cast<UnloadMode>(mode));
       const bool hidden = linked && mode < 2;
       EXPECT_THAT(dialer.Steps(), ElementsAre("FormFonklav_QueryUnload - Param=" + std::to_string(mode),
                                               hidden ? "FormFonklav_QueryUnload - Cancel" : "FormFonklav_Unload"));
       EXPECT_EQ(dialer.Controls().form.Visible(), !hidden) << "the window goes with the program, not before";
       EXPECT_EQ(dialer.view.unloads, hidden ? 0 : 1);
+      EXPECT_EQ(dialer.sim.LiveCalls(), hidden ? 1U : 0U) << "the call ends with the program too";
       EXPECT_EQ(dialer.sim.Registrations(), hidden ? 1U : 0U);
     }
   }

@@ -1,4 +1,3 @@
-#include "app/DdeConversation.h"
 #include "tests/app/Dialer.h"
 
 // The link as the main program can make it go wrong: refusals, silence, ends of every kind.
@@ -34,34 +33,23 @@ TEST(Link, IsNoReasonToHideBeforeItStands) {
   EXPECT_FALSE(StillLinked(dialer));
 }
 
-TEST(Link, NothingIsSentBeforeThereIsAPartner) {
-  FakeDdeTransport transport;
-  FakeClock clock;
-  EXPECT_FALSE(DdeConversation(transport, clock).Send("log|x"));
-  EXPECT_THAT(transport.posted, IsEmpty());
-}
-
-TEST(Link, AnAnswerDecidesWhetherItStands) {
-  for (const auto& [status, linked] : {std::pair{0x8000, true}, {0x4000, true}, {0, false}, {0xFF, false}}) {
-    const auto dialer = Ready();
-    dialer->dde.answersAtOnce = false;
-    dialer->Command("debug|1");
-    dialer->dde.Sink().OnExecuteAck(dialer->dde.posted.back(), static_cast<std::uint16_t>(status));
-    dialer->Command("debug|0");
-    EXPECT_EQ(dialer->TakeReports().size(), 2U) << "later reports still go out";
-    EXPECT_EQ(StillLinked(*dialer), linked) << status;
-  }
-}
-
-TEST(Link, SilenceForFiveSecondsIsAFailedSendAndNothingMore) {
-  for (const int silence : {4999, 5000}) {
+TEST(Link, AnAnswerDecidesWhetherItStandsWithinFiveSeconds) {
+  // What is answered, and after how many milliseconds.
+  for (const auto& [status, silence, linked] : {std::tuple{0x8000, 0, true},
+                                                {0x4000, 0, true},
+                                                {0, 0, false},
+                                                {0xFF, 0, false},
+                                                {0x8000, 4999, true},
+                                                {0x8000, 5000, false}}) {
     const auto dialer = Ready();
     dialer->dde.answersAtOnce = false;
     dialer->Command("debug|1");
     dialer->Pump(silence);
-    EXPECT_EQ(dialer->view.unloads, 0);
-    dialer->dde.Sink().OnExecuteAck(dialer->dde.posted.back(), kDdeAckPositive);
-    EXPECT_EQ(StillLinked(*dialer), silence < 5000);
+    EXPECT_EQ(dialer->view.unloads, 0) << "silence is a failed send and nothing more";
+    dialer->dde.Sink().OnExecuteAck(dialer->dde.posted.back(), static_cast<std::uint16_t>(status));
+    dialer->Command("debug|0");
+    EXPECT_EQ(dialer->TakeReports().size(), 2U) << "later reports still go out";
+    EXPECT_EQ(StillLinked(*dialer), linked) << status << " after " << silence;
   }
 }
 

@@ -2,8 +2,6 @@
 
 #include <gmock/gmock.h>
 
-#include <string>
-
 #include "config/Configuration.h"
 #include "tests/fakes/FakeSystem.h"
 #include "tests/fakes/RecordingLog.h"

@@ -23,7 +23,6 @@ TEST(SuiteFolders, AreResolved) {
       {"ProgramData=0", kUnderPrograms, kWindowsXp, kUnderPrograms, "C:\\Program Files\\Rufmon\\data\\"},
       {"ProgramData=", "C:\\Rufmon", kVista, "C:\\Rufmon", "C:\\Rufmon\\data\\"},
       {"ProgramData=\\", "C:\\Rufmon", kVista, "C:\\Rufmon", "C:\\Rufmon\\data\\"},
-      {"ProgramData=2", "C:\\Rufmon", kVista, kCommon, kCommonData},
       {"ProgramData=00", "C:\\Rufmon", kVista, kCommon, kCommonData},
       {"ProgramData=0,5", "C:\\Rufmon", kVista, kCommon, kCommonData},
       {"ProgramData=D:\\Daten\\", "C:\\Rufmon", kVista, "D:\\Daten", "D:\\Daten\\data\\"},
@@ -57,7 +56,8 @@ TEST(SuiteSwitches, AreReadFromTheirFile) {
   ConfigSystem system;
   system.File(ConfigSystem::kSwitches) =
       "[Debug]\r\nLogTAPI=1\r\nTraceMode=1\r\nLogExport=1\r\nLogOther=-1\r\n[LogMode]\r\nExport=0\r\nMail=0\r\n"
-      "[CAPI]\r\nLoadThisValues=1\r\nInfoMask_0=1\r\nInfoMask_7=1\r\nCIPMask_1=1\r\nCIPMask_31=1\r\nCIPMask_32=1\r\n";
+      "[CAPI]\r\nLoadThisValues=1\r\nSkipVersionAndManufact=1\r\nInfoMask_0=1\r\nInfoMask_7=1\r\nCIPMask_1="
+      "1\r\nCIPMask_31=1\r\nCIPMask_32=1\r\n";
   EXPECT_TRUE(system.Init());
   const ConfigState& state = system.config.state;
   EXPECT_TRUE(system.diagnostics.traceMode);
@@ -67,18 +67,9 @@ TEST(SuiteSwitches, AreReadFromTheirFile) {
   EXPECT_TRUE(state.logMode.exports) << "forced by the debug switch";
   EXPECT_FALSE(state.logMode.mail);
   EXPECT_TRUE(state.logMode.ntService) << "on unless switched off";
+  EXPECT_TRUE(state.capi.skipVersionAndManufact);
   EXPECT_EQ(state.capi.infoMask, 0x81);
   EXPECT_EQ(state.capi.cipMask, 0x80000002U);
-}
-
-TEST(SuiteSwitches, MasksAreReadOnlyWhenAskedFor) {
-  ConfigSystem system;
-  system.File(ConfigSystem::kSwitches) =
-      "[Debug]\r\nTraceMode=-1\r\n[CAPI]\r\nSkipVersionAndManufact=1\r\nInfoMask_0=1\r\n";
-  EXPECT_TRUE(system.Init());
-  EXPECT_FALSE(system.diagnostics.traceMode);
-  EXPECT_TRUE(system.config.state.capi.skipVersionAndManufact);
-  EXPECT_EQ(system.config.state.capi.infoMask, 0);
 }
 
 TEST(SuiteStart, EndsBesideAnotherInstanceOnlyWhenItIsToldTo) {
@@ -89,11 +80,12 @@ TEST(SuiteStart, EndsBesideAnotherInstanceOnlyWhenItIsToldTo) {
   EXPECT_TRUE(system.config.declareAll.Init("FVT", false));
 }
 
-TEST(SuiteStart, ReadsItsSwitchesBeforeItsFolders) {
+TEST(SuiteStart, ReadsItsSwitchesBeforeItsFoldersAndMasksOnlyWhenAskedFor) {
   ConfigSystem system;
   system.File(ConfigSystem::kPathsFile) = system.File(ConfigSystem::kSwitches) = "[Paths]\r\nBookRefresh=1\r\n";
   EXPECT_TRUE(system.Init());
   EXPECT_TRUE(system.config.state.bookRefresh);
+  EXPECT_FALSE(system.config.state.capi.skipVersionAndManufact);
   EXPECT_THAT(system.profile.asked,
               ElementsAre("Debug LogExport", "Debug LogCAPI", "Debug LogAVM", "Debug LogNCID", "Debug LogTAPI",
                           "Debug LogOther", "Debug LogTiming", "Debug TraceMode", "LogMode Export", "LogMode Mail",
@@ -112,11 +104,9 @@ TEST(SuiteStart, AFaultBeforeTheLogExistsIsTold) {
     system.File(ConfigSystem::kPathsFile) = "[Paths]\r\nProgramData=D:\\Daten\r\n";
     system.File(ConfigSystem::kSwitches) = "[Debug]\r\nLogTAPI=1\r\nTraceMode=1\r\n[LogMode]\r\nMail=1\r\n";
     EXPECT_EQ(system.Init(), started);
-    ASSERT_THAT(system.boxes.shown, SizeIs(1));
-    EXPECT_EQ(system.boxes.shown[0].prompt, std::string("Error in Function \"") + function + "\" at Line " +
-                                                std::to_string(FakePrivateProfile::kBrokenLine));
-    EXPECT_EQ(system.boxes.shown[0].style, 16U);
-    EXPECT_EQ(system.boxes.shown[0].title, "Rufmon - FonklavTAPI");
+    const std::string place = "\" at Line " + std::to_string(FakePrivateProfile::kBrokenLine);
+    EXPECT_THAT(system.boxes.shown, ElementsAre(FieldsAre(std::string("Error in Function \"") + function + place, 16,
+                                                          "Rufmon - FonklavTAPI")));
     EXPECT_EQ(system.diagnostics.pending.number, 0);
     EXPECT_TRUE(system.config.state.debug.logTAPI) << "read before the fault";
     EXPECT_EQ(system.config.state.logMode.mail, !started) << "not read after it";

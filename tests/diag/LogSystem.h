@@ -22,8 +22,6 @@ struct LogSystem : FakeSystem {
     EXPECT_TRUE(config.declareAll.Init("FVT", false));
   }
   ~LogSystem() { diagnostics.log.reset(); }
-  LogSystem(const LogSystem&) = delete;
-  LogSystem& operator=(const LogSystem&) = delete;
 
   clsErrorHandling& Log() { return dynamic_cast<clsErrorHandling&>(*diagnostics.log); }
   void Pend(int number, const std::string& description, int line = 0) {
@@ -35,6 +33,14 @@ struct LogSystem : FakeSystem {
   }
   std::vector<std::string> Errors() { return Lines(kErrorLog); }
   std::vector<std::string> Trace() { return Lines(kTraceLog); }
+  /// The trace with the rest that is written when the program ends.
+  std::vector<std::string> TraceToTheEnd() {
+    diagnostics.log.reset();
+    return Trace();
+  }
+  void Step(std::initializer_list<const char*> steps) {
+    for (const char* step : steps) Log().LogDebug_Trace(step, {});
+  }
   std::vector<std::string> Debug() { return Lines(kDebugLog); }
 
   static std::string Version() { return std::string(kVersion); }

@@ -12,9 +12,8 @@ std::string TraceHead() { return std::string(LogSystem::kStamp) + "FVT v" + LogS
 
 TEST(Trace, IsSilentWhenItIsOff) {
   LogSystem system;
-  for (int step = 0; step < 100; ++step) system.Log().LogDebug_Trace("clsX.Do", {});
-  system.diagnostics.log.reset();
-  EXPECT_THAT(system.Trace(), IsEmpty());
+  for (int step = 0; step < 100; ++step) system.Step({"clsX.Do"});
+  EXPECT_THAT(system.TraceToTheEnd(), IsEmpty());
   EXPECT_EQ(system.files.opens, 0);
 }
 
@@ -28,17 +27,15 @@ TEST(Trace, IsWrittenFiftyOneLinesAtATime) {
   EXPECT_EQ(system.Trace().front(), TraceHead() + "clsX.Do 01(N:1)");
   EXPECT_EQ(system.Trace()[9], TraceHead() + "clsX.Do 10(N:10)");
   EXPECT_EQ(system.Trace().back(), TraceHead() + "clsX.Do 51(N:51)");
-  system.Log().LogDebug_Trace("last", {});
-  system.diagnostics.log.reset();
-  EXPECT_EQ(system.Trace().back(), TraceHead() + "last 01") << "the end of the process writes the rest";
+  system.Step({"last"});
+  EXPECT_EQ(system.TraceToTheEnd().back(), TraceHead() + "last 01") << "the end of the process writes the rest";
 }
 
 TEST(Trace, CountsRepetitions) {
   LogSystem system(kTracing);
-  for (const char* step : {"a", "a", "a", "b", "a", "A"}) system.Log().LogDebug_Trace(step, {});
-  for (int more = 0; more < 33000; ++more) system.Log().LogDebug_Trace("many", {});
-  system.diagnostics.log.reset();
-  const std::vector<std::string> lines = system.Trace();
+  system.Step({"a", "a", "a", "b", "a", "A"});
+  for (int more = 0; more < 33000; ++more) system.Step({"many"});
+  const std::vector<std::string> lines = system.TraceToTheEnd();
   const std::vector<std::string> begin(lines.begin(), lines.begin() + 7);
   const std::string head = TraceHead();
   EXPECT_THAT(begin, ElementsAre(head + "a 01", head + "a 02", head + "a 03", head + "b 01", head + "a 01",
@@ -48,45 +45,29 @@ TEST(Trace, CountsRepetitions) {
 
 TEST(Trace, LeavesStepsOutOnDemand) {
   LogSystem system(kTracing);
-  const auto trace = [&](std::initializer_list<const char*> steps) {
-    for (const char* step : steps) system.Log().LogDebug_Trace(step, {});
-  };
   system.Log().TraceHideNextSteps(2);
-  trace({"a", "b", "c"});
+  system.Step({"a", "b", "c"});
   system.Log().TraceHideNextSteps();
-  trace({"d"});
+  system.Step({"d"});
   system.Log().TraceHideNextSteps(-3);
-  trace({"e", "f"});
-  system.diagnostics.log.reset();
+  system.Step({"e", "f"});
   const std::string head = TraceHead();
   const std::string hide = head + "clsErrorHandling.TraceHideNextSteps 01";
-  EXPECT_THAT(system.Trace(), ElementsAre(hide + "(N:2)", head + "c 01", hide + "(N:0)", head + "d 01", hide + "(N:-3)",
-                                          head + "e 01", head + "f 01"));
+  EXPECT_THAT(system.TraceToTheEnd(), ElementsAre(hide + "(N:2)", head + "c 01", hide + "(N:0)", head + "d 01",
+                                                  hide + "(N:-3)", head + "e 01", head + "f 01"));
 }
 
 TEST(Trace, TellsTheUserOnceIfItIsAskedTo) {
   LogSystem system(kTracing);
   system.File(LogSystem::kTraceLog) = "yesterday\r\n";
   system.Log().TraceInfoMessage(true);
-  system.Log().LogDebug_Trace("a", {});
-  system.Log().LogDebug_Trace("b", {});
-  ASSERT_THAT(system.boxes.shown, SizeIs(1));
-  EXPECT_EQ(system.boxes.shown[0].prompt,
-            "Die Ablaufverfolgung ist aktiv!\r\nsiehe Datei: \\Rufmonspec.ini ([Debug] - TraceMode=1)\r\n\r\n"
-            "Es werden in kurzer Zeit extrem viele Daten gespeichert!\r\n"
-            "siehe Datei: C:\\ProgramData\\Rufmon\\log\\trace.log");
-  EXPECT_EQ(system.boxes.shown[0].style, 64U);
-  EXPECT_EQ(system.boxes.shown[0].title, "Rufmon - Tracing");
-  system.diagnostics.log.reset();
-  EXPECT_THAT(system.Trace(), Not(Contains("yesterday")));
-}
-
-TEST(Trace, WithoutTheNoticeTheOldLinesStay) {
-  LogSystem system(kTracing);
-  system.File(LogSystem::kTraceLog) = "yesterday\r\n";
-  system.Log().LogDebug_Trace("a", {});
-  system.diagnostics.log.reset();
-  EXPECT_THAT(system.Trace(), ElementsAre("yesterday", TraceHead() + "a 01"));
+  system.Step({"a", "b"});
+  EXPECT_THAT(system.boxes.shown, ElementsAre(FieldsAre("Die Ablaufverfolgung ist aktiv!\r\n"
+                                                        "siehe Datei: \\Rufmonspec.ini ([Debug] - TraceMode=1)\r\n\r\n"
+                                                        "Es werden in kurzer Zeit extrem viele Daten gespeichert!\r\n"
+                                                        "siehe Datei: C:\\ProgramData\\Rufmon\\log\\trace.log",
+                                                        64, "Rufmon - Tracing")));
+  EXPECT_THAT(system.TraceToTheEnd(), Not(Contains("yesterday")));
 }
 
 TEST(Trace, KeepsTenThousandLinesWhileTheFileCannotBeWritten) {
@@ -94,10 +75,9 @@ TEST(Trace, KeepsTenThousandLinesWhileTheFileCannotBeWritten) {
   system.files.folders.erase(LogSystem::kLogFolder);
   for (int step = 1; step <= 10100; ++step) system.Log().LogDebug_Trace("clsX.Do", {step});
   system.files.folders.insert(LogSystem::kLogFolder);
-  system.Log().LogDebug_Trace("clsX.Do", {});
+  system.Step({"clsX.Do"});
   EXPECT_THAT(system.Trace(), IsEmpty()) << "only a line that found room makes it try again";
-  system.diagnostics.log.reset();
-  const std::vector<std::string> lines = system.Trace();
+  const std::vector<std::string> lines = system.TraceToTheEnd();
   ASSERT_THAT(lines, SizeIs(10000));
   EXPECT_THAT(lines.front(), EndsWith("(N:1)"));
   EXPECT_THAT(lines.back(), EndsWith("(N:10000)")) << "what came later found no room";
@@ -107,8 +87,7 @@ TEST(Trace, AnErrorIsAStepOfIts) {
   LogSystem system(kTracing);
   system.Pend(53, "File not found", 42);
   system.Log().ErrorLogNew("clsX.Do", {});
-  system.diagnostics.log.reset();
-  EXPECT_EQ(system.Trace().front(), TraceHead() + "!ERROR! 01(S: 42 - 53, S:File not found)");
+  EXPECT_EQ(system.TraceToTheEnd().front(), TraceHead() + "!ERROR! 01(S: 42 - 53, S:File not found)");
   EXPECT_THAT(system.Trace()[1], HasSubstr("clsFiles.FileWrite_Log 01(S:C:\\ProgramData\\Rufmon\\log\\error.log)"));
 }
 

@@ -1,11 +1,7 @@
 #!/usr/bin/env python3
 """Calls: the whole conversation of each, from the start of the dialer to the last report."""
-from conversations import CALL, DIAL, DIALED, FAR_END_HUNG_UP, HANG_UP, IDLE, SETTINGS, STARTED, WHOLE_CALL
-from stories import CALL_UP, FAR_END_HANGS_UP, case, cases, converse, dialer, equal, found, run
-
-REGISTERED = ["cmd|quitt", "anzlog|Anmeldung >> ISDN-Line1", "btnHangUp|1"]
-DIAL_AGAIN_REFUSED = [*REGISTERED, "log|Open line ERROR 0 Unknown Error", "anz|OpenLine Error >> Log",
-                      "btnCall|1|cmdWahl_Click 1"]
+from conversations import CALL, DIAL, FAR_END_HUNG_UP, HANG_UP, IDLE, WHOLE_CALL
+from stories import CALL_UP, FAR_END_HANGS_UP, case, cases, equal, found, run, started
 
 # name: what the line does, and the conversation after the start.
 CONVERSATIONS = {
@@ -16,51 +12,29 @@ CONVERSATIONS = {
     "busy": ("call reply after=20\ncall state dialing after=40\ncall state busy after=60\n"
              "call state disconnected detail=0x20 after=200",
              [*DIAL, "anzlog|Wählen", "anzlog|Klingeln", *FAR_END_HUNG_UP, *IDLE]),
-    "idle-before-the-drop-is-answered": (
-        FAR_END_HANGS_UP + "drop state idle after=20\ndrop reply after=200",
-        [*CALL, *FAR_END_HUNG_UP[:3], *IDLE]),
     "line-cannot-be-opened": ("refuse lineOpen 0x8000000F", [
-        "> cmd|call|0301234567", *REGISTERED, "log|Open line ERROR -2147483633 In Use", "anz|OpenLine Error >> Log",
+        *DIAL[:4], "log|Open line ERROR -2147483633 In Use", "anz|OpenLine Error >> Log",
         "btnCall|1|cmdWahl_Click 1"]),
     "call-refused-at-once": ("refuse lineMakeCall 0x80000010", [
         *DIAL, "log|ERROR -2147483632 Invalid Address", "anz|MakeCallAsynch Error >> Log",
         "btnCall|1|cmdWahl_Click 2"]),
     "call-refused-by-reply": ("call reply result=0x8000004B after=20", [
         *DIAL, "log|Call Error: Resource Unavailable", "anz|Call Error >> Log"]),
-    "drop-refused-at-once": (CALL_UP + "refuse lineDrop 0x80000048", [
-        *CALL, *HANG_UP, "log|ERROR -2147483576 Operation Failed", "anz|DropCallAsynch Error >> Log",
-        "btnCall|1|cmdHangUp_Click"]),
-    "drop-refused-by-reply": (CALL_UP + "drop reply result=0x80000048 after=20", [
-        *CALL, *HANG_UP, "btnCall|1|cmdHangUp_Click", "log|Call Drop Error: Operation Failed",
-        "anz|Drop Error >> Log"]),
-    "second-call-while-one-is-up": (CALL_UP, [
-        *CALL, "> cmd|call|0309876543", *DIAL_AGAIN_REFUSED, *HANG_UP, "btnCall|1|cmdHangUp_Click",
-        "anzlog|Call Dropped", *IDLE]),
-    "hang-up-without-a-call": ("", [
-        *HANG_UP, "log|ERROR 0 Unknown Error", "anz|DropCallAsynch Error >> Log", "btnCall|0|cmdHangUp_Click"]),
-    "commands-that-say-nothing": ("", [
-        "> Settings", "> CMD|call|0301234567", "> frob", "> cmd|frob", "cmd|quitt", "> debug|1", "cmd|quitt"]),
-    "a-command-of-64-kb": (CALL_UP, ["> " + "x" * 65536, *CALL]),
-    "silent-line": ("call nothing", DIAL),
 }
 
 
 @cases(CONVERSATIONS)
 def conversation(name, scenario, story):
     """One row of the table."""
-    with dialer(name, scenario) as session:
-        session.start(SETTINGS)
-        converse(session, [*STARTED, *story])
+    with started(name, scenario, story):
+        pass  # the conversation is all
 
 
 # command, the address that reaches lineTranslateAddress (None: it is not asked), the address that is dialed.
 NUMBERS = [
     ("0301234567", '"90301234567"', '"90301234567"'),
-    ("123", None, '"123"'),
     ("Müller €", r'"9M\xfcller \x80"', r'"9M\xfcller \x80"'),
-    (" 030/12345 ", '"9030 12345"', '"9030 12345"'),
     ("+49 30 7654321", '"+49(30)7654321"', '"97654321"'),
-    ("+49 301234567", '"+49("', '""'),
     ("", None, "null"),
 ]
 
@@ -69,9 +43,7 @@ NUMBERS = [
 def numbers(name):
     """The strings at telephony's door, for each number that the main program sends."""
     office = "location country=49 city=30 local=9 long=9 current=1\ntapi blanks=0\n"
-    with dialer(name, office + "call reply after=5\ncall state disconnected after=10") as session:
-        session.start(SETTINGS)
-        session.wait("line|")
+    with started(name, office + "call reply after=5\ncall state disconnected after=10") as session:
         for number, _, _ in NUMBERS:
             session.send(f"cmd|call|{number}")
             session.wait("anzlog|Leerlauf")
@@ -87,9 +59,7 @@ def addresses(session, function):
 @case("a-number-of-64-kb")
 def long_number(name):
     """Whatever telephony makes of it, the dialer takes the next command at once; its box shows the beginning."""
-    with dialer(name) as session:
-        session.start(SETTINGS)
-        session.wait("line|")
+    with started(name) as session:
         session.send("cmd|call|" + "7" * 65500)
         session.wait("anzlog|Vorbereitung", seconds=2)
         session.settle(seconds=1)

@@ -2,9 +2,10 @@
 """The link to a main program that is as slow or as wrong as DDE messages can be."""
 from itertools import product
 
-from conversations import ANSWERED, CALL, CAPTION, DIAL, DIALED, IDLE, SETTINGS, STARTED, WHOLE_CALL, open_panel
+from conversations import ANSWERED, CALL, CAPTION, DIAL, IDLE, SETTINGS, STARTED, WHOLE_CALL
 from dialer_session import wait_until
-from stories import CALL_UP, FAR_END_HANGS_UP, calls, case, cases, converse, dialer, equal, expect_clean_end, found, run
+from stories import (CALL_UP, FAR_END_HANGS_UP, calls, case, cases, converse, dialer, equal, expect_clean_end, found, run,
+                     started)
 
 NO_SERVER = "Init DDE - ERROR=No foreign application responded to a DDE initiate"
 WM_CLOSE = 0x10
@@ -18,8 +19,6 @@ DIALED_ON = [*STARTED, *WHOLE_CALL]
 # name: what the main program does from the start that it should not; the conversation, in which it goes on doing so;
 # what else it sees; whether closing the window hides it or, when a report counts as failed, ends the program.
 PEERS = {
-    "busy-for-0.8-seconds": (["misbehave busy-at-link 800"], DIALED_ON, [], "hides"),
-    "busy-for-2.5-seconds": (["misbehave busy-at-link 2500"], DIALED_ON, [], "hides"),
     "busy-for-6-seconds": (["misbehave busy-at-link 6000"], DIALED_ON, [], "hides"),
     "the-item-is-busy-twice": (["misbehave busy-at-advise 2"], DIALED_ON, [], "hides"),
     "the-item-is-answered-late": (["misbehave advise-delay 1500"], DIALED_ON, [], "hides"),
@@ -91,24 +90,8 @@ MOMENTS = {
         in product(LOSSES.items(), MOMENTS.items())})
 def loss(name, lose, scenario, story):
     """The partner goes; the dialer follows it, and leaves nothing open."""
-    with dialer(name, scenario) as session:
-        session.start(SETTINGS)
-        converse(session, [*STARTED, *story])
+    with started(name, scenario, story) as session:
         lose(session)
-        expect_clean_end(session)
-
-
-@case("the-item-is-refused")
-def refused(name):
-    """There are no commands, but what is dialed by hand is reported, and the partner's end is the dialer's."""
-    with dialer(name, CALL_UP) as session:
-        session.do("misbehave advise-status 0")
-        session.start(SETTINGS, "/sett")
-        converse(session, STARTED, commands=False)
-        open_panel(session)
-        session.keys("1", "Return")
-        converse(session, [*STARTED, *DIALED[1:], *ANSWERED], commands=False)
-        session.do("terminate")
         expect_clean_end(session)
 
 
@@ -161,18 +144,6 @@ def closed(name):
         # The stand-in, which is busy, cannot tell when the window is there and has the keyboard: whoever sits before it
         # presses the key again.
         wait_until("the dialer has ended", lambda: session.xdotool("key", "Escape") or not session.dialers(), 6)
-
-
-@case("flags-of-every-kind")
-def flags(name):
-    """All that the platform reads as a number or a word is a flag, and nothing else."""
-    with dialer(name, errors=True) as session:
-        session.start(SETTINGS)
-        good = ["|1e3", "| 2 ", "|0E5", "|-1", "|1d-2", "|True", "|FALSE", "|1,5"]
-        bad = ["|1e", "|e1", "|1 e2", "| True", "|0x1", "|", ""]
-        converse(session, [*STARTED, *(part for flag in good + bad for part in (f"> debug{flag}", "cmd|quitt"))])
-        equal(found(session, "log/error.log", r" {2}FVT v1\.0 txtDDE_Change, Line: \d+ ( \+ .*)"),
-              [f" + 13 + Type mismatch Params(S:debug{flag})" for flag in bad])
 
 
 if __name__ == "__main__":

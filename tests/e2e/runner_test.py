@@ -3,17 +3,15 @@
 import io
 from contextlib import redirect_stdout, suppress
 
-from conversations import SETTINGS, STARTED
-from stories import case, dialer, expect_reports, run
+from conversations import STARTED
+from stories import case, expect_reports, run, started
 
 
 @case("a-failing-case-tells-what-was-seen")
 def failing(name):
     """A report that nobody expected: the account shows it in its place, the calls, the logs, and the screen."""
     output = io.StringIO()
-    with suppress(AssertionError), redirect_stdout(output), dialer(name) as session:
-        session.write("Rufmonspec.ini", "[Debug]\nLogTAPI=1\n")
-        session.start(SETTINGS)
+    with suppress(AssertionError), redirect_stdout(output), started(name, switches="LogTAPI=1\n") as session:
         expect_reports(session, STARTED[:1])
     told = output.getvalue()
     picture = session.folder / "screen.png"

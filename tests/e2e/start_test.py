@@ -12,19 +12,12 @@ NO_AREA_CODES = ('Bitte wechseln Sie zur "Systemsteuerung" und vervollständigen
 # name: what telephony has, the settings, the conversation.
 STARTS = {
     "stored-line": ("", SETTINGS, STARTED),
-    "no-line-stored": ("", "", ["Init2LastOK|0", "line|Kein TAPI-Gerät ausgewählt!"]),
     "stored-line-has-gone": ("", "[TAPIDial]\nTAPILine=Büro\n", [
         "Init2LastOK|0", "line|Gerät Büro nicht verfügbar!", "log|Gerät Büro nicht verfügbar!"]),
     "stored-name-is-the-beginning-of-a-line": ("", "[TAPIDial]\nTAPILine=ISDN\n", STARTED),
-    # The first of two would be bound by its beginning as well: the order of the devices decides.
-    "two-lines-begin-with-the-stored-name": ("device name=ISDN-Line10", SETTINGS, STARTED),
     "a-line-of-two-lines-and-a-backslash": (r'device name="Two\x0d\x0alines \x5cx0a"', "[TAPIDial]\nTAPILine=Two\n", [
         "Init2LastOK|1", "line|Two\r\nlines \x5cx0a"]),
     "telephony-up-to-1.4-only": ("tapi version=0x00010004\n" + CALL_UP, SETTINGS, [*STARTED, *CALL]),
-    "line-without-voice": ("device name=Modem media=0x10", "[TAPIDial]\nTAPILine=Modem\n", [
-        "Init2LastOK|0", "line|Gerät Modem nicht verfügbar!", "log|Gerät Modem nicht verfügbar!"]),
-    "telephony-refuses-to-start": ("refuse lineInitializeEx 0x80000048", SETTINGS, [
-        f"line|{NO_TAPI}", f"log|{NO_TAPI}"]),
 }
 
 

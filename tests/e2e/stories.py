@@ -2,8 +2,10 @@
 import os
 import re
 import sys
+from contextlib import contextmanager
 from itertools import zip_longest
 
+from conversations import SETTINGS, STARTED
 from dialer_session import Session
 from wine_env import WineEnv
 
@@ -11,7 +13,6 @@ CASES = {}
 TELEPHONY = "device name=ISDN-Line1 media=4\nlocation country=49 city=30\n"
 CALL_UP = "call reply after=20\ncall state dialing after=40\ncall state connected after=60\n"
 FAR_END_HANGS_UP = CALL_UP + "call state disconnected after=200\n"
-LOGS = ("log/error.log", "log/trace.log", "log/debug.log")
 
 
 class Case(Session):
@@ -37,7 +38,7 @@ class Case(Session):
         if self.expected:
             yield from ["The reports (left), and those expected (right):", side_by_side(self.reports(), self.expected)]
         yield from ["Telephony:", *calls(self)]
-        for log in LOGS:
+        for log in ("log/error.log", "log/trace.log", "log/debug.log"):
             yield from [f"The end of {log}:", *self.read(log)[-20:]]
 
 
@@ -71,7 +72,17 @@ def dialer(name, scenario="", errors=False, **more):
     return session
 
 
-def converse(session, story, commands=True):
+@contextmanager
+def started(name, scenario="", story=(), switches="", errors=False):
+    """A session whose dialer was started with these switches for debugging, and has had this conversation."""
+    with dialer(name, scenario, errors=errors) as session:
+        session.write("Rufmonspec.ini", f"[Debug]\n{switches}")
+        session.start(SETTINGS)
+        converse(session, [*STARTED, *story])
+        yield session
+
+
+def converse(session, story):
     """Plays a whole conversation. The main program says what begins with "> ", and the stand-in does what begins with
     "! ", as soon as all reports before have arrived; the others are the reports, exactly these and in this order."""
     session.expected = []
@@ -81,14 +92,14 @@ def converse(session, story, commands=True):
             (session.send if line.startswith(">") else session.do)(line[2:])
         else:
             session.expected.append(line)
-    expect_reports(session, session.expected, commands)
+    expect_reports(session, session.expected)
 
 
-def expect_reports(session, expected, commands=True):
+def expect_reports(session, expected):
     """Waits for as many reports as are expected, and for the dialer to have nothing more to say; then compares all of
-    them. A dialer that takes no commands cannot be asked whether it has: its case looks again after the end."""
+    them."""
     session.expected = expected
-    if session.wait_for_reports(len(expected)) and commands:
+    if session.wait_for_reports(len(expected)):
         session.settle()
     compare_reports(session)
 

@@ -44,11 +44,7 @@ class FakeDdeTransport : public DdeTransport, public CanFail {
   void DeliverOutcome() {
     if (sink_ == nullptr) return;
     alive = serverRunning;
-    if (serverRunning) {
-      sink_->OnAnswer();
-    } else {
-      sink_->OnNobody();
-    }
+    serverRunning ? sink_->OnAnswer() : sink_->OnNobody();
   }
   /// The server's answers arrive.
   void DeliverAcks() {

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <algorithm>
-#include <array>
 #include <deque>
 #include <functional>
 #include <map>
@@ -76,11 +75,10 @@ class FakeCodePage : public CodePage, public CanFail {
   }
 };
 
-/// German numbers, unless a test wants others.
+/// German numbers.
 class FakeNumberLocale : public NumberLocale, public CanFail {
  public:
-  [[nodiscard]] NumberSeparators Separators() const override { return Step(), separators; }
-  NumberSeparators separators;
+  [[nodiscard]] NumberSeparators Separators() const override { return Step(), NumberSeparators{}; }
 };
 
 class FakeShellFolders : public ShellFolders, public CanFail {

@@ -8,7 +8,11 @@ namespace fonklav::test {
 class Faults {
  public:
   /// From now on the call of this number, counted from now, fails; with `forever` all that follow, too.
-  void Arm(long first, bool forever) { *this = Faults(first, forever); }
+  void Arm(long first, bool forever) {
+    calls_ = 0;
+    first_ = first;
+    forever_ = forever;
+  }
   void Disarm() { first_ = -1; }
   /// Calls since Arm.
   [[nodiscard]] long Calls() const { return calls_; }
@@ -18,11 +22,7 @@ class Faults {
     return first_ >= 0 && (forever_ ? call >= first_ : call == first_);
   }
 
-  Faults() = default;
-
  private:
-  Faults(long first, bool forever) : first_(first), forever_(forever) {}
-
   long calls_{0};
   long first_{-1};
   bool forever_{false};

@@ -14,11 +14,7 @@ namespace {
 bool Cycle(BareDialer& dialer, long number) {
   dialer.Command("cmd|call|0301234567", 100);
   const bool connected = dialer.sim.LiveCalls() == 1;
-  if (number % 2 == 0) {
-    dialer.Command("cmd|hangup");
-  } else {
-    dialer.sim.RemoteHangUp();
-  }
+  number % 2 == 0 ? dialer.Command("cmd|hangup") : dialer.sim.Command("hangup");
   dialer.Pump(100);
   if (number % 5 == 0) dialer.Command("unload", 100);
   if (number % 5 == 1) dialer.Input().Click(ControlId::cmdSave);

@@ -57,7 +57,7 @@ class Measured : public LineSimulator {
 
 /// All that a line object can do on a call that it makes. Seen are the steps that failed, "-", or after which it keeps
 /// another error, with that.
-std::string Work(TapiSystem& system, const std::function<void(int)>& pump) {
+std::string Work(TapiSystem& system) {
   std::string seen;
   std::int32_t last = 0;
   const auto step = [&](const char* name, bool done) {
@@ -71,9 +71,9 @@ std::string Work(TapiSystem& system, const std::function<void(int)>& pump) {
   step("open", system.line->OpenLine());
   step("notAgain", !system.line->OpenLine());
   step("call", system.line->MakeCallAsynch("0301234567"));
-  pump(10);
+  system.Pump(10);
   step("drop", system.line->DropCallAsynch());
-  pump(20);
+  system.Pump(20);
   step("closed", !system.line->IsOpen());
   step("config", system.line->ConfigDialog(5, "tapi/line") && system.line->ConfigDialog());
   step("rules", system.line->DialingPropertiesDialog(6, "12") && system.line->DialingPropertiesDialog());
@@ -86,7 +86,7 @@ TEST(LineObject, AsksTelephonyForThisAndNothingElse) {
       "device name=A version=0x00010004\ndevice name=B version=0x00020002 icon=9\n"
       "device name=C version=0x00010004\nlocation country=49 city=30 local=9 id=3\n");
   TapiSystem system("", Stage::Made, &telephony);
-  EXPECT_EQ(Work(system, [&](int time) { telephony.Advance(std::chrono::milliseconds(time)); }), "");
+  EXPECT_EQ(Work(system), "");
   EXPECT_THAT(system.icons.drawn, ElementsAre("7 1 2 9 16 17", "8 0 0 9 0 0"));
   EXPECT_THAT(system.icons.destroyed, ElementsAre(9U, 9U));
   system.line.reset();
@@ -132,14 +132,14 @@ TEST(LineObject, KeepsTheCodeOfWhatFailed) {
         Row{"lineTranslateDialog", "rules- 0x80000048 ", "rules- "},
         Row{"lineGetIcon", "icon- 0x80000048 ", "icon- "}}) {
     TapiSystem system(kDevice + "refuse " + function + " 0x80000048\n");
-    EXPECT_EQ(Work(system, [&](int time) { system.Pump(time); }), refused) << function;
+    EXPECT_EQ(Work(system), refused) << function;
     TapiSystem poor(kDevice);
     poor.sim.inside = Without(function);
-    EXPECT_EQ(Work(poor, [&](int time) { poor.Pump(time); }), missing) << function;
+    EXPECT_EQ(Work(poor), missing) << function;
     EXPECT_THAT(poor.log->errors, Contains(HasSubstr(" 453 "))) << function;
   }
   TapiSystem iconless("device icon=0\n" + kLocation);
-  EXPECT_THAT(Work(iconless, [&](int time) { iconless.Pump(time); }), "icon- ");
+  EXPECT_EQ(Work(iconless), "icon- ");
   EXPECT_THAT(iconless.icons.destroyed, IsEmpty()) << "no icon, nothing to give back";
 }
 
@@ -338,14 +338,13 @@ TEST(End, GivesBackOneByOneWhateverFails) {
 }
 
 TEST(End, TellsWhetherTheLineWasClosed) {
-  for (const auto& [fault, closed] : {std::pair{"", true}, {"refuse lineClose 0x80000048", false}}) {
+  for (const auto& [fault, missing, closed] :
+       {std::tuple{"", "", true}, {"refuse lineClose 0x80000048", "", false}, {"", "lineClose", false}}) {
     TapiSystem system(kDevice + fault, Stage::Open);
-    EXPECT_EQ(system.line->CloseLine(), closed) << fault;
+    system.sim.inside = Without(missing);
+    EXPECT_EQ(system.line->CloseLine(), closed) << fault << missing;
     EXPECT_FALSE(system.line->CloseLine()) << "there is none any more";
   }
-  TapiSystem poor(kDevice, Stage::Open);
-  poor.sim.inside = Without("lineClose");
-  EXPECT_FALSE(poor.line->CloseLine());
 }
 
 TEST(End, ThatTelephonyRefusesKeepsTheCellOfTheCall) {
@@ -409,14 +408,19 @@ TEST(Texts, OfErrorsAndStates) {
   }
 }
 
-TEST(Report, NamesEverySetBitInItsOrder) {
-  TapiSystem system(std::string("device name=Line provider=Prov switch=Sw id=42 format=1 addresses=2 rate=64000 "
-                                "bearer=0x3F addressmodes=3 media=0x7FFE tones=0x1F tonefreq=3 terminals=5\n") +
-                        kLocation,
-                    Stage::Created);
+/// A registered line object, the table of its lines, and what is told of them.
+struct Reporting : TapiSystem {
+  explicit Reporting(const std::string& devices) : TapiSystem("device " + devices + "\n" + kLocation, Stage::Created) {}
+  std::string Report(std::int16_t device = 0) { return functions.GetLineInfo(*line, device); }
+
   LineState lines;
-  const mTAPIFunctions functions(system.diagnostics, lines);
-  EXPECT_EQ(functions.GetLineInfo(*system.line, 0),
+  mTAPIFunctions functions{diagnostics, lines};
+};
+
+TEST(Report, NamesEverySetBitInItsOrder) {
+  EXPECT_EQ(Reporting("name=Line provider=Prov switch=Sw id=42 format=1 addresses=2 rate=64000 bearer=0x3F "
+                      "addressmodes=3 media=0x7FFE tones=0x1F tonefreq=3 terminals=5")
+                .Report(),
             "TAPI LINE: #0\r\nTAPI LINE NAME: Line\r\nTAPI PROVIDER INFO: Prov\r\nTAPI SWITCH INFO: Sw\r\n"
             "Permanent Line ID: 42\r\nString Format: STRINGFORMAT_ASCII\r\n"
             "Number of addresses associated with this line: 2\r\nMax data rate: 64000\r\n"
@@ -432,16 +436,9 @@ TEST(Report, NamesEverySetBitInItsOrder) {
             "Number of terminals for this line: 5");
 }
 
-/// The report on a line of which this is known.
-std::string ReportOn(const std::string& device) {
-  TapiSystem system("device " + device + "\n" + kLocation, Stage::Created);
-  LineState lines;
-  return mTAPIFunctions(system.diagnostics, lines).GetLineInfo(*system.line, 0);
-}
-
 TEST(Report, NamesTheFormatOfStringsAndEachBitByItself) {
   for (const auto& [format, name] : {std::pair{1, "ASCII"}, {2, "DBCS"}, {3, "UNICODE"}, {4, "BINARY"}}) {
-    EXPECT_THAT(ReportOn("format=" + std::to_string(format)),
+    EXPECT_THAT(Reporting("format=" + std::to_string(format)).Report(),
                 HasSubstr(std::string("String Format: STRINGFORMAT_") + name + "\r\n"));
   }
   for (const auto& [bits, begin, end, prefix] : {std::tuple{"bearer=", 0, 6, "\tLINEBEARERMODE_"},
@@ -449,45 +446,34 @@ TEST(Report, NamesTheFormatOfStringsAndEachBitByItself) {
                                                  {"media=", 1, 14, "\tLINEMEDIAMODE_"},
                                                  {"tonefreq=1 tones=", 0, 5, "\tLINETONEMODE_"}}) {
     for (int bit = begin; bit < end; ++bit) {
-      EXPECT_EQ(Split(ReportOn(bits + std::to_string(1 << bit)), prefix).size(), 2U) << prefix << bit;
+      EXPECT_EQ(Split(Reporting(bits + std::to_string(1 << bit)).Report(), prefix).size(), 2U) << prefix << bit;
     }
   }
 }
 
 TEST(Report, LeavesOutWhatTheLineDoesNotSay) {
-  TapiSystem system("device name=Line format=0 bearer=0 addressmodes=0 media=0 tones=0x1F\n" + kLocation,
-                    Stage::Created);
-  LineState lines;
-  const mTAPIFunctions functions(system.diagnostics, lines);
-  EXPECT_EQ(functions.GetLineInfo(*system.line, -1), "<No Valid TAPI Line Selected>");
-  EXPECT_THAT(functions.GetLineInfo(*system.line, 0),
+  Reporting system("name=Line format=0 bearer=0 addressmodes=0 media=0 tones=0x1F");
+  EXPECT_EQ(system.Report(-1), "<No Valid TAPI Line Selected>");
+  EXPECT_THAT(system.Report(),
               HasSubstr("Permanent Line ID: 1\r\nNumber of addresses associated with this line: 1\r\n"
                         "Max data rate: 64000\r\nBearer Modes supported:\r\nAddress Modes supported:\r\n"
                         "Media Modes supported:\r\nLine Tone Generation supported: False\r\nNumber of terminals"));
-  EXPECT_EQ(functions.GetLineInfo(*system.line, 1), "");
+  EXPECT_EQ(system.Report(1), "");
   EXPECT_THAT(system.log->errors, ElementsAre("GetLineInfo 380 Invalid property value"));
 }
 
 TEST(LineTable, HoldsTheVoiceLinesOnlyAndWithoutTheirNuls) {
-  TapiSystem system(std::string("device name=Data media=0x10\ndevice name=A\ndevice name=Speech bearer=2\n"
-                                "device name=B\n") +
-                        kLocation,
-                    Stage::Created);
-  LineState lines;
-  mTAPIFunctions functions(system.diagnostics, lines);
-  functions.GetTAPIInterfaces(*system.line);
-  ASSERT_EQ(lines.table.size(), 2U);
-  EXPECT_EQ(lines.table[0].Name, "A");
-  EXPECT_EQ(lines.table[1].ID, 3);
-  EXPECT_EQ(functions.GetLineID("B"), 3);
-  for (const char* nobody : {"b", "", "A2"}) EXPECT_EQ(functions.GetLineID(nobody), -1) << nobody;
-  functions.GetTAPIInterfaces(*TapiSystem(kDevice).line);
-  EXPECT_EQ(lines.table.size(), 2U) << "a line object that knows of no line changes nothing";
+  Reporting system("name=Data media=0x10\ndevice name=A\ndevice name=Speech bearer=2\ndevice name=B");
+  system.functions.GetTAPIInterfaces(*system.line);
+  EXPECT_THAT(system.lines.table, ElementsAre(FieldsAre(1, "A"), FieldsAre(3, "B")));
+  EXPECT_EQ(system.functions.GetLineID("B"), 3);
+  for (const char* nobody : {"b", "", "A2"}) EXPECT_EQ(system.functions.GetLineID(nobody), -1) << nobody;
+  system.functions.GetTAPIInterfaces(*TapiSystem(kDevice).line);
+  EXPECT_THAT(system.lines.table, SizeIs(2)) << "a line object that knows of no line changes nothing";
 
-  TapiSystem mute("device media=0x10\n" + kLocation, Stage::Created);
-  functions.GetTAPIInterfaces(*mute.line);
-  ASSERT_EQ(lines.table.size(), 1U) << "without a voice line one empty record";
-  EXPECT_EQ(lines.table[0].Name, "");
+  Reporting mute("media=0x10");
+  system.functions.GetTAPIInterfaces(*mute.line);
+  EXPECT_THAT(system.lines.table, ElementsAre(FieldsAre(_, ""))) << "without a voice line one empty record";
 }
 
 }  // namespace

@@ -36,10 +36,10 @@ class RecordedEvents : public LineEvents {
 /// How far a line object has come: registered, open, with a call whose reply has come.
 enum class Stage { Made, Created, Open, Calling };
 
-/// A line object on simulated telephony, or on another one, with nothing above it.
+/// A line object on simulated telephony, or on another kind of it, with nothing above it.
 struct TapiSystem : Recorded {
-  explicit TapiSystem(const std::string& scenario, Stage stage = Stage::Made, Telephony* other = nullptr)
-      : sim(Scenario::Parse(scenario)), telephony(other != nullptr ? *other : sim), line(MakeLine()) {
+  explicit TapiSystem(const std::string& scenario, Stage stage = Stage::Made, LineSimulator* other = nullptr)
+      : own(Scenario::Parse(scenario)), sim(other != nullptr ? *other : own), line(MakeLine()) {
     bool reached = stage < Stage::Created || line->Create();
     reached = reached && (stage < Stage::Open || line->OpenLine());
     reached = reached && (stage < Stage::Calling || line->MakeCallAsynch("1"));
@@ -48,7 +48,7 @@ struct TapiSystem : Recorded {
   }
 
   std::shared_ptr<CvbTAPILine> MakeLine() {
-    return CvbTAPILine::Make({diagnostics, telephony, icons, codePage, callback, "FonklavTAPI"}, events);
+    return CvbTAPILine::Make({diagnostics, sim, icons, codePage, callback, "FonklavTAPI"}, events);
   }
 
   void State(std::uint32_t state) { line->LineProcHandler(0, LINE_CALLSTATE, state, 0, 0); }
@@ -58,8 +58,8 @@ struct TapiSystem : Recorded {
     loop.Run();
   }
 
-  LineSimulator sim;
-  Telephony& telephony;
+  LineSimulator own;
+  LineSimulator& sim;
   FakeCodePage codePage;
   FakeIconPainter icons;
   FakeMessageLoop loop;

@@ -1,8 +1,8 @@
 #include <gmock/gmock.h>
 
+#include <array>
 #include <span>
 #include <utility>
-#include <vector>
 
 #include "util/DateTime.h"
 #include "util/OsDescription.h"
@@ -11,7 +11,7 @@
 namespace fonklav {
 namespace {
 
-using testing::StartsWith;
+using namespace testing;
 
 TEST(DateTime, StampsAreOfOneWidth) {
   EXPECT_EQ(GetFormatedDateByString({2015, 3, 7, 9, 5, 31}, "/", true), "2015/03/07");
@@ -56,37 +56,32 @@ TEST(OsDescription, NamesTheEditionAndTellsTheNt6Family) {
   EXPECT_FALSE(IsNt6OrLater({})) << "nothing could be asked: no protected program folder is assumed";
 }
 
-struct Ticket {
-  int number{0};
-  std::vector<int>* closed{nullptr};
-  bool operator==(const Ticket& other) const { return number == other.number; }
+/// A handle to a count of how often it was closed.
+struct CountHandle {
+  using Type = int*;
+  static Type None() noexcept { return nullptr; }
+  static void Close(int* closed) noexcept { ++*closed; }
 };
 
-struct TicketHandle {
-  using Type = Ticket;
-  static Type None() noexcept { return {}; }
-  static void Close(Ticket ticket) noexcept { ticket.closed->push_back(ticket.number); }
-};
-
-using UniqueTicket = UniqueHandle<TicketHandle>;
+using UniqueCount = UniqueHandle<CountHandle>;
 
 TEST(UniqueHandle, EachHandleIsClosedOnce) {
-  std::vector<int> closed;
+  std::array closed{0, 0, 0};
   {
-    UniqueTicket first{Ticket{1, &closed}};
-    UniqueTicket second{Ticket{2, &closed}};
-    UniqueTicket moved{std::move(first)};
+    UniqueCount first{&closed[0]};
+    UniqueCount second{&closed[1]};
+    UniqueCount moved{std::move(first)};
     second = std::move(moved);
-    EXPECT_EQ(closed, (std::vector{2})) << "what was held goes when something else is taken over";
+    EXPECT_THAT(closed, ElementsAre(0, 1, 0)) << "what was held goes when something else is taken over";
     auto& same = second;
     second = std::move(same);
-    second.Reset(Ticket{1, &closed});
-    EXPECT_EQ(closed, (std::vector{2})) << "taking over what is held already closes nothing";
-    UniqueTicket given{Ticket{3, &closed}};
-    EXPECT_EQ(given.Release().number, 3);
+    second.Reset(&closed[0]);
+    EXPECT_THAT(closed, ElementsAre(0, 1, 0)) << "taking over what is held already closes nothing";
+    UniqueCount given{&closed[2]};
+    EXPECT_EQ(given.Release(), &closed[2]);
     EXPECT_FALSE(given);
   }
-  EXPECT_EQ(closed, (std::vector{2, 1}));
+  EXPECT_THAT(closed, ElementsAre(1, 1, 0));
 }
 
 }  // namespace

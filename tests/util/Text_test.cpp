@@ -62,8 +62,7 @@ TEST(FoldCase, LettersOfOurUsersAndNothingElse) {
   EXPECT_EQ(FoldCase("ÄÖÜ Straße ÉÇ"), "äöü straße éç");
   // The first and the last of each range, and what stands beside them.
   EXPECT_EQ(FoldCase("ÀÞ ĀĶ ĹŇ ŊŶ ŸŹŽ ΑΩ ЀЏ АЯ"), "àþ āķ ĺň ŋŷ ÿźž αω ѐџ ая");
-  EXPECT_EQ(FoldCase("@[`{ ¿×ß ĸŉſƀ ΐΪ аѐ"), "@[`{ ¿×ß ĸŉſƀ ΐΪ аѐ");
-  EXPECT_EQ(FoldCase("×÷[]@{1}€"), "×÷[]@{1}€");
+  EXPECT_EQ(FoldCase("@[`{ ¿×ß÷ ĸŉſƀ ΐΪ аѐ 1€"), "@[`{ ¿×ß÷ ĸŉſƀ ΐΪ аѐ 1€");
   // Bytes that are no UTF-8 must survive: keys come from files.
   EXPECT_EQ(FoldCase("\xC3"), "\xC3");
   EXPECT_EQ(FoldCase("\xFF\xC3\x41\x80"), "\xFF\xC3\x61\x80");

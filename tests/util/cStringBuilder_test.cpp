@@ -55,12 +55,10 @@ TEST(StringBuilder, PositionsOutsideAreError9ForTheCaller) {
   Built text;
   text.builder.Append(u"abc");
   text.builder.Insert(3, u"d");
-  EXPECT_EQ(ErrorOf([&] { text.builder.Insert(5, u"x"); }), 9);
-  EXPECT_EQ(ErrorOf([&] { text.builder.Insert(-1, u"x"); }), 9);
-  EXPECT_EQ(ErrorOf([&] { text.builder.Remove(5, 0); }), 9);
-  EXPECT_EQ(ErrorOf([&] { text.builder.Remove(2, 3); }), 9);
-  EXPECT_EQ(ErrorOf([&] { text.builder.Remove(2, -1); }), 9);
-  EXPECT_EQ(ErrorOf([&] { text.builder.Remove(4, 0x7FFFFFFF); }), 9);
+  for (const int at : {5, -1}) EXPECT_EQ(ErrorOf([&] { text.builder.Insert(at, u"x"); }), 9) << at;
+  for (const auto& range : {std::pair{5, 0}, {2, 3}, {2, -1}, {4, 0x7FFFFFFF}}) {
+    EXPECT_EQ(ErrorOf([&] { text.builder.Remove(range.first, range.second); }), 9) << testing::PrintToString(range);
+  }
   EXPECT_EQ(ErrorOf([&] { text.builder.ChunkSize(0); }), 380);
   text.builder.ChunkSize(1);
   text.builder.Remove(4, 0);
