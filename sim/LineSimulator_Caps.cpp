@@ -17,9 +17,11 @@ constexpr std::size_t kDevCapsSize = 292;
 /// refused.
 std::string Translated(const std::string& address, const Scenario::Location& location, bool blanks) {
   if (!address.starts_with('+')) return address;
-  const std::regex head(blanks ? R"(\+(\d+) (?:\((\d+)\) )?)" : R"(\+(\d+) ?(?:\((\d+)\) ?)?)");
+  static const std::regex strict(R"(\+(\d+) (?:\((\d+)\) )?)");
+  static const std::regex loose(R"(\+(\d+) ?(?:\((\d+)\) ?)?)");
   std::smatch codes;
-  const bool canonical = std::regex_search(address, codes, head, std::regex_constants::match_continuous);
+  const bool canonical =
+      std::regex_search(address, codes, blanks ? strict : loose, std::regex_constants::match_continuous);
   const std::string number = canonical ? codes.suffix().str() : "";
   Require(!number.empty() && number.find_first_of("()+") == std::string::npos, LINEERR_INVALADDRESS);
   const std::string country = codes[1];

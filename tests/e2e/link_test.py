@@ -19,6 +19,8 @@ DIALED_ON = [*STARTED, *WHOLE_CALL]
 # name: what the main program does from the start that it should not; the conversation, in which it goes on doing so;
 # what else it sees; whether closing the window hides it or, when a report counts as failed, ends the program.
 PEERS = {
+    "busy-for-0.8-seconds": (["misbehave busy-at-link 800"], DIALED_ON, [], "hides"),
+    "busy-for-2.5-seconds": (["misbehave busy-at-link 2500"], DIALED_ON, [], "hides"),
     "busy-for-6-seconds": (["misbehave busy-at-link 6000"], DIALED_ON, [], "hides"),
     "the-item-is-busy-twice": (["misbehave busy-at-advise 2"], DIALED_ON, [], "hides"),
     "the-item-is-answered-late": (["misbehave advise-delay 1500"], DIALED_ON, [], "hides"),
@@ -92,6 +94,18 @@ def loss(name, lose, scenario, story):
     """The partner goes; the dialer follows it, and leaves nothing open."""
     with started(name, scenario, story) as session:
         lose(session)
+        expect_clean_end(session)
+
+
+@case("the-item-is-refused")
+def refused(name):
+    """There are no commands, but reports, and the partner's end is the dialer's."""
+    with dialer(name) as session:
+        session.do("misbehave advise-status 0")
+        session.start(SETTINGS)
+        session.expected = STARTED
+        session.wait_for_reports(len(STARTED))
+        session.do("terminate")
         expect_clean_end(session)
 
 

@@ -2,7 +2,7 @@
 """The window as a person has it: real clicks and keys, and what the program shows, reports and stores then."""
 from contextlib import contextmanager
 
-from conversations import ANSWERED, CALL, CAPTION, DIALED, SETTINGS, STARTED, open_panel
+from conversations import ANSWERED, CALL, CAPTION, DIALED, HANG_UP, IDLE, SETTINGS, STARTED, open_panel
 from dialer_session import wait_until
 from stories import CALL_UP, calls, case, cases, dialer, equal, expect_reports, found, run, started
 
@@ -198,13 +198,13 @@ def by_hand(name):
         status = control(session.window(CAPTION), "Edit", 2)
         equal(status.text, "Anmeldung >> ISDN-Line1\nVorbereitung\nWählen\nKlingeln\nVerbunden\n")
         session.click("Auflegen")
-        session.wait("anzlog|Leerlauf")
+        heard += [*HANG_UP[2:], "btnCall|1|cmdHangUp_Click", "anzlog|Call Dropped", *IDLE]
+        expect_reports(session, heard)
         session.click("clear")
         wait_until("the status box is empty", lambda: control(session.window(CAPTION), "Edit", 2).text == "")
         type_into(session, 0, ["Return"])
         wait_until("Enter is OK elsewhere", lambda: hidden(session))
-        session.settle()
-        equal(session.said("cmd|settchange"), 1)
+        expect_reports(session, [*heard, *STARTED, "cmd|settchange"])
 
 
 @case("keys-do-what-a-dialog-does")
