@@ -43,10 +43,10 @@ class Item(namedtuple("Item", "kind window_class left top width height focus tic
 class Session:
     """One dialer and one stand-in. Everything that belongs to the session lies in its folder: the program as it was
     built, its settings and logs, the simulator's log. `scenario` is what the line simulator plays; `tapi` says which
-    telephony library Wine offers ("n,b" the simulator, "" none); `control` has the simulator look for orders, which
-    wakes the dialer all the time; `hear` is told each line at once."""
+    telephony library Wine offers ("n,b" the simulator, "" none); `holdings` has the simulator log what the dialer holds
+    at each start of telephony; `hear` is told each line at once."""
 
-    def __init__(self, env, folder, scenario, tapi="n,b", control=False, hear=None):
+    def __init__(self, env, folder, scenario, tapi="n,b", holdings=False, hear=None):
         self.env, self.folder = env, Path(folder)
         self.lines = []
         self._hear = hear or (lambda line: None)
@@ -59,11 +59,11 @@ class Session:
         shutil.copyfile(env.build / "FonklavTAPI.exe", self.program)
         self.write("Rufmonpaths.ini", f"[Paths]\nProgramData={windows_path(self.folder)}\n")
         self.write("scenario.txt", scenario)
-        self.sim_log, self.sim_control = self.folder / "sim.log", self.folder / "sim.control"
+        self.sim_log = self.folder / "sim.log"
         self._environ = env.environ(WINEDLLOVERRIDES=f"mscoree,mshtml=;tapi32={tapi}",
                                     FONKLAV_SIM_SCENARIO=windows_path(self.folder / "scenario.txt"),
                                     FONKLAV_SIM_LOG=windows_path(self.sim_log),
-                                    FONKLAV_SIM_CONTROL=windows_path(self.sim_control) if control else "")
+                                    FONKLAV_SIM_HOLDINGS="1" if holdings else "")
 
     def __enter__(self):
         self.suite = subprocess.Popen(["wine", str(self.env.build / "sim/suite.exe"), windows_path(self.program)],

@@ -14,7 +14,6 @@ namespace fonklav {
 namespace {
 
 constexpr UINT kTickMs = 10;
-constexpr unsigned kTicksPerControl = 5;  // opening a file is dear, and nobody says two things within 50 ms
 
 using LineCallback = void(CALLBACK*)(DWORD, DWORD, DWORD_PTR, DWORD_PTR, DWORD_PTR, DWORD_PTR);
 
@@ -67,7 +66,7 @@ std::string Holdings() {
 }
 
 /// The simulated telephony as a process sees it: the simulator on the system's clock, a timer that delivers on the
-/// thread that uses telephony, the log and the control file. Environment variables name the files; each may be missing.
+/// thread that uses telephony, and the log. Environment variables name the files; each may be missing.
 class StandIn final : public LineSimulator, public LineMessageSink {
  public:
   /// The one of this process, made at its first use: the published functions have nothing else that could lead to it.
@@ -79,11 +78,13 @@ class StandIn final : public LineSimulator, public LineMessageSink {
   LineCallback callback{nullptr};  ///< the one given last, for all registrations of the program
 
  private:
-  StandIn() : LineSimulator({}), controlPath_(Environment("FONKLAV_SIM_CONTROL")) {
+  StandIn() : LineSimulator({}) {
     const std::string logPath = Environment("FONKLAV_SIM_LOG");
     if (!logPath.empty()) log_.open(logPath, std::ios::app | std::ios::binary);
     SetLog([this](std::string_view line) { Log(line); });
-    inside = [this](std::string_view /*function*/) {
+    const bool counts = !Environment("FONKLAV_SIM_HOLDINGS").empty();
+    inside = [this, counts](std::string_view function) {
+      if (counts && function == "lineInitializeEx") Log(Holdings());
       ForgetCalls();  // the log has them, and what is held is to be the same however many there are in a tick
       MoveClock(Elapsed());
       if (timer_ == 0) timer_ = SetTimer(nullptr, 0, kTickMs, &OnTimer);
@@ -103,26 +104,10 @@ class StandIn final : public LineSimulator, public LineMessageSink {
   /// One message a tick, so that the program's other messages come between them as they do with the real library.
   static void CALLBACK OnTimer(HWND /*window*/, UINT /*message*/, UINT_PTR /*timer*/, DWORD /*time*/) {
     StandIn& standIn = Instance();
-    if (!standIn.controlPath_.empty() && ++standIn.ticks_ % kTicksPerControl == 0) standIn.ReadControl();
     // Before the program's next call nothing can come, and a program that sleeps is to be left asleep.
-    const bool idle = standIn.controlPath_.empty() && standIn.WaitingMessages() == 0;
-    if (idle || standIn.Registrations() == 0) KillTimer(nullptr, std::exchange(standIn.timer_, 0));
+    const bool idle = standIn.WaitingMessages() == 0 || standIn.Registrations() == 0;
+    if (idle) KillTimer(nullptr, std::exchange(standIn.timer_, 0));
     standIn.DeliverOne(standIn.Elapsed());
-  }
-
-  /// Runs the lines that have come since the last look; a line counts when its end is written.
-  void ReadControl() {
-    std::ifstream file(controlPath_, std::ios::binary);
-    if (!file.seekg(controlRead_)) return;
-    for (std::string line; std::getline(file, line) && !file.eof(); controlRead_ = file.tellg()) {
-      Log("control " + line);
-      try {
-        MoveClock(Elapsed());
-        line == "holdings" ? Log(Holdings()) : Command(line);
-      } catch (const ScenarioError& error) {
-        Log("error in control: " + std::string(error.what()));
-      }
-    }
   }
 
   void Log(std::string_view line) {
@@ -135,9 +120,6 @@ class StandIn final : public LineSimulator, public LineMessageSink {
   }
 
   ULONGLONG begin_ = GetTickCount64();
-  std::string controlPath_;
-  std::streamoff controlRead_{0};
-  unsigned ticks_{0};
   std::ofstream log_;
   UINT_PTR timer_{0};
 };
