@@ -77,6 +77,7 @@ LOSSES = {
     "vanishes": lambda session: session.do("misbehave vanish"),
     "closes": lambda session: session.do("terminate"),
     "is-killed": lambda session: session.suite.kill(),
+    "exits": lambda session: session.do("exit"),
 }
 # When it is lost: what the line does, and the conversation.
 MOMENTS = {
