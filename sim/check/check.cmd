@@ -40,14 +40,17 @@ echo [Paths]> Rufmonpaths.ini
 echo ProgramData=%cd%>> Rufmonpaths.ini
 set program=FonklavTAPI.exe
 if %2==link.partner-on-the-library set program=..\..\..\main-program.exe
-for %%h in (1 2) do call :half ..\..\..\stories\%1\%2\%%h.txt
+for %%h in (1 2) do call :half ..\..\..\stories\%1\%2 %%h
+type 1.txt 2.txt > conversation.txt 2>nul
 taskkill /f /im FonklavTAPI.exe >nul 2>nul
 cd ..\..\..
 call :verdict %failures% "%1: %2" %folder%\conversation.txt
 exit /b
 
 :half
-..\..\..\suite.exe %program% < %1 >> conversation.txt 2>&1
+rem What could not be started has failed. A file for each: a dialer that outlives the first may hold what that wrote.
+cmd /c exit 1
+..\..\..\suite.exe %program% < %1\%2.txt > %2.txt 2>&1
 if not %errorlevel%==0 set failures=1
 exit /b
 
