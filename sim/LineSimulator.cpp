@@ -192,7 +192,7 @@ std::int32_t LineSimulator::lineMakeCall(HLINE line, HCALL& call, const char* ad
     }
     const HCALL made = NextHandle(live_, lastCall_);
     live_[made] = {.line = line};
-    return Request(scenario_.callSteps.value_or(*kOtherwise.callSteps), made, &call);
+    return Request(*(scenario_.callSteps ? scenario_ : kOtherwise).callSteps, made, &call);
   });
 }
 
@@ -201,7 +201,7 @@ std::int32_t LineSimulator::lineDrop(HCALL call) {
     Require(live_.contains(call), LINEERR_INVALCALLHANDLE);
     Require(live_.at(call).state != LINECALLSTATE_IDLE, LINEERR_INVALCALLSTATE);
     DropWaiting(call, false);
-    return Request(scenario_.dropSteps.value_or(*kOtherwise.dropSteps), call);
+    return Request(*(scenario_.dropSteps ? scenario_ : kOtherwise).dropSteps, call);
   });
 }
 
