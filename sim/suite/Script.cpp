@@ -303,7 +303,6 @@ void Script::AddStoryCommands() {
     handles_ = counts;
   };
   commands_["kill"] = [](const std::string&) { TerminateProcess(GetCurrentProcess(), 0); };
-  commands_["make-folder"] = [](const std::string& path) { std::filesystem::create_directory(path); };
   commands_["remove"] = [](const std::string& path) { std::filesystem::remove(path); };
 }
 
