@@ -16,6 +16,12 @@ FOLDER = ROOT / "build/demo"
 EXPECTED = [*STARTED, *DIALED, *ANSWERED, *FAR_END_HUNG_UP, *IDLE]
 
 
+def show(line):
+    """Prints what is said, not what the script looks at."""
+    if line.who != "screen":
+        print(line, flush=True)
+
+
 def take_picture(session, name):
     path = FOLDER / f"{name}.png"
     session.picture(path, wait_until("the window", session.windows)[0])
@@ -24,8 +30,8 @@ def take_picture(session, name):
 
 def dial(env, language, code, percent):
     """What is clicked goes by its place in tab order, whatever its caption in that language."""
-    with Session(env, FOLDER / "session", (ROOT / "sim/scenarios/two-lines.txt").read_text(),
-                 hear=lambda line: line.who == "screen" or print(line, flush=True)) as session:
+    scenario = (ROOT / "sim/scenarios/two-lines.txt").read_text()
+    with Session(env, FOLDER / "session", scenario, hear=show) as session:
         session.write("data/Rufmon.ini", f"[General]\nLanguage={code}\n")
         shutil.copy(ROOT / f"lang/language_{code}.ini", session.folder / "base")
         session.start(SETTINGS, "/sett")
@@ -60,7 +66,10 @@ def main():
     sys.stdout.reconfigure(encoding="utf-8")
     try:
         with WineEnv() as env:
-            screens(env) if sys.argv[1:] else dial(env, "de", 49, 100)
+            if sys.argv[1:]:
+                screens(env)
+            else:
+                dial(env, "de", 49, 100)
     except AssertionError as fault:
         sys.exit(f"The demo failed: {fault}")
     print("\nThe call went through, the dialer ended by itself.")

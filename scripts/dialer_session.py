@@ -59,10 +59,9 @@ class Session:
         shutil.copyfile(env.build / "FonklavTAPI.exe", self.program)
         self.write("Rufmonpaths.ini", f"[Paths]\nProgramData={windows_path(self.folder)}\n")
         self.write("scenario.txt", scenario)
-        self.sim_log = self.folder / "sim.log"
         self._environ = env.environ(WINEDLLOVERRIDES=f"mscoree,mshtml=;tapi32={tapi}",
                                     FONKLAV_SIM_SCENARIO=windows_path(self.folder / "scenario.txt"),
-                                    FONKLAV_SIM_LOG=windows_path(self.sim_log),
+                                    FONKLAV_SIM_LOG=windows_path(self.folder / "sim.log"),
                                     FONKLAV_SIM_HOLDINGS="1" if holdings else "")
 
     def __enter__(self):
@@ -140,9 +139,13 @@ class Session:
         then it does not say. Neither the question nor its answer counts as part of the conversation."""
         begin = len(self.lines)
         self.send("debug|0")
-        answer = self._until(lambda: [line for line in self.lines[begin:] if line.text == "cmd|quitt"], seconds)
-        assert answer, f"the dialer has not answered within {seconds} s"
-        answer[0].who = "settled"
+
+        def answers():
+            return [line for line in self.lines[begin:] if line.who == DIALER and line.text == "cmd|quitt"]
+
+        said = self._until(answers, seconds)
+        assert said, f"the dialer has not answered within {seconds} s"
+        said[0].who = "settled"
 
     def wait_for_end(self, seconds=2):
         """Waits until no process of the dialer is left."""
