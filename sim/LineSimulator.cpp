@@ -242,18 +242,11 @@ void LineSimulator::DropWaiting(HCALL call, bool repliesToo) {
   });
 }
 
-bool LineSimulator::InjectState(std::uint32_t state, std::uintptr_t detail) {
+void LineSimulator::InjectState(std::uint32_t state, std::uintptr_t detail) {
   const HCALL call = NewestCall();
-  if (call == 0 || live_.at(call).state == LINECALLSTATE_IDLE) return false;
+  if (call == 0 || live_.at(call).state == LINECALLSTATE_IDLE) return;
   DropWaiting(call, false);
   QueueStep({.kind = Kind::State, .message = {.message = LINE_CALLSTATE, .p1 = state, .p2 = detail}}, call);
-  return true;
-}
-
-bool LineSimulator::RemoteHangUp() {
-  const HCALL call = NewestCall();
-  const bool gone = call != 0 && live_.at(call).state == LINECALLSTATE_DISCONNECTED;
-  return !gone && InjectState(LINECALLSTATE_DISCONNECTED, LINEDISCONNECTMODE_NORMAL);
 }
 
 bool LineSimulator::ForceClose() {
@@ -262,29 +255,6 @@ bool LineSimulator::ForceClose() {
   EndLine(handle);
   Queue({.due = now_, .app = closed.app, .message = {handle, LINE_CLOSE, closed.instance, 0, 0, 0}});
   return true;
-}
-
-void LineSimulator::Command(std::string_view text) {
-  ScenarioLine line(text, 1);
-  if (line.Empty()) return;
-  const std::string command = line.Word("a command");
-  bool done = true;
-  if (command == "hangup") {
-    done = RemoteHangUp();
-  } else if (command == "close") {
-    done = ForceClose();
-  } else if (command == "state") {
-    const LineMessage message = ReadStep(command, line).message;
-    done = InjectState(static_cast<std::uint32_t>(message.p1), message.p2);
-  } else if (command == "message") {
-    auto [kind, after, message, ownInstance] = ReadStep(command, line);
-    if (ownInstance && !lines_.empty()) message.instance = lines_.rbegin()->second.instance;
-    InjectMessage(message);
-  } else {
-    return scenario_.Apply(text);
-  }
-  line.End();
-  if (!done) line.Fail("there is no call or line for '" + command + "'");
 }
 
 void LineSimulator::Advance(Milliseconds time) {

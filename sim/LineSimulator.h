@@ -57,7 +57,6 @@ class LineSimulator : public Telephony {
   void ForgetCalls() { calls_.clear(); }
   /// The string argument of every call of `function`, "(null)" for a null pointer.
   [[nodiscard]] std::vector<std::string> TextsOf(std::string_view function) const;
-  [[nodiscard]] std::size_t CountOf(std::string_view function) const { return TextsOf(function).size(); }
   [[nodiscard]] std::size_t Registrations() const { return apps_.size(); }
   [[nodiscard]] std::size_t OpenLines() const { return lines_.size(); }
   [[nodiscard]] std::size_t LiveCalls() const { return live_.size(); }
@@ -70,17 +69,14 @@ class LineSimulator : public Telephony {
   void SetLog(std::function<void(std::string_view)> log) { log_ = std::move(log); }
 
   // What happens at the far end, or in a driver that errs; it arrives with the next pumping. The first two go to the
-  // newest call and return false when there is none that could do so.
-  bool RemoteHangUp();
+  // newest call; nothing comes of them where it has ended, or there is none.
+  void RemoteHangUp() { InjectState(LINECALLSTATE_DISCONNECTED, sim::LINEDISCONNECTMODE_NORMAL); }
   /// Puts the call into `state`, whatever it is in; what the scenario still held for it is dropped.
-  bool InjectState(std::uint32_t state, std::uintptr_t detail = 0);
+  void InjectState(std::uint32_t state, std::uintptr_t detail = 0);
   /// Any message, for any object instance; it goes to the newest registration.
   void InjectMessage(const LineMessage& message) { Queue({.due = now_, .message = message}); }
   /// Telephony takes the newest open line away: its handle is dead, LINE_CLOSE says so. False without an open line.
   bool ForceClose();
-  /// Does what a command of README.md says, or any line of a scenario, which holds from then on. Throws ScenarioError
-  /// for what it does not understand or cannot do.
-  void Command(std::string_view text);
 
   // Telephony.
   std::int32_t lineInitializeEx(HLINEAPP& app, LineMessageSink& sink, const char* name, std::uint32_t& devices,

@@ -79,6 +79,28 @@ void AddLocation(Scenario& scenario, ScenarioLine& line) {
   scenario.locations.push_back(std::move(location));
 }
 
+/// The message that a line's word `kind` stands for; `line` stands behind that word.
+Scenario::Step ReadStep(const std::string& kind, ScenarioLine& line) {
+  using Kind = Scenario::Step::Kind;
+  Scenario::Step step;
+  auto& message = step.message;
+  if (kind == "reply") {
+    step.kind = Kind::Reply;
+    message = {.message = LINE_REPLY, .p2 = line.Number("result", 0)};
+  } else if (kind == "state") {
+    step.kind = Kind::State;
+    message = {.message = LINE_CALLSTATE, .p1 = ReadState(line), .p2 = line.Number("detail", 0)};
+  } else if (kind == "message") {
+    const auto instance = line.Text("instance");
+    step.ownInstance = !instance;
+    message = {line.Number("device", 0), line.Number("msg", 0), line.ToNumber(instance.value_or("0")),
+               line.Number("p1", 0),     line.Number("p2", 0),  line.Number("p3", 0)};
+  } else {
+    line.Fail("'" + kind + "' is none of reply, state, message, nothing");
+  }
+  return step;
+}
+
 template <auto Steps>
 void AddStep(Scenario& scenario, ScenarioLine& line) {
   auto& steps = scenario.*Steps;
@@ -190,27 +212,6 @@ void ScenarioLine::End() const {
 
 void ScenarioLine::Fail(const std::string& why) const {
   throw ScenarioError("line " + std::to_string(number_) + ": " + why);
-}
-
-Scenario::Step ReadStep(const std::string& kind, ScenarioLine& line) {
-  using Kind = Scenario::Step::Kind;
-  Scenario::Step step;
-  auto& message = step.message;
-  if (kind == "reply") {
-    step.kind = Kind::Reply;
-    message = {.message = LINE_REPLY, .p2 = line.Number("result", 0)};
-  } else if (kind == "state") {
-    step.kind = Kind::State;
-    message = {.message = LINE_CALLSTATE, .p1 = ReadState(line), .p2 = line.Number("detail", 0)};
-  } else if (kind == "message") {
-    const auto instance = line.Text("instance");
-    step.ownInstance = !instance;
-    message = {line.Number("device", 0), line.Number("msg", 0), line.ToNumber(instance.value_or("0")),
-               line.Number("p1", 0),     line.Number("p2", 0),  line.Number("p3", 0)};
-  } else {
-    line.Fail("'" + kind + "' is none of reply, state, message, nothing");
-  }
-  return step;
 }
 
 Scenario Scenario::Parse(std::string_view text) {

@@ -126,7 +126,4 @@ struct Scenario {
   void Apply(std::string_view text, std::size_t number = 1);
 };
 
-/// What a line says of the message that its word `kind` stands for; `line` stands behind that word.
-[[nodiscard]] Scenario::Step ReadStep(const std::string& kind, ScenarioLine& line);
-
 }  // namespace fonklav

@@ -44,8 +44,6 @@ MIRRORS = [
     ("docs/reliability.md", "Fuzzing", 0, "`(.+)`", [TREE], r"^fuzz/(\w+)_fuzz\.cpp$"),
     ("docs/architecture.md", "The layers", 0, r"`(\w+)/`", [TREE], r"^([a-z]+)/", "cmake", "docs"),
     ("sim/README.md", "Scenarios", 0, r"^`(\w+)", ["sim/Scenario.cpp"], r'\{"(\w+)", (?:Set|Add)|kRepeat = "(\w+) "'),
-    ("sim/README.md", "Commands", 0, r"`(\w+)", ["sim/LineSimulator.cpp"],
-     r'(?:command|line) == "(\w+)"'),
     ("sim/README.md", "The stand-in library", 0, r"`(\w+)`", ["sim/tapi32/StandIn.cpp"], r'Environment\("(\w+)"'),
 ]
 

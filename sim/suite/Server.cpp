@@ -128,7 +128,7 @@ void Server::Answer(const std::string& kind, HWND client, UINT_PTR what) {
   }
 }
 
-void Server::PostValueFrom(HWND sender, const Value& value) const {
+void Server::PostValue(HWND sender, const Value& value) const {
   for (const HWND client : linked_) {
     const std::size_t size = offsetof(DDEDATA, Value) + value.bytes.size();
     const HGLOBAL memory = GlobalAlloc(GMEM_MOVEABLE | GMEM_DDESHARE | GMEM_ZEROINIT, size);
@@ -165,7 +165,7 @@ void Server::Misbehave(const std::string& how, const std::string& detail) {
                                                  {"value-of-size", {std::string(amount, 'x')}}};
   std::map<std::string_view, std::function<void()>> acts;
   acts["values"] = [&] {
-    for (unsigned number = 0; number < amount; ++number) PostValue({"frob " + std::to_string(number)});
+    for (unsigned number = 0; number < amount; ++number) PostValue(window_.Get(), {"frob " + std::to_string(number)});
   };
   acts["value-without-memory"] = [&] {
     for (const HWND each : linked_) Post(each, WM_DDE_DATA, PackDDElParam(WM_DDE_DATA, 0, GlobalAddAtomA(kItem)));
@@ -176,7 +176,7 @@ void Server::Misbehave(const std::string& how, const std::string& detail) {
   // A window that the client does not talk to says all that the server may say.
   acts["stranger"] = [&] {
     const auto stranger = reinterpret_cast<WPARAM>(stranger_.Get());
-    PostValueFrom(stranger_.Get(), {"cmd|hangup"});
+    PostValue(stranger_.Get(), {"cmd|hangup"});
     for (const HWND client : linked_) {
       PostMessageA(client, WM_DDE_ACK, stranger, PackDDElParam(WM_DDE_ACK, 0, GlobalAddAtomA(kItem)));
       PostMessageA(client, WM_DDE_TERMINATE, stranger, 0);
@@ -199,7 +199,7 @@ void Server::Misbehave(const std::string& how, const std::string& detail) {
   if (const auto habit = habits_.find(how); habit != habits_.end()) {
     habit->second = amount;
   } else if (const auto value = values.find(how); value != values.end()) {
-    PostValue(value->second);
+    PostValue(window_.Get(), value->second);
   } else {
     acts.at(how)();
   }

@@ -33,7 +33,7 @@ class Server {
   Server& operator=(const Server&) = delete;
 
   /// Sends the item's new value to whoever is linked to it.
-  void Publish(const std::string& value) const { PostValue({value + '\0'}); }
+  void Publish(const std::string& value) const { PostValue(window_.Get(), {value + '\0'}); }
   /// Ends each conversation from this side. False when there is none.
   bool Terminate();
   /// Does something that no good server does, or makes a habit of it, as the table of commands in docs/building.md
@@ -58,8 +58,7 @@ class Server {
   void OnAck(LPARAM lParam);
   /// Acknowledges a message, as late, as often and with such a status as the habits for this kind of it say.
   void Answer(const std::string& kind, HWND client, UINT_PTR what);
-  void PostValue(const Value& value) const { PostValueFrom(window_.Get(), value); }
-  void PostValueFrom(HWND sender, const Value& value) const;
+  void PostValue(HWND sender, const Value& value) const;
   void Post(HWND client, UINT message, LPARAM lParam) const;
 
   Listener listener_;

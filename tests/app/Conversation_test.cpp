@@ -31,9 +31,19 @@ std::string NotDropped(const std::string& error, const std::string& button = "1|
   return kHangsUp + "log|ERROR " + error + "\nanz|DropCallAsynch Error >> Log\nbtnCall|" + button;
 }
 
+using Event = std::function<void(LineSimulator& line)>;
+Event GoesInto(std::uint32_t state) {
+  return [=](LineSimulator& line) { line.InjectState(state); };
+}
+Event Sends(const LineMessage& message) {
+  return [=](LineSimulator& line) { line.InjectMessage(message); };
+}
+constexpr std::uint32_t kLineRemove = 25;
+constexpr std::uint32_t kReinit = 0x40000;
+
 /// Something happens, time passes, and this is heard and can be pressed.
 struct Step {
-  std::string what;  ///< a value of the item; behind a "~", an order to the line
+  std::variant<std::string, Event> what;  ///< a value of the item, or what the line does by itself
   int milliseconds;
   std::string stage;
 };
@@ -57,7 +67,7 @@ const std::vector<Scene> kScenes{
       {"", 20, kRings + "[HangUp]"},
       {"", 20, "[HangUp]"},
       {"", 20, kConnected + "[HangUp]"},
-      {"~hangup", 0, kFarEndGone + "[]"},
+      {&LineSimulator::RemoteHangUp, 0, kFarEndGone + "[]"},
       {"", 10, kDropped + "[]"},
       {"", 10, kIdle + "[Dial]"}}},
     {{"hangUpAndCallAgain", kAnswered},
@@ -83,7 +93,7 @@ const std::vector<Scene> kScenes{
     {{"dropRefused", kAnswered + "refuse lineDrop 0x80000048\n", 1},
      {kCallIsUp,
       {"cmd|hangup", 200, NotDropped("-2147483576 Operation Failed")},
-      {"~state CONNECTED", 0, kConnected + "[Dial HangUp]"}}},
+      {GoesInto(LINECALLSTATE_CONNECTED), 0, kConnected + "[Dial HangUp]"}}},
     {{"dropRefusedByItsReply", "call reply after=20\ndrop reply after=10 result=0x80000048\n", 1},
      {{"cmd|call|0301234567", 20, kAsks + kTaken + "[HangUp]"},
       {"cmd|hangup", 10, kHungUp + "log|Call Drop Error: Operation Failed\nanz|Drop Error >> Log\n[Dial]"}}},
@@ -91,7 +101,8 @@ const std::vector<Scene> kScenes{
      {kCallIsUp, {"cmd|call|0307654321", 0, NotOpened("0 Unknown Error")}, kHungUpAndIdle}},
     {{"withoutANumberTheDialButtonStaysOff", kAnswered},
      {{"cmd|call", 80, kCallIsUp.stage},
-      {"~hangup", 20, kFarEndGone + kDropped + "btnCall|0|Idle\nbtnHangUp|0\nanzlog|Leerlauf\ncmd|autohide\n[]"},
+      {&LineSimulator::RemoteHangUp, 20,
+       kFarEndGone + kDropped + "btnCall|0|Idle\nbtnHangUp|0\nanzlog|Leerlauf\ncmd|autohide\n[]"},
       {"cmd|hangup", 0, NotDropped("-2147483624 Invalid Call Handle", "0|cmdHangUp_Click\n[]")}}},
     {{"theSameValueTwiceIsNoChange", ""},
      {{"settings", 0, "cmd|quitt\n[]"}, {"settings", 0, "[]"}, {"", 0, "[]"}, {"settings", 0, "cmd|quitt\n[]"}}},
@@ -109,30 +120,30 @@ const std::vector<Scene> kScenes{
       {"cmd|call|0301234567", 20, kAsks + kIdle + kTaken + "[Dial]"}}},
     {{"disconnectedAndNeverIdle", kAnswered + "drop nothing\n", 1},
      {kCallIsUp,
-      {"~hangup", 200, kFarEndGone + "[]"},
+      {&LineSimulator::RemoteHangUp, 200, kFarEndGone + "[]"},
       {"cmd|hangup", 200, kHungUp + "[Dial]"},
       {"cmd|call|0301234567", 20, NotOpened("0 Unknown Error")},
       kAnew,
       kCallIsUp}},
     {{"idleTwice", kAnswered, 1},
      {kCallIsUp,
-      {"~state IDLE", 0, kIdle + "[Dial]"},
-      {"~message msg=2 device=0x30001 instance=2 p1=1", 0, kIdle + "[Dial]"},
+      {GoesInto(LINECALLSTATE_IDLE), 0, kIdle + "[Dial]"},
+      {Sends({0x30001, LINE_CALLSTATE, 2, LINECALLSTATE_IDLE}), 0, kIdle + "[Dial]"},
       kAnotherCallIsUp}},
     {{"theLineIsTakenAwayInMidCall", kAnswered, 1},
      {kCallIsUp,
-      {"~close", 40, "[HangUp]"},
+      {&LineSimulator::ForceClose, 40, "[HangUp]"},
       {"cmd|hangup", 40, NotDropped("-2147483624 Invalid Call Handle")},
       {"cmd|call|0301234567", 40, NotOpened("-2147483624 Invalid Call Handle")},
       kAnew,
       kCallIsUp}},
     {{"telephonyWantsToBeStartedAnew", kAnswered},
-     {kCallIsUp, {"~message msg=8 p1=0x40000", 40, "[HangUp]"}, kHungUpAndIdle}},
+     {kCallIsUp, {Sends({0, LINE_LINEDEVSTATE, 2, kReinit}), 40, "[HangUp]"}, kHungUpAndIdle}},
     {{"theDeviceIsRemovedWhileItsLineIsOpen", kAnswered, 1},
      {kCallIsUp,
-      {"~message msg=25 p1=0", 0, "[HangUp]"},
-      {"~close", 40, "[HangUp]"},
-      {"~refuse lineOpen 0x80000002 times=1", 0, "[HangUp]"},
+      {Sends({0, kLineRemove, 2}), 0, "[HangUp]"},
+      {&LineSimulator::ForceClose, 40, "[HangUp]"},
+      {[](LineSimulator& line) { line.Rules().Apply("refuse lineOpen 0x80000002 times=1"); }, 0, "[HangUp]"},
       {"cmd|hangup", 40, NotDropped("-2147483624 Invalid Call Handle")},
       kAnew,
       {"cmd|call|0301234567", 40, NotOpened("-2147483646 Bad Device ID")},
@@ -168,14 +179,14 @@ void Play(const Scene& scene) {
   const auto dialer = Ready(kLine + setting.rules);
   std::string told;
   for (const Step& step : steps) {
-    if (step.what.starts_with('~')) {
-      dialer->sim.Command(step.what.substr(1));
+    if (const auto* const value = std::get_if<std::string>(&step.what)) {
+      dialer->Command(*value);
     } else {
-      dialer->Command(step.what);
+      std::get<Event>(step.what)(dialer->sim);
     }
     dialer->Pump(step.milliseconds);
     const std::string stage = dialer->Stage();
-    EXPECT_EQ(stage, step.stage) << step.what;
+    EXPECT_EQ(stage, step.stage) << "step " << &step - steps.data() + 1;
     for (const std::string& report : Split(stage, "\n")) {
       if (!report.starts_with("anzlog|") && !report.starts_with("log|")) continue;
       told += dialer->codePage.ToText(report.substr(report.find('|') + 1)) + "\r\n";

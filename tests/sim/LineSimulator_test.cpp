@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstring>
 #include <filesystem>
 
 #include "sim/TapiCodes.h"
@@ -99,74 +98,6 @@ TEST(Handles, AreCheckedAndCallStatesLimitWhatMayBeAsked) {
   EXPECT_EQ(line.lineDrop(line.call), LINEERR_INVALCALLSTATE);
   EXPECT_EQ(line.lineDeallocateCall(line.call), 0);
   EXPECT_EQ(line.lineDeallocateCall(line.call), LINEERR_INVALCALLHANDLE);
-}
-
-/// A caller's buffer that says how long it is.
-struct Buffer {
-  explicit Buffer(std::uint32_t total) : bytes(std::max<std::size_t>(total, 4), std::byte{0xEE}) { Claim(total); }
-  operator std::span<std::byte>() { return bytes; }
-  void Claim(std::uint32_t total) { std::memcpy(bytes.data(), &total, sizeof total); }
-  [[nodiscard]] std::uint32_t Number(std::size_t offset) const {
-    std::uint32_t number = 0;
-    std::memcpy(&number, bytes.data() + offset, sizeof number);
-    return number;
-  }
-  /// A text without the NUL that it ends with.
-  [[nodiscard]] std::string Text(std::size_t field) const {
-    const std::string text(reinterpret_cast<const char*>(bytes.data()) + Number(field + 4), Number(field));
-    EXPECT_EQ(text.find('\0'), text.size() - 1);
-    return text.c_str();
-  }
-  std::vector<std::byte> bytes;
-};
-
-TEST(Structures, StringsThatDoNotFitAreLeftOutWhole) {
-  TestLine line("device name=Line provider=Provider switch=S\nlocation");
-  constexpr std::uint32_t needed = 292 + 9 + 2 + 5;
-  Buffer tight(needed - 1);
-  ASSERT_EQ(line.lineGetDevCaps(line.app, 0, TAPI_VERSION3_0, 0, tight), 0);
-  EXPECT_EQ(tight.Number(4), needed);
-  EXPECT_EQ(tight.Text(offsetof(LINEDEVCAPS, dwProviderInfoSize)), "Provider");
-  EXPECT_EQ(tight.Number(offsetof(LINEDEVCAPS, dwLineNameSize)), 0U);
-  EXPECT_EQ(tight.Number(offsetof(LINEDEVCAPS, dwLineNameOffset)), 0U);
-  for (const auto& [size, claimed] : {std::pair{291U, 291U}, {100U, 5000U}, {0U, 0U}}) {
-    Buffer small(size);
-    small.Claim(claimed);
-    EXPECT_EQ(line.lineGetDevCaps(line.app, 0, TAPI_VERSION3_0, 0, small), LINEERR_STRUCTURETOOSMALL) << size;
-  }
-  Buffer caps(6189);
-  Buffer small(60);
-  ASSERT_EQ(line.lineGetTranslateCaps(line.app, TAPI_VERSION1_4, caps), 0);
-  ASSERT_EQ(line.lineGetTranslateCaps(line.app, TAPI_VERSION1_4, small), 0);
-  EXPECT_EQ(small.Number(offsetof(LINETRANSLATECAPS, dwNumLocations)), 0U);
-  EXPECT_EQ(small.Number(4), caps.Number(4));
-}
-
-TEST(Translation, CanonicalNumbersGetPrefixesOthersPass) {
-  TestLine line("device\nlocation country=49 city=30 local=8 long=9");
-  const char* const no = "refused";
-  // Where a canonical number has its blanks, or is refused, and where it need not have them.
-  const std::tuple<const char*, const char*, const char*> rows[] = {{"030 12/34", "030 12/34", "030 12/34"},
-                                                                    {"", "", ""},
-                                                                    {"+49 (30) 1234", "81234", "81234"},
-                                                                    {"+49 (89) 1234", "90891234", "90891234"},
-                                                                    {"+1 (425) 555", "9001425555", "9001425555"},
-                                                                    {"+1 555", "9001555", "9001555"},
-                                                                    {"+49(30)1234", no, "81234"},
-                                                                    {"+49(", no, no},
-                                                                    {"+", no, no},
-                                                                    {"+49()30  1234", no, no},
-                                                                    {"+49 (30) ", no, no}};
-  const auto translated = [&](const char* given, std::uint32_t blanks) {
-    line.Rules().blanks = blanks;
-    Buffer output(200);
-    const auto result = line.lineTranslateAddress(line.app, 0, TAPI_VERSION3_0, given, 0, 0, output);
-    return result == 0 ? output.Text(offsetof(LINETRANSLATEOUTPUT, dwDialableStringSize)) : no;
-  };
-  for (const auto& [given, strict, kind] : rows) {
-    EXPECT_EQ(translated(given, 1), strict) << given;
-    EXPECT_EQ(translated(given, 0), kind) << given;
-  }
 }
 
 /// What parsing `text` complains of.

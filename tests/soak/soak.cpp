@@ -14,7 +14,8 @@ namespace {
 bool Cycle(BareDialer& dialer, long number) {
   dialer.Command("cmd|call|0301234567", 100);
   const bool connected = dialer.sim.LiveCalls() == 1;
-  number % 2 == 0 ? dialer.Command("cmd|hangup") : dialer.sim.Command("hangup");
+  if (number % 2 == 0) dialer.Command("cmd|hangup");
+  if (number % 2 == 1) dialer.sim.RemoteHangUp();
   dialer.Pump(100);
   if (number % 5 == 0) dialer.Command("unload", 100);
   if (number % 5 == 1) dialer.Input().Click(ControlId::cmdSave);

@@ -209,6 +209,11 @@ TEST(Create, HostileCapabilitiesReadAsEmptyWhereTheyLeaveTheBuffer) {
                       Stage::Created);
     EXPECT_EQ(system.line->LineName(), name) << patch;
   }
+  for (const auto& [length, name] : {std::pair{2001U, "Line"}, {2002U, ""}}) {
+    TapiSystem system("device switch=S name=Line provider=" + std::string(length, 'P') + "\n" + kLocation,
+                      Stage::Created);
+    EXPECT_EQ(system.line->LineName(), name) << "what comes last does not fit";
+  }
 }
 
 TEST(Create, MissingOrEndlessCodesAreNoCodes) {
@@ -230,7 +235,7 @@ TEST(Create, GoesByTheSignedNumberOfDevices) {
     TapiSystem system("", Stage::Made, &telephony);
     EXPECT_FALSE(system.line->Create());
     EXPECT_EQ(system.line->numLines(), 0);
-    EXPECT_EQ(telephony.CountOf("lineNegotiateAPIVersion"), 0U);
+    EXPECT_THAT(telephony.TextsOf("lineNegotiateAPIVersion"), IsEmpty());
     EXPECT_THAT(system.log->errors, SizeIs(errors)) << claimed;
   }
   TapiSystem most("repeat 32768 device\n" + kLocation, Stage::Created);
@@ -267,7 +272,7 @@ TEST(CurrentLine, BeforeAnyDeviceIsKnownIsError9) {
   EXPECT_EQ(system.line->NegotiatedAPIVersion(), 0);
   EXPECT_FALSE(system.line->LineSupportsVoiceCalls());
   EXPECT_FALSE(system.line->OpenLine());
-  EXPECT_EQ(system.sim.CountOf("lineOpen"), 0U);
+  EXPECT_THAT(system.sim.TextsOf("lineOpen"), IsEmpty());
   EXPECT_THAT(system.log->errors, ElementsAre("CvbTAPILine.NegotiatedAPIVersion 9 Subscript out of range",
                                               "CvbTAPILine.OpenLine 9 Subscript out of range"));
 }

@@ -49,11 +49,15 @@ TEST(DialedNumber, UpToTheInternalLengthIsAnExtension) {
 }
 
 TEST(DialedNumber, CanonicalNumbersAreDialedAsTheLocationWantsThem) {
-  TapiSystem system("tapi blanks=0\ndevice\nlocation country=49 city=89 local=\"0,\"\n", Stage::Open);
-  for (const char* typed : {"+49 30 1234567", "++49 30 1234567"}) {
+  TapiSystem system("tapi blanks=0\ndevice\nlocation country=49 city=89 local=8, long=9,\n", Stage::Open);
+  using Row = std::tuple<const char*, const char*, const char*>;
+  for (const auto& [typed, translated, dialed] :
+       {Row{"+49 89 1234567", "+49(89)1234567", "8,1234567"}, Row{"+49 30 1234567", "+49(30)1234567", "9,0301234567"},
+        Row{"++49 30 1234567", "+49(30)1234567", "9,0301234567"},
+        Row{"+1 425 5550100", "+1(425)5550100", "9,0014255550100"}}) {
     system.sim.ForgetCalls();
-    EXPECT_NE(system.line->TransformPhoneNumber(typed), "");
-    EXPECT_THAT(system.sim.TextsOf("lineTranslateAddress"), ElementsAre("+49(30)1234567"));
+    EXPECT_EQ(system.line->TransformPhoneNumber(typed), dialed);
+    EXPECT_THAT(system.sim.TextsOf("lineTranslateAddress"), ElementsAre(translated));
   }
 }
 
