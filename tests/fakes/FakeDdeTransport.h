@@ -44,7 +44,11 @@ class FakeDdeTransport : public DdeTransport, public CanFail {
   void DeliverOutcome() {
     if (sink_ == nullptr) return;
     alive = serverRunning;
-    serverRunning ? sink_->OnAnswer() : sink_->OnNobody();
+    if (serverRunning) {
+      sink_->OnAnswer();
+    } else {
+      sink_->OnNobody();
+    }
   }
   /// The server's answers arrive.
   void DeliverAcks() {
