@@ -56,8 +56,10 @@ class Control {
   void Text(std::string text);
   /// Adds to the end of the text. The window is handed the addition alone, however long the text has become.
   void Append(const std::string& added);
+  /// Whether it takes clicks and keys; it is grey otherwise.
   [[nodiscard]] bool Enabled() const { return enabled_; }
   void Enabled(bool enabled);
+  /// Its own property. Whether somebody sees it depends on its frame and the window too: IsShown in Layout.h.
   [[nodiscard]] bool Visible() const { return visible_; }
   void Visible(bool visible);
 
@@ -87,6 +89,7 @@ class CheckList {
     bool ticked{false};
   };
 
+  /// From the top down. Indexes count from 0; one that is not there throws std::out_of_range.
   [[nodiscard]] const std::vector<Entry>& Entries() const { return entries_; }
   [[nodiscard]] std::size_t Count() const { return entries_.size(); }
   [[nodiscard]] std::size_t TickedCount() const;
@@ -103,6 +106,7 @@ class CheckList {
   void Tick(std::size_t index, bool ticked);
   /// The same without calling anybody: for the handler itself, or two entries would tick each other for ever.
   void TickQuietly(std::size_t index, bool ticked);
+  /// Called with the index of an entry whose tick has changed, by the user or by Tick.
   void OnItemCheck(std::function<void(std::size_t)> handler) { onItemCheck_ = std::move(handler); }
 
  private:
@@ -119,6 +123,7 @@ class Timer {
   Timer(TimerId id, ViewSlot& slot, unsigned interval) : id_(id), slot_(slot), interval_(interval) {}
 
   [[nodiscard]] TimerId Id() const { return id_; }
+  /// Milliseconds from one tick to the next, and from the switching on to the first.
   [[nodiscard]] unsigned Interval() const { return interval_; }
   [[nodiscard]] bool Enabled() const { return enabled_; }
   void Enabled(bool enabled);
@@ -138,8 +143,10 @@ class FormWindow {
 
   [[nodiscard]] const std::string& Caption() const { return caption_; }
   void Caption(std::string caption);
+  /// Hidden is how the dialer works for the main program; it is not minimised then, and not closed.
   [[nodiscard]] bool Visible() const { return visible_; }
   void Visible(bool visible);
+  /// Any number that a settings file may hold; the window keeps its title bar on a screen by itself.
   [[nodiscard]] float Top() const { return top_; }
   void Top(float top);
   [[nodiscard]] float Left() const { return left_; }

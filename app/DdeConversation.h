@@ -89,9 +89,13 @@ class DdeConversation : public DdeSink {
   };
 
   [[nodiscard]] bool Connected() const { return state_ == State::Advising || state_ == State::Linked; }
+  /// Tells the owner once that the question takes long, and gives it up when its time is over.
   void WatchQuestion() noexcept;
+  /// Takes the reports that nobody has answered in time for refused.
   void WatchAnswers() noexcept;
+  /// Asks for the item's changes; a question that cannot be posted counts as refused.
   void Advise() noexcept;
+  /// Ends the link for good and tells the owner by this event.
   void EndWith(void (LinkEvents::*event)() noexcept) noexcept;
 
   DdeTransport& transport_;

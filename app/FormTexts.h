@@ -11,16 +11,16 @@ namespace fonklav {
 
 /// The texts that the form keeps for captions and reports, in the user's language.
 struct FormTexts {
-  std::string hangUp;
-  std::string registering;
-  std::string preparation;
-  std::string checkTapi;
-  std::string errorVersion;
-  std::string noDeviceSelected;
-  std::string device;
-  std::string unavailable;
-  std::string call;
-  std::string ring;
+  std::string hangUp;            ///< the button, and the step that its press is
+  std::string registering;       ///< first step of a dial; the line's name follows
+  std::string preparation;       ///< the line is open
+  std::string checkTapi;         ///< telephony has refused its newest version, the old ones are tried
+  std::string errorVersion;      ///< no version at all
+  std::string noDeviceSelected;  ///< nothing stored
+  std::string device;            ///< before the name of a stored line that is not there
+  std::string unavailable;       ///< behind that name
+  std::string call;              ///< the button, and the step when telephony has taken the number
+  std::string ring;              ///< the step when the network is being dialed
   std::string connected;
   std::string disconnected;
   std::string idle;

@@ -55,6 +55,7 @@ class FormInput {
   virtual void TickEntry(std::size_t index, bool ticked) noexcept = 0;
   /// The user has clicked an entry, which is selected now.
   virtual void ClickEntry(std::size_t index) noexcept = 0;
+  /// The interval of a timer that is switched on has passed.
   virtual void TimerTick(TimerId timer) noexcept = 0;
   /// Twips, as in FormWindow.
   virtual void Moved(float top, float left) noexcept = 0;

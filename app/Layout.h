@@ -14,6 +14,7 @@ inline constexpr float kFormWidth = 7080;
 inline constexpr float kFormHeightCollapsed = 3435;
 inline constexpr float kFormHeightExpanded = 6690;
 
+/// What a control is made as. A status box is a text box of many lines that only the program writes.
 enum class ControlKind { Frame, CheckList, Label, TextBox, StatusBox, Button };
 
 /// What a control does on one axis when the user makes the window larger than it starts: nothing, keep its distance
@@ -66,6 +67,7 @@ inline constexpr float kTwipsPerInch = 1440;
 /// the way through twips may have lost.
 [[nodiscard]] int LengthToPixels(float twips, unsigned dpi);
 
+/// The other way: a position or a length that the window has told, at the dpi by which it was told.
 [[nodiscard]] float ToTwips(int pixels, unsigned dpi);
 
 /// `window` as it is, when some of its title bar lies on one of the screens; moved onto the nearest screen otherwise.

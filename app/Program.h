@@ -27,6 +27,7 @@ class Program {
   /// Tells the user of a fault that ends the process, in the program's own message box.
   void ReportFault(const std::string& fault);
 
+  /// What the window shows, and whom it tells what the user does. Both live as long as the program.
   [[nodiscard]] FormControls& Controls();
   [[nodiscard]] FormInput& Input();
 

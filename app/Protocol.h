@@ -74,8 +74,11 @@ class Reports {
   void SettingsChanged();
 
  private:
+  /// Sends one report; `tag` is the end of the message, which names the sender. A failure lowers the flag of the link.
   void DDEexecute(std::string_view message, std::string_view tag = {});
+  /// Adds a line to the status box.
   void Show(const std::string& line);
+  /// The two reports of a failure: the line for the log, the word for the display.
   void TellFailure(const std::string& line, std::string_view what);
 
   Diagnostics& diagnostics_;

@@ -67,29 +67,43 @@ class fMain final : public FormInput, private LineEvents, private LinkEvents {
  private:
   using LinePointer = std::shared_ptr<CvbTAPILine>;
 
+  /// Opens the panel of this number in the lower half, or closes it when it is the one that is open.
   void cmdInfo_Click(std::int16_t index);
 
   // Start-up
+  /// "/sett", "/run" or a number to be dialed by hand; false, and the user was told, for anything else.
   [[nodiscard]] bool ReadCommandLine();
+  /// Gives the window and the status box their texts in the user's language.
   void Language();
+  /// Reads the settings file and runs the line stage with what stands in it.
   void ReLoadSettings();
   void ShowCollapsed();
+  /// A stage of the start: 0 the link, 1 the line. The third timer ticks for nobody.
   void tmStart_Timer(int index);
   void OpenLink();
+  /// The question of the link has its outcome: the window, if it was asked for, and then the line stage.
   void EndLinkStage();
   void ShowAsAsked();
+  /// The line stage: a new line object in place of the old one, and the stored line bound to it.
   void BindLineObject();
+  /// Registers with telephony for its newest version and, where that fails, once more for the old ones.
   void CreateLine(const LinePointer& line);
   void LineCreated(const LinePointer& line, std::string_view debugText);
+  /// Leaves no line in the list and the table, and no button to dial.
   void StageWithoutLine();
+  /// Tells once a run why telephony has refused its newest version.
   void ReportFirstFailure();
   void ReportWrongVersion();
+  /// Tells once a run, in a box, that the system's location has no area code.
   void ReportMissingAreaCodes();
 
   // Link
+  /// The linked value has changed: a command, or nothing where the main program clears it.
   void txtDDE_Change();
+  /// Acknowledges a command and does what it says; one that nobody knows is not even acknowledged.
   void Obey(const CommandMessage& message);
   void ShowSettings();
+  /// As if the number had been typed and the button pressed.
   void Dial(std::string_view number);
   void SetDebugFlag(std::string_view flag);
   void txtDDE_LinkLate() noexcept override;
@@ -101,22 +115,30 @@ class fMain final : public FormInput, private LineEvents, private LinkEvents {
   void txtDDE_SendFailed() noexcept override { LinkOpenFlag_ = false; }
 
   // Lines
+  /// Looks for the stored line among those that there are, binds it, and tells in either case.
   void SetLine();
   void ReportMissingLine();
   void ReportBoundLine(std::int16_t id);
+  /// Brings the list up to the table of lines; ticks the stored one where nothing is ticked.
   void RefreshTAPIList();
+  /// One line is ticked, ever: the new tick takes away the old one, and the last cannot be taken away.
   void lstTAPI_ItemCheck(std::size_t index);
+  /// The report on the device; the ticked line stays the one that is dialed on.
   void lstTAPI_Click(std::size_t index);
 
   // Settings
   void cmdSave_Click();
+  /// Gives up what was not saved. Also the command "unload", and what the end of the link comes to.
   void cmdExit_Click();
   void Unload(UnloadMode mode);
+  /// Only hides the form, by `cancel`, while the link is open and neither the session nor the task manager ends it.
   void Form_QueryUnload(bool& cancel, UnloadMode mode);
+  /// For good: gives the line back, ends the link and the message loop.
   void Form_Unload();
 
   // Calls
   void cmdWahl_Click();
+  /// The second half of a dial, on the line that is open now.
   void RequestCall();
   void ReportNoCall(const char* prefix, std::string_view what, Sender sender);
   void cmdHangUp_Click();
@@ -130,6 +152,7 @@ class fMain final : public FormInput, private LineEvents, private LinkEvents {
   void tapiline_Connected() override;
   void tapiline_Idle() override;
   void tapiline_Disconnected() override;
+  /// Enables the dial button where there is a number and a voice line of a known version.
   void ApplyDialButtonRule();
 
   /// The line object, counted for as long as the caller is inside it: telephony may dispatch messages in the middle of
@@ -138,6 +161,7 @@ class fMain final : public FormInput, private LineEvents, private LinkEvents {
   /// do.
   [[nodiscard]] LinePointer Line(int line = __builtin_LINE()) const;
   [[nodiscard]] bool LineIsOpen() const { return tapiline_ && tapiline_->IsOpen(); }
+  /// Lets go of the line object, which gives back what it holds and is heard of no more.
   void ReleaseLine();
   void DebugLine(std::string_view text, std::string_view of = {}) const { DebugTapi(services_.diagnostics, text, of); }
 
@@ -146,15 +170,15 @@ class fMain final : public FormInput, private LineEvents, private LinkEvents {
   Reports reports_;
   FormTexts texts_;
   LinePointer tapiline_;
-  std::string ownAccessCode_;  ///< the outside-line code of the system's location
-  std::string txtDDE_;         ///< the linked value last received
-  std::int16_t shownPanel_{-1};
-  bool SettModeFlag_{false};
-  bool LinkOpenFlag_{false};
-  bool TAPICheckShownFlag_{false};
-  bool AreaCodeMsgShownFlag_{false};
-  bool DebugFlag_{false};
-  bool shownAsAsked_{false};  ///< the start has shown the window, or left it hidden
+  std::string ownAccessCode_;         ///< the outside-line code of the system's location
+  std::string txtDDE_;                ///< the linked value last received
+  std::int16_t shownPanel_{-1};       ///< -1: none
+  bool SettModeFlag_{false};          ///< started with "/sett": the window is shown
+  bool LinkOpenFlag_{false};          ///< the main program takes reports; closing the window only hides it
+  bool TAPICheckShownFlag_{false};    ///< the first failure of telephony was told
+  bool AreaCodeMsgShownFlag_{false};  ///< the missing area codes were told
+  bool DebugFlag_{false};             ///< as the main program has set it; nothing here depends on it
+  bool shownAsAsked_{false};          ///< the start has shown the window, or left it hidden
   bool unloaded_{false};
 };
 

@@ -67,6 +67,8 @@ class clsErrorHandling final : public ProcedureLog {
 
   /// The trace queue's events.
   void oTraceQueue_QueueAdded() { WriteTrace(); }
+  /// Nothing is to be done at these. A step that finds the queue full, behind a file that cannot be written, is left
+  /// out.
   void oTraceQueue_QueueFull() {}
   void oTraceQueue_QueueSize(std::int16_t /*Count*/) {}
   void oTraceQueue_QueueTimerStart() {}
@@ -85,17 +87,23 @@ class clsErrorHandling final : public ProcedureLog {
   enum class Force : bool { No, Yes };
 
   // Error log
+  /// Writes the pending error and clears it; `force` writes without one, `show` tells the user too.
   void ErrorLogWrite(std::string_view module, const std::string& args, Show show, Force force) noexcept;
   void WriteEntry(const PendingError& error, std::string_view module, const std::string& args, Force force);
+  /// A step of its own, so that a trace shows where between the others the error was.
   void TraceError(const PendingError& error);
   [[nodiscard]] std::string EntryHead(std::string_view module) const;
+  /// Blank and the time since the start, in the entries of the main program alone.
   [[nodiscard]] std::string ElapsedPart() const;
   void ShowError();
+  /// Tells the user of an error that the log itself has: there is no other place for it.
   void ShowFailure(const std::string& description) noexcept;
+  /// In the user's language, loaded at the first need: most runs have none.
   const MessageTexts& Messages();
   [[nodiscard]] std::string FullPath(std::string_view log) const;
 
   // Trace
+  /// Whether this step is one that TraceHideNextSteps leaves out, counting it.
   [[nodiscard]] bool CanTrace();
   void Trace_Flush();
   void ShowTraceNotice();

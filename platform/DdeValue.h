@@ -21,6 +21,7 @@ struct DdeValue {
   std::uint16_t format{0};
   std::string bytes;  ///< up to the first NUL
 
+  /// What the receiver has to know of it: the program reads text alone.
   [[nodiscard]] bool IsText() const { return format == kText; }
   [[nodiscard]] bool ToBeReleased() const { return (flags & kRelease) != 0; }
   [[nodiscard]] bool WantsAnswer() const { return (flags & kAckReq) != 0; }

@@ -33,9 +33,14 @@ class LineEvents {
   virtual void tapiline_MakeCallResult(std::int32_t errorCode) = 0;
   /// The answer to DropCallAsynch: 0 or a LINEERR code.
   virtual void tapiline_DropCallResult(std::int32_t errorCode) = 0;
+  /// The network is taking the number (LINECALLSTATE_DIALING).
   virtual void tapiline_Dialing() = 0;
+  /// The call stands (LINECALLSTATE_CONNECTED). May come before the answer to MakeCallAsynch.
   virtual void tapiline_Connected() = 0;
+  /// The call has ended (LINECALLSTATE_IDLE). If telephony had told its handle, it has been given back and the line
+  /// closed.
   virtual void tapiline_Idle() = 0;
+  /// The far end has gone (LINECALLSTATE_DISCONNECTED). The line object has asked for the drop that leads to IDLE.
   virtual void tapiline_Disconnected() = 0;
 };
 
@@ -84,6 +89,7 @@ class CvbTAPILine : public std::enable_shared_from_this<CvbTAPILine> {
   void HiAPI(std::int32_t version) { hiApi_ = static_cast<std::uint32_t>(version); }
   /// The code of the last failing call; a later success does not clear it.
   [[nodiscard]] std::int32_t LastError() const { return lastError_; }
+  /// GetLineErrString under the name by which the suite's programs ask.
   [[nodiscard]] std::string ErrorString(std::int32_t errCode) const;
 
   /// Reads country and area code of the current location; false when one of them is missing.
@@ -94,6 +100,7 @@ class CvbTAPILine : public std::enable_shared_from_this<CvbTAPILine> {
 
   /// How many devices telephony has. They are numbered from 0 on, and those numbers are the line IDs.
   [[nodiscard]] std::int32_t numLines() const { return static_cast<std::int32_t>(numLines_); }
+  /// The device that everything below is about; 0 before one was chosen.
   [[nodiscard]] std::int32_t CurrentLineID() const { return currentLineId_; }
   /// Makes a device the current line and reads its capabilities. Throws RunTimeError 380 when there is no such device.
   void CurrentLineID(std::int32_t newId);
@@ -106,30 +113,42 @@ class CvbTAPILine : public std::enable_shared_from_this<CvbTAPILine> {
   [[nodiscard]] std::int32_t ExtAPI_ID2() const;
   [[nodiscard]] std::int32_t ExtAPI_ID3() const;
 
-  /// The current location: area code and country code, and what to dial for an outside line.
+  /// The current location, digits as its user has entered them, empty where nobody has: the area code, as
+  /// CheckAreaCodes read it.
   [[nodiscard]] const std::string& AreaCode() const { return areaCode_; }
   void AreaCode(std::string code) { areaCode_ = std::move(code); }
+  /// The country code, likewise.
   [[nodiscard]] const std::string& Country() const { return country_; }
   void Country(std::string code) { country_ = std::move(code); }
+  /// What to dial for an outside line, as Create read it or the program has set it. It goes before every number that is
+  /// no extension and does not begin with "+".
   [[nodiscard]] const std::string& OutsideLocalAccess() const { return outsideLocalAccess_; }
   void OutsideLocalAccess(std::string code) { outsideLocalAccess_ = std::move(code); }
+  /// The same for long-distance calls. It is read and kept; no number gets it.
   [[nodiscard]] const std::string& OutsideLongDistanceAccess() const { return outsideLongDistanceAccess_; }
   void OutsideLongDistanceAccess(std::string code) { outsideLongDistanceAccess_ = std::move(code); }
 
-  /// The capabilities last read. A line whose capabilities could not be read keeps those of the line before.
+  /// The capabilities last read, by the members of LINEDEVCAPS in the TAPI reference. A line whose capabilities could
+  /// not be read keeps those of the line before. The texts are UTF-8 and end before the driver's first NUL.
   [[nodiscard]] const std::string& LineName() const { return caps_.lineName; }
   [[nodiscard]] const std::string& ProviderInfo() const { return caps_.providerInfo; }
   [[nodiscard]] const std::string& SwitchInfo() const { return caps_.switchInfo; }
+  /// The number by which the system knows the line for as long as it is installed.
   [[nodiscard]] std::int32_t PermanentLineID() const { return caps_.permanentLineId; }
+  /// One of STRINGFORMAT_…: what the driver says its strings are. They are read as 8-bit ones whatever it says.
   [[nodiscard]] std::int32_t StringFormat() const { return caps_.stringFormat; }
   [[nodiscard]] std::int32_t numAddresses() const { return caps_.numAddresses; }
+  /// Bits per second of one call.
   [[nodiscard]] std::int32_t maxDataRate() const { return caps_.maxDataRate; }
+  /// Sets of LINEBEARERMODE_…, LINEADDRESSMODE_… and LINEMEDIAMODE_… bits.
   [[nodiscard]] std::int32_t BearerModes() const { return caps_.bearerModes; }
   [[nodiscard]] std::int32_t AddressModes() const { return caps_.addressModes; }
   [[nodiscard]] std::int32_t mediamodes() const { return caps_.mediaModes; }
+  /// How many frequencies a tone that the line generates may have, 0 where it generates none; a set of LINETONEMODE_….
   [[nodiscard]] std::int32_t GenerateToneMaxNumFreq() const { return caps_.generateToneMaxNumFreq; }
   [[nodiscard]] std::int32_t GenerateToneModes() const { return caps_.generateToneModes; }
   [[nodiscard]] std::int32_t numTerminals() const { return caps_.numTerminals; }
+  /// Whether the line carries voice and its calls are a person's: what makes it one that can be ticked.
   [[nodiscard]] bool LineSupportsVoiceCalls() const;
 
   /// Opens the current line. False when telephony refuses, and also, with LastError as it was, when a line is open
@@ -191,14 +210,18 @@ class CvbTAPILine : public std::enable_shared_from_this<CvbTAPILine> {
 
   CvbTAPILine(const LineServices& services, LineEvents& events);
 
+  /// Asks telephony to let the program in, and how many devices there are. False when it refuses or has none.
   [[nodiscard]] bool Register();
   void NegotiateVersions();
   void NegotiateVersion(std::size_t device);
+  /// Reads the current line's capabilities; on a failure they stay as they are.
   void GetLineDevCaps();
+  /// Reads the access codes and says how many locations there are.
   [[nodiscard]] std::int16_t ReadLocations();
   void TakeAccessCodes(std::span<const std::byte> translateCaps, const LINETRANSLATECAPS& header);
   void GetTAPIStructString(std::span<const std::byte> structure, std::uint32_t offset, std::uint32_t size,
                            std::string& text) const;
+  /// Stores what stands before the buffer's NUL; false, and nothing stored, for a buffer without one.
   [[nodiscard]] bool TakeLocationCode(std::string_view buffer, std::string& code) const;
   [[nodiscard]] std::int32_t ExtensionWord(const char* name, std::uint32_t LINEEXTENSIONID::*word) const;
   [[nodiscard]] bool GetlineTranslateAddress(const std::string& number, std::string& dialable,

@@ -20,6 +20,7 @@ inline void SetTotalSize(std::span<std::byte> buffer) {
 /// would leave the buffer reads as empty.
 class StructReader {
  public:
+  /// The buffer must outlive the reader, and the bytes that it gives out.
   explicit StructReader(std::span<const std::byte> buffer) : buffer_(buffer) {}
 
   /// The structure at `offset`, nothing when it does not lie in the buffer as a whole.

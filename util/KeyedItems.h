@@ -23,6 +23,7 @@ class KeyedObject {
   KeyedObject& operator=(const KeyedObject&) = delete;
   virtual ~KeyedObject() = default;
 
+  /// Asked once, when the object is added: a later change of it files nothing anew.
   [[nodiscard]] virtual std::string Key() const = 0;
 };
 
@@ -52,6 +53,7 @@ class KeyedItems {
   /// Removes an item and gives it out; empty when there is none.
   Taken TakeAt(std::int64_t position);
   Taken Take(const std::string& key);
+  /// Forgets all items; what was taken out stays with its taker.
   void Clear() noexcept {
     order_.clear();
     items_.clear();

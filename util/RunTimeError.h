@@ -38,6 +38,7 @@ class RunTimeError : public std::exception {
   /// Raises `number` with a text of its own.
   RunTimeError(ErrorNumber number, std::string description, int line = __builtin_LINE());
 
+  /// As the log shows it: an ErrorNumber's value.
   [[nodiscard]] int Number() const noexcept { return number_; }
   [[nodiscard]] const std::string& Description() const noexcept { return description_; }
   /// The line in the source file, 0 when unknown.

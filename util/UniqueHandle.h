@@ -26,6 +26,7 @@ class UniqueHandle {
   }
   ~UniqueHandle() { Reset(); }
 
+  /// For calls of the system alone: the handle stays ours to close.
   [[nodiscard]] Type Get() const noexcept { return handle_; }
   explicit operator bool() const noexcept { return handle_ != Traits::None(); }
 

@@ -26,8 +26,10 @@ class cStringBuilder {
   [[nodiscard]] std::int32_t ChunkSize() const noexcept { return chunkSize_; }
   /// The step by which the reserve grows from now on. Throws RunTimeError 380 for less than one character.
   void ChunkSize(std::int32_t iChunkSize, int line = __builtin_LINE());
+  /// A copy of the content, without the reserve.
   [[nodiscard]] std::u16string ToString() const;
 
+  /// Adds at the end; the reserve grows by whole chunks where it does not suffice.
   void Append(std::u16string_view sThis);
   /// Appends the text, if any, and CR LF.
   void AppendLine(std::u16string_view sThis = {});

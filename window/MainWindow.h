@@ -29,6 +29,7 @@ inline constexpr UINT kLostFocusMessage = WM_APP;
 /// throughout.
 class MainWindow final : public FormView {
  public:
+  /// `instance` is the module that holds the icons.
   explicit MainWindow(HINSTANCE instance) : instance_(instance) {}
   MainWindow(const MainWindow&) = delete;
   MainWindow& operator=(const MainWindow&) = delete;
@@ -57,6 +58,7 @@ class MainWindow final : public FormView {
   void Unloaded() override;
 
  private:
+  // The messages that the window deals with, a handler each; TRUE ends a message here, FALSE leaves it to the system.
   static INT_PTR CALLBACK DialogProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) noexcept;
   INT_PTR OnMessage(UINT message, WPARAM wParam, LPARAM lParam);
   INT_PTR OnCommand(int dialogId, UINT code);
@@ -64,24 +66,31 @@ class MainWindow final : public FormView {
   INT_PTR OnTimer(WPARAM number);
   INT_PTR OnMoved();
   INT_PTR OnResized(WPARAM how);
+  /// WM_GETMINMAXINFO: the window gets no smaller than its layout.
   INT_PTR OnLimits(MINMAXINFO& limits) const;
   INT_PTR OnDpiChanged(unsigned dpi, const RECT* suggested);
   INT_PTR OnSettingChanged(WPARAM which);
   INT_PTR OnColorsChanged();
+  /// WM_CTLCOLORSTATIC: read-only boxes look like boxes, not like labels.
   INT_PTR OnBoxColors(HDC context, HWND box) const;
+  /// Moves the keyboard on where the control that had it can no longer use it.
   INT_PTR OnLostFocus(HWND control) const;
   INT_PTR OnSessionEnd(bool ends);
 
   [[nodiscard]] bool HasControls() const { return controls_ != nullptr && accessibleNames_.has_value(); }
   void MakeControls();
+  /// The button that Enter presses.
   void MakeDefault(ControlId button) const;
+  /// Font, icons and places anew for the dpi of the screen.
   void Scale();
   void PlaceControls();
   void SetIcons();
   void ShowControl(const LayoutRow& row);
   void ShowContent(const LayoutRow& row, const Control& control);
+  /// Gives a label's caption, as their name, to the boxes that have none of their own: screen readers read it.
   void NameBoxes(ControlId label, const std::wstring& caption) const;
   void ShowState(const LayoutRow& row);
+  /// Moves the window to where the form wants it.
   void Place();
   void Raise() const;
   void ShowForm(bool visible);

@@ -21,6 +21,7 @@ namespace fonklav {
 /// atom travels with its message and comes back with the answer.
 class Win32DdeTransport final : public DdeTransport {
  public:
+  /// `instance` is the module that the window class belongs to. The window is made by the first question.
   explicit Win32DdeTransport(HINSTANCE instance) : instance_(instance) {}
   Win32DdeTransport(const Win32DdeTransport&) = delete;
   Win32DdeTransport& operator=(const Win32DdeTransport&) = delete;
@@ -49,11 +50,13 @@ class Win32DdeTransport final : public DdeTransport {
   static BOOL CALLBACK AskWindow(HWND window, LPARAM transport);
   /// One window more has dealt with the question, or this is the last: then nobody is a server.
   void OnDealtWith();
+  /// A window answers the question: the first becomes the partner, each further one is told the end.
   void OnInitiateAnswer(HWND server, LPARAM atoms);
   /// WM_DDE_ACK of the partner, for the advise or for an execute.
   void OnAck(LPARAM lParam);
   void OnAdviseAck(std::uint16_t status);
   void OnExecuteAck(HGLOBAL memory, std::uint16_t status);
+  /// Hands a value of our item to the conversation; what else comes is refused where an answer is wanted.
   void OnData(LPARAM lParam);
   void OnTerminate();
   void AnswerData(LPARAM lParam, UINT_PTR item, bool accepted);

@@ -55,6 +55,7 @@ class Win32ShellFolders final : public ShellFolders {
 /// the user's session: a name that begins with "Local\" is another mutex in the session of another user.
 class Win32Process final : public Process {
  public:
+  /// Makes the mark; whether one was there already is what OtherInstanceRunning says ever after.
   Win32Process();
 
   [[nodiscard]] std::string CommandLine() const override;

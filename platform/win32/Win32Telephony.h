@@ -43,6 +43,7 @@ class TelephonyLibrary {
 /// page; those without strings have one form and no letter.
 class Win32Telephony final : public Telephony {
  public:
+  /// `instance` is the program's module, by which telephony knows who registers.
   explicit Win32Telephony(HINSTANCE instance) : instance_(instance) {}
   Win32Telephony(const Win32Telephony&) = delete;
   Win32Telephony& operator=(const Win32Telephony&) = delete;
