@@ -89,10 +89,11 @@ class CheckList {
     bool ticked{false};
   };
 
-  /// From the top down. Indexes count from 0; one that is not there throws std::out_of_range.
+  /// From the top down; indexes count from 0.
   [[nodiscard]] const std::vector<Entry>& Entries() const { return entries_; }
   [[nodiscard]] std::size_t Count() const { return entries_.size(); }
   [[nodiscard]] std::size_t TickedCount() const;
+  /// Throws std::out_of_range for an index that is not there.
   [[nodiscard]] const Entry& At(std::size_t index) const { return entries_.at(index); }
   /// Adds those of the names at the end that no entry has yet. Empty names are none.
   void AddNew(const std::vector<std::string>& names);
@@ -102,7 +103,7 @@ class CheckList {
   void Clear();
   /// Ticks every entry with this text.
   void TickAll(const std::string& text);
-  /// Ticks or unticks an entry. A changed tick calls the ItemCheck handler.
+  /// Ticks or unticks an entry, where there is one. A changed tick calls the ItemCheck handler.
   void Tick(std::size_t index, bool ticked);
   /// The same without calling anybody: for the handler itself, or two entries would tick each other for ever.
   void TickQuietly(std::size_t index, bool ticked);

@@ -27,8 +27,8 @@ class LinkEvents {
   virtual void txtDDE_LinkOpen() noexcept = 0;
   /// The server will not report changes of the item.
   virtual void txtDDE_LinkError() noexcept = 0;
-  /// The conversation is over: the server has ended it, or its window is gone. Comes exactly once after
-  /// txtDDE_LinkOpen.
+  /// The conversation is over: the server has ended it, or its window is gone. Comes once after
+  /// txtDDE_LinkOpen, unless the owner closes first.
   virtual void txtDDE_LinkClose() noexcept = 0;
   /// The item has a new value, in bytes of the code page.
   virtual void txtDDE_LinkData(const std::string& bytes) noexcept = 0;

@@ -103,7 +103,7 @@ class fMain final : public FormInput, private LineEvents, private LinkEvents {
   /// Acknowledges a command and does what it says; one that nobody knows is not even acknowledged.
   void Obey(const CommandMessage& message);
   void ShowSettings();
-  /// As if the number had been typed and the button pressed.
+  /// Puts the number into its box and does what the dial button does, grey or not.
   void Dial(std::string_view number);
   void SetDebugFlag(std::string_view flag);
   void txtDDE_LinkLate() noexcept override;

@@ -103,7 +103,7 @@ class clsErrorHandling final : public ProcedureLog {
   [[nodiscard]] std::string FullPath(std::string_view log) const;
 
   // Trace
-  /// Whether this step is one that TraceHideNextSteps leaves out, counting it.
+  /// Whether this step is traced, and not one of those that TraceHideNextSteps leaves out; counts it.
   [[nodiscard]] bool CanTrace();
   void Trace_Flush();
   void ShowTraceNotice();

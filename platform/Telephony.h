@@ -9,8 +9,8 @@
 
 namespace fonklav {
 
-/// Receives the line messages of a telephony registration, on the program's one thread, while it pumps messages and
-/// never from inside a telephony call.
+/// Receives the line messages of a telephony registration, on the program's one thread, while it pumps messages. A
+/// driver may do that inside the functions of telephony as well.
 class LineMessageSink {
  public:
   LineMessageSink() = default;

@@ -1,4 +1,4 @@
-# Sourced by demo and test: installs the Debian packages that a step misses, and tells what it is doing.
+# Sourced by the scripts: installs the Debian packages that a step misses, and tells what it is doing.
 
 # Prints a line that stands out from the output of tools.
 say() { printf '\n== %s\n' "$*"; }

@@ -33,7 +33,8 @@ struct CallRecord {
 
 /// A telephone system that behaves as TAPI does: devices, locations, translation, asynchronous requests, handles that
 /// are checked, and calls whose progress a scenario gives. Time is virtual; messages wait until somebody pumps
-/// (Advance, DeliverOne) and never come from inside a telephony function. Every call is recorded. One thread only.
+/// (Advance, DeliverOne) and come from inside a telephony function only where the scenario says so. Every call is
+/// recorded. One thread only.
 class LineSimulator : public Telephony {
  public:
   using Milliseconds = std::chrono::milliseconds;

@@ -92,7 +92,8 @@ class CvbTAPILine : public std::enable_shared_from_this<CvbTAPILine> {
   /// GetLineErrString under the name by which the suite's programs ask.
   [[nodiscard]] std::string ErrorString(std::int32_t errCode) const;
 
-  /// Reads country and area code of the current location; false when one of them is missing.
+  /// Reads country and area code of the current location; false where telephony tells none, or one of more than seven
+  /// characters. An empty one passes.
   [[nodiscard]] bool CheckAreaCodes();
   /// Registers with telephony, negotiates a version with every device, reads the current line's capabilities and the
   /// location's access codes. True when there is a line and a location. An earlier registration is given back first.
@@ -113,8 +114,7 @@ class CvbTAPILine : public std::enable_shared_from_this<CvbTAPILine> {
   [[nodiscard]] std::int32_t ExtAPI_ID2() const;
   [[nodiscard]] std::int32_t ExtAPI_ID3() const;
 
-  /// The current location, digits as its user has entered them, empty where nobody has: the area code, as
-  /// CheckAreaCodes read it.
+  /// The current location's area code, as its user has entered it and CheckAreaCodes read it.
   [[nodiscard]] const std::string& AreaCode() const { return areaCode_; }
   void AreaCode(std::string code) { areaCode_ = std::move(code); }
   /// The country code, likewise.
@@ -156,9 +156,10 @@ class CvbTAPILine : public std::enable_shared_from_this<CvbTAPILine> {
   [[nodiscard]] bool OpenLine(std::uint32_t privileges = LINECALLPRIVILEGE_NONE,
                               std::uint32_t mediamodes = LINEMEDIAMODE_INTERACTIVEVOICE);
   /// Asks for a call on the open line; true when telephony took the request, whose outcome is an event. An empty
-  /// number asks for a call without an address.
+  /// number asks for a call without an address. False, with LastError as it was, when no line is open.
   [[nodiscard]] bool MakeCallAsynch(const std::string& phonenumber = {});
-  /// Asks for the call to be dropped; true when telephony took the request, whose outcome is an event.
+  /// Asks for the call to be dropped; true when telephony took the request, whose outcome is an event. False, with
+  /// LastError as it was, when there is no call.
   [[nodiscard]] bool DropCallAsynch();
   /// Closes the open line, which counts as closed whatever telephony answers. False when it refuses, and also, with
   /// LastError as it was, when no line is open.

@@ -33,7 +33,7 @@ constexpr std::array kKeyClasses{
     KeyClassRow{"numCR", true, "\b\x1b\r", "", 0},
     KeyClassRow{"numCRwc", true, "\b\x1b\r*?", "", 0},
     KeyClassRow{"numTel", true, "\b\x1b\r+", "", 0},
-    // A "+" cannot be typed into these fields: it becomes a "*". Numbers with "+" come from the main program only.
+    // A "+" would become a "*": numbers with "+" are meant to come from the main program only.
     KeyClassRow{"numTAPI", true, "\b\x1b\r*#", "+", '*'},
 };
 

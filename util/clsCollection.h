@@ -46,7 +46,8 @@ class clsCollection {
   bool AddByINIData(const std::string& key, const std::string& value);
   /// Adds any value under the key. False when the key is taken. Raises QueueAdded in either case.
   bool AddByKeyValue(const std::string& key, Value value);
-  /// Replaces the item under the key by the text key, "=", value, at the end. Does nothing to an empty collection.
+  /// Replaces the item under the key, or adds one, by the text key, "=", value, at the end. Does nothing to an empty
+  /// collection.
   void ChangeByKeyValue(const std::string& key, const std::string& value);
   /// The text under the key with every occurrence of key and "=" taken out, not only the leading one.
   [[nodiscard]] std::string ItemByKeyValue(const std::string& key, const std::string& defaultText) const;

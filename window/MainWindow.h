@@ -101,7 +101,7 @@ class MainWindow final : public FormView {
   HINSTANCE instance_;
   FormControls* controls_{nullptr};  ///< not owned; null before Create and once the form has unloaded
   FormInput* input_{nullptr};
-  std::function<void()> sessionEnded_;  ///< called when Windows ends the session
+  std::function<void()> sessionEnded_;
   UniqueFont font_;
   UniqueIcon bigIcon_;
   UniqueIcon smallIcon_;

@@ -48,7 +48,7 @@ class Win32DdeTransport final : public DdeTransport {
   bool OnMessage(UINT message, WPARAM wParam, LPARAM lParam);
   /// Puts the question to one top-level window, for EnumWindows. TRUE goes on to the next.
   static BOOL CALLBACK AskWindow(HWND window, LPARAM transport);
-  /// One window more has dealt with the question, or this is the last: then nobody is a server.
+  /// One more window has dealt with the question. After the last one, without a partner, there is no server.
   void OnDealtWith();
   /// A window answers the question: the first becomes the partner, each further one is told the end.
   void OnInitiateAnswer(HWND server, LPARAM atoms);

@@ -9,8 +9,9 @@
 namespace fonklav {
 
 /// Files by the functions of Windows. Every file is opened so that other programs may read, write and replace it
-/// meanwhile. A lock or a file that somebody else keeps is waited for once; after that, operations do not wait for it
-/// any more until it has been found free again. So a log that is kept for long does not hold up each step of a call.
+/// meanwhile. A lock, or a file to append to, that somebody else keeps is waited for once; after that, operations do
+/// not wait for it any more until it has been found free again. So a log that is kept for long does not hold up each
+/// step of a call.
 class Win32FileSystem final : public FileSystem {
  public:
   [[nodiscard]] std::optional<std::uint32_t> GetAttributesA(const std::string& pathBytes) const override;
