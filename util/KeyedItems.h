@@ -23,7 +23,7 @@ class KeyedObject {
   KeyedObject& operator=(const KeyedObject&) = delete;
   virtual ~KeyedObject() = default;
 
-  /// Asked once, when the object is added: a later change of it files nothing anew.
+  /// Asked when the object is added: a later change of it files nothing anew.
   [[nodiscard]] virtual std::string Key() const = 0;
 };
 
