@@ -94,7 +94,8 @@ TEST(LineObject, AsksTelephonyForThisAndNothingElse) {
       telephony.calls,
       ElementsAre(
           "tapiGetLocationInfo() = 0x0",
-          "lineInitializeEx(name=\"FonklavTAPI\" version=0x30000 size=0x1c options=0x1) = 0x0",
+          std::string("lineInitializeEx(name=\"FonklavTAPI\" version=0x30000 size=") +
+              (sizeof(void*) == 8 ? "0x1c" : "0x18") + " options=0x1) = 0x0",  // it holds a handle
           "lineNegotiateAPIVersion(app=0x10001 device=0x0 low=0x10003 high=0x30000) = 0x0",
           "lineNegotiateAPIVersion(app=0x10001 device=0x1 low=0x10003 high=0x30000) = 0x0",
           "lineNegotiateAPIVersion(app=0x10001 device=0x2 low=0x10003 high=0x30000) = 0x0",
