@@ -48,8 +48,10 @@ class WineEnv:
             self._make_prefix()
         # Where Windows has its telephony library: the dialer looks nowhere else. To programs of 32 bits, another folder
         # goes by the name of the system folder.
-        system = "syswow64" if self.build.name == "win32" else "system32"
-        shutil.copyfile(self.build / "sim/tapi32.dll", self.drive_c("windows", system, "tapi32.dll"))
+        system = self.drive_c("windows", "syswow64" if self.build.name == "win32" else "system32")
+        if not (system / "kernel32.dll").exists():
+            raise RuntimeError(f"this Wine, or this machine, runs no program of {self.build.name}")
+        shutil.copyfile(self.build / "sim/tapi32.dll", system / "tapi32.dll")
 
     def stop(self):
         """Ends the programs of this prefix and this screen, and no others. Does nothing when none run."""
