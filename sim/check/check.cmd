@@ -41,8 +41,9 @@ echo ProgramData=%cd%>> Rufmonpaths.ini
 set program=FonklavTAPI.exe
 if %2==link.partner-on-the-library set program=..\..\..\main-program.exe
 for %%h in (1 2) do call :half ..\..\..\stories\%1\%2 %%h
-type 1.txt 2.txt > conversation.txt 2>nul
+rem It may still hold what it has inherited: the first half's file.
 taskkill /f /im FonklavTAPI.exe >nul 2>nul
+type 1.txt 2.txt > conversation.txt 2>nul
 cd ..\..\..
 call :verdict %failures% "%1: %2" %folder%\conversation.txt
 exit /b
