@@ -169,7 +169,7 @@ class Session:
     def readings(self):
         """What a screen reader learns of each control that is seen: class, states as bits, name."""
         fields = (text.split("|", 2) for text in self._look("readings"))
-        return [(kind, int(states or 0), name) for kind, states, name in fields]
+        return [(kind, int(told.split()[1].replace("-", "0")), name) for kind, told, name in fields]
 
     def _look(self, command):
         first = len(self.lines)

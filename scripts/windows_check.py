@@ -222,6 +222,7 @@ def main():
         story.wait("dialer ended, exit code 0")
         stories.given_back(story)
     write(folder / "line/link.partner-on-the-library", story.text())
+    write(folder / "line/readings", (ROOT / "sim/check/readings.txt").read_text())
     (folder / "left-out.txt").write_text("".join(left_out))
 
 

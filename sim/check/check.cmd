@@ -61,4 +61,4 @@ if not %1==0 set word=FAIL
 if %1==0 (set /a passed+=1) else (set /a failed+=1)
 echo %word%  %~2
 echo %word%  %~2 >> report.txt
-for %%w in (PASSED FAILED found fact) do find " %%w " < %3 >> report.txt
+for %%w in (PASSED FAILED found fact screen) do find " %%w " < %3 >> report.txt

@@ -115,13 +115,18 @@ std::string Reading(HWND window) {
   AccessibleObjectFromWindow(window, static_cast<DWORD>(OBJID_CLIENT), __uuidof(IAccessible),
                              reinterpret_cast<void**>(&object));
   if (object == nullptr) return ClassOf(window) + "||";
-  const _variant_t self(static_cast<LONG>(CHILDID_SELF));
-  _variant_t state;
+  const auto number = [&](auto ask, LONG child) {
+    _variant_t told;
+    (object->*ask)(_variant_t(child), &told);
+    return told.vt == VT_I4 ? std::to_string(told.lVal) : "-";
+  };
+  std::string told = number(&IAccessible::get_accRole, CHILDID_SELF);
+  for (int child = CHILDID_SELF; child <= ListView_GetItemCount(window); ++child) {
+    told += ' ' + number(&IAccessible::get_accState, child);
+  }
   _bstr_t name;
-  object->get_accState(self, &state);
-  object->get_accName(self, name.GetAddress());
+  object->get_accName(_variant_t(static_cast<LONG>(CHILDID_SELF)), name.GetAddress());
   object->Release();
-  const std::string told = state.vt == VT_I4 ? std::to_string(state.lVal) : "";
   const std::wstring_view wide(static_cast<const wchar_t*>(name), name.length());
   return ClassOf(window) + '|' + told + '|' + BytesFrom(CP_ACP, wide);
 }

@@ -15,8 +15,8 @@ namespace fonklav::suite {
 /// pixels of the screen, "focus" or nothing, the ticked entries of a list, the text.
 [[nodiscard]] std::string Describe(HWND window);
 
-/// What a screen reader learns of it over IAccessible: window class, states (STATE_SYSTEM_… as a decimal number, empty
-/// when the system does not tell), name, separated by "|".
+/// What a screen reader learns of it over IAccessible, separated by "|": window class; role (ROLE_SYSTEM_…), states
+/// (STATE_SYSTEM_…) and those of a list's entries, decimal numbers, "-" where the system does not tell; name.
 [[nodiscard]] std::string Reading(HWND window);
 
 /// A visible window or control of a process: by its text as one line, with or without the marks of access keys, or by
