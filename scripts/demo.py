@@ -1,6 +1,5 @@
 #!/usr/bin/env python3
-"""A call from the main program to the far end and back, as it happens, with pictures of the window: collapsed, with the
-report on a line, during the call.
+"""A call as it happens, with pictures of the window: collapsed, with the report on a line, during the call.
 
 demo                  in German, at 100 %
 demo --screens        for each language and scale of the pages

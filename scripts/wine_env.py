@@ -13,7 +13,6 @@ from pathlib import Path
 
 ROOT = Path(__file__).resolve().parent.parent
 WIN64 = ROOT / "build/win64"
-SCREEN = "1600x1200x24"
 
 
 def build(preset, *targets):
@@ -86,9 +85,9 @@ class WineEnv:
         # The server picks a free display itself and tells its number.
         reading, writing = os.pipe()
         with open(self.folder / "xvfb.log", "wb") as log:
-            server = subprocess.Popen(["Xvfb", "-displayfd", str(writing), "-screen", "0", SCREEN, "-nolisten", "tcp"],
-                                      pass_fds=[writing], stdin=subprocess.DEVNULL, stdout=log, stderr=log,
-                                      start_new_session=True)
+            server = subprocess.Popen(["Xvfb", "-displayfd", str(writing), "-screen", "0", "1600x1200x24",
+                                       "-nolisten", "tcp"], pass_fds=[writing], stdin=subprocess.DEVNULL, stdout=log,
+                                      stderr=log, start_new_session=True)
         os.close(writing)
         with os.fdopen(reading) as answer:
             display = answer.readline().strip()
