@@ -210,7 +210,6 @@ class Session:
     def picture(self, path, item=None):
         """Saves what the screen shows where this window is, or all of it."""
         crop = ["-crop", f"{item.width}x{item.height}+{item.left}+{item.top}", "+repage"] if item else []
-        Path(path).parent.mkdir(parents=True, exist_ok=True)
         subprocess.run(["import", "-window", "root", *crop, str(path)], env=self._environ, check=True)
 
     # Files of the session.

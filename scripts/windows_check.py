@@ -214,7 +214,10 @@ def main():
             story.wait("anzlog|Leerlauf")
             if dial in (100, 1000):
                 story.do("handles")
-    write(folder / "line/handles", story.text())
+        story.send("settings")
+        story.window(conversations.CAPTION)
+        story.do("readings")
+    write(folder / "line/facts", story.text())
     with Story(stories.FAR_END_HANGS_UP) as story:
         # The stand-in starts the example of a main program, and that the dialer.
         story.do("misbehave offline 1")
@@ -222,7 +225,6 @@ def main():
         story.wait("dialer ended, exit code 0")
         stories.given_back(story)
     write(folder / "line/link.partner-on-the-library", story.text())
-    write(folder / "line/readings", (ROOT / "sim/check/readings.txt").read_text())
     (folder / "left-out.txt").write_text("".join(left_out))
 
 

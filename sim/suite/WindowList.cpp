@@ -114,16 +114,16 @@ std::string Reading(HWND window) {
   IAccessible* object = nullptr;
   AccessibleObjectFromWindow(window, static_cast<DWORD>(OBJID_CLIENT), __uuidof(IAccessible),
                              reinterpret_cast<void**>(&object));
-  if (object == nullptr) return ClassOf(window) + "||";
+  if (object == nullptr) return ClassOf(window) + "|- -|";
   const auto number = [&](auto ask, LONG child) {
     _variant_t told;
     (object->*ask)(_variant_t(child), &told);
-    return told.vt == VT_I4 ? std::to_string(told.lVal) : "-";
+    return told.vt == VT_I4 ? std::to_string(told.ulVal) : "-";
   };
   std::string told = number(&IAccessible::get_accRole, CHILDID_SELF);
-  for (int child = CHILDID_SELF; child <= ListView_GetItemCount(window); ++child) {
-    told += ' ' + number(&IAccessible::get_accState, child);
-  }
+  LONG children = 0;
+  object->get_accChildCount(&children);
+  for (LONG child = CHILDID_SELF; child <= children; ++child) told += ' ' + number(&IAccessible::get_accState, child);
   _bstr_t name;
   object->get_accName(_variant_t(static_cast<LONG>(CHILDID_SELF)), name.GetAddress());
   object->Release();

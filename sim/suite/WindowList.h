@@ -16,7 +16,7 @@ namespace fonklav::suite {
 [[nodiscard]] std::string Describe(HWND window);
 
 /// What a screen reader learns of it over IAccessible, separated by "|": window class; role (ROLE_SYSTEM_…), states
-/// (STATE_SYSTEM_…) and those of a list's entries, decimal numbers, "-" where the system does not tell; name.
+/// (STATE_SYSTEM_…) and those of its children, decimal numbers, "-" where the system does not tell; name.
 [[nodiscard]] std::string Reading(HWND window);
 
 /// A visible window or control of a process: by its text as one line, with or without the marks of access keys, or by

@@ -197,8 +197,7 @@ extern "C" {
 /// The icon is a copy of the system's picture: who asked for one may destroy what it got.
 [[gnu::dllexport]] LONG WINAPI lineGetIconA(DWORD device, LPCSTR deviceClass, std::uintptr_t& icon) {
   const LONG result = StandIn::Instance().lineGetIcon(device, deviceClass, icon);
-  const bool given = result == 0 && icon != 0;
-  if (given) icon = reinterpret_cast<std::uintptr_t>(CopyIcon(LoadIconW(nullptr, IDI_APPLICATION)));
+  if (result == 0 && icon != 0) icon = reinterpret_cast<std::uintptr_t>(CopyIcon(LoadIconW(nullptr, IDI_APPLICATION)));
   return result;
 }
 
